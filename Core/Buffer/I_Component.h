@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/I_Plane.h"
+#include "Core/Common/LinearScale.h"
+
+#include <string>
+
+namespace BufferApi
+{
+
+/// A named part of a frame: one plane per z, and a scale for its values.
+class DATAOBJECTS_BUFFER_EXPORT I_Component
+{
+public:
+    I_Component(const I_Component&) = delete;
+    I_Component& operator=(const I_Component&) = delete;
+    virtual ~I_Component();
+
+    [[nodiscard]] virtual std::string GetName() const = 0;
+    [[nodiscard]] virtual const Zt::LinearScale& GetScale() const = 0;
+    /// The plane of this z, owned by the component; null when z is out of range.
+    [[nodiscard]] virtual I_PlaneBase* GetPlane(unsigned int z) const = 0;
+    virtual void SetScale(const Zt::LinearScale& scale) = 0;
+    [[nodiscard]] virtual E_DataType GetDataType() const = 0;
+    /// Number of planes.
+    [[nodiscard]] virtual unsigned int GetPlaneCount() const = 0;
+
+protected:
+    I_Component() = default;
+};
+
+} // namespace BufferApi
