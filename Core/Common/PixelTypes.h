@@ -18,7 +18,7 @@
 namespace PixelTypes
 {
 
-/// Names a type to a generic lambda: `using T = typename decltype(tag)::type;`
+/// Names a type to a generic lambda, which takes it back with `decltype`.
 template <typename T>
 struct Tag
 {
