@@ -4,3 +4,5 @@
 #pragma once
 
 #include "Core/DataObjects/DataType.h"
+#include "Core/DataObjects/FloatFrame.h"
+#include "Core/DataObjects/FrameData.h"
