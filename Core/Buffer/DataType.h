@@ -20,13 +20,13 @@ enum E_DataType
     DT_WORD = PixelTypes::number<unsigned short>
 };
 
-/// Packed colour, 8 bits a channel; the fourth byte carries nothing.
+/// Packed colour, 8 bits a channel; the fourth byte carries nothing. Trivial, as every element is.
 struct RgbQuad
 {
-    unsigned char blue = 0;
-    unsigned char green = 0;
-    unsigned char red = 0;
-    unsigned char reserved = 0;
+    unsigned char blue;
+    unsigned char green;
+    unsigned char red;
+    unsigned char reserved;
 
     friend constexpr bool operator==(const RgbQuad&, const RgbQuad&) = default;
 };

@@ -35,8 +35,9 @@ protected:
     I_AttributeBase() = default;
 };
 
+/// A single value under a name; the store makes those of `QString`.
 template <typename T>
-class I_Attribute : public I_AttributeBase
+class DATAOBJECTS_BUFFER_EXPORT I_Attribute : public I_AttributeBase
 {
 public:
     [[nodiscard]] virtual T GetValue() const = 0;

@@ -23,20 +23,20 @@ public:
     /// Owned by the buffer; null beyond the end.
     [[nodiscard]] virtual I_Frame* GetFrame(unsigned int index) const = 0;
     [[nodiscard]] virtual unsigned int GetFrameCount() const = 0;
-    /// The new attribute, empty, owned by the buffer; one of the same name is replaced.
+    /// The new attribute, empty, owned by the buffer; one of the same name is replaced and destroyed.
     /// \throws RTE::InvalidArgumentError "Empty name" for the empty name
     virtual I_AttributeBase* CreateAttribute(const std::string& name, E_AttributeKind kind) = 0;
     [[nodiscard]] virtual QString GetName() const = 0;
 
     virtual void SetName(const QString& name) = 0;
-    /// Removes exactly this attribute, or with a name that ends in ".*" all that begin with the text before
-    /// the star.
+    /// As `I_Frame::RemoveAttribute`.
     virtual void RemoveAttribute(const std::string& name) = 0;
     /// Destroys all frames; attributes and name stay.
     virtual void Clear() = 0;
-    /// True after a change of frames, attributes or name since creation, import or `SetModified(false)`.
-    /// Writing through pointers into planes, scales and attributes is the writer's to tell with
-    /// `SetModified`. \param aspect 0, any change; other numbers are reserved and give false
+    /// True after a change since creation, import or `SetModified(false)`: of the list of frames, the name,
+    /// attributes and their values, components, scales and grids. Writing into planes is the writer's to
+    /// tell with `SetModified`.
+    /// \param aspect 0, any change; other numbers are reserved and give false
     [[nodiscard]] virtual bool IsModified(unsigned int aspect) const = 0;
     virtual void SetModified(bool modified) = 0;
 

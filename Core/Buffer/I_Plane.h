@@ -9,8 +9,8 @@ namespace BufferApi
 /// A typed two-dimensional array that owns its memory: row-major, no gap between rows.
 ///
 /// The memory comes from `RTE::newArray` of the element type and is freed with `delete[]`. A plane of an
-/// imported buffer reads its data from the file when somebody first asks for it; that read may raise an
-/// `RTE::Exception`.
+/// imported buffer reads its data from the file when somebody first asks for it, from whatever thread; that
+/// read may raise an `RTE::Exception`, and a later call tries again.
 class DATAOBJECTS_BUFFER_EXPORT I_PlaneBase
 {
 public:
@@ -33,7 +33,7 @@ protected:
 
 /// A plane of one of the six element types.
 template <typename T>
-class I_Plane : public I_PlaneBase
+class DATAOBJECTS_BUFFER_EXPORT I_Plane : public I_PlaneBase
 {
 public:
     [[nodiscard]] E_DataType GetDataType() const final { return BufferApi::GetDataType<T>(); }

@@ -19,6 +19,7 @@ I_FrameVector3C::~I_FrameVector3C() = default;
 I_Buffer::~I_Buffer() = default;
 
 const std::string I_Frame::COMPONENT_MASK = "MASK";
+const std::string I_Frame::TYPED_SCALAR_PREFIX = "TS:";
 const std::string I_FrameImage::COMPONENT_PIXEL = "PIXEL";
 const std::string I_FrameVector::COMPONENT_U = "U";
 const std::string I_FrameVector::COMPONENT_V = "V";

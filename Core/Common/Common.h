@@ -8,6 +8,7 @@
 #include "Core/Common/LinearScale.h"
 #include "Core/Common/MemoryBlock.h"
 #include "Core/Common/PixelTypes.h"
+#include "Core/Common/RGBQuadParameter.h"
 #include "Core/Common/Raise.h"
 #include "Core/Common/Size.h"
 #include "Core/Common/SourceLocation.h"

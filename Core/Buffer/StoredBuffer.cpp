@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/StoredBuffer.h"
+
+#include "Core/Buffer/StoredFrame.h"
+
+namespace BufferApi
+{
+
+void StoredBuffer::AddFrame(I_Frame* frame)
+{
+    if (!frame) {
+        RTE::raise(RTE::InvalidArgumentError(QStringLiteral("Frame is NULL")));
+    }
+    // Room first: the frame must stay with the caller when there is none.
+    m_frames.emplace_back();
+    m_frames.back().reset(frame);
+    m_modified = true;
+}
+
+I_AttributeBase* StoredBuffer::FindAttribute(const std::string& name) const
+{
+    return m_attributes.find(name);
+}
+
+I_Frame* StoredBuffer::GetFrame(unsigned int index) const
+{
+    return index < m_frames.size() ? m_frames[index].get() : nullptr;
+}
+
+unsigned int StoredBuffer::GetFrameCount() const
+{
+    return static_cast<unsigned int>(m_frames.size());
+}
+
+I_AttributeBase* StoredBuffer::CreateAttribute(const std::string& name, E_AttributeKind kind)
+{
+    return m_attributes.create(name, kind);
+}
+
+void StoredBuffer::SetName(const QString& name)
+{
+    m_name = name;
+    m_modified = true;
+}
+
+void StoredBuffer::Clear()
+{
+    m_modified = m_modified || !m_frames.empty();
+    m_frames.clear();
+}
+
+bool StoredBuffer::IsModified(unsigned int aspect) const
+{
+    return aspect == 0 && (m_modified || std::any_of(m_frames.begin(), m_frames.end(), [](const auto& frame) {
+                               const auto* stored = dynamic_cast<const StoredFrame*>(frame.get());
+                               return stored && stored->isModified();
+                           }));
+}
+
+void StoredBuffer::SetModified(bool modified)
+{
+    m_modified = modified;
+    for (const auto& frame : m_frames) {
+        if (auto* stored = dynamic_cast<StoredFrame*>(frame.get())) {
+            stored->setModified(false);
+        }
+    }
+}
+
+} // namespace BufferApi

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/StoredFrame.h"
+
+#include "Core/Buffer/ElementTypes.h"
+
+namespace BufferApi
+{
+
+namespace
+{
+
+constexpr unsigned int noComponent = 0xFFFFFFFF;
+
+void verifyArgument(bool holds, const QString& text,
+                    RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    if (!holds) {
+        RTE::raise(RTE::InvalidArgumentError(text), location);
+    }
+}
+
+Zt::LinearScale defaultScaleI(const FrameShape& shape)
+{
+    return isVectorKind(shape.kind) ? Zt::LinearScale(1.0, 0.0, QStringLiteral("pixel"), QString())
+                                    : Zt::LinearScale(Zt::ScalePreset::I);
+}
+
+} // namespace
+
+StoredFrame::StoredFrame(const FrameShape& shape) : m_shape(shape), m_scaleI(defaultScaleI(shape)) {}
+
+unsigned int StoredFrame::AddComponent(const std::string& name, E_DataType type,
+                                       const std::vector<void*>& planes)
+{
+    checkArrays(type, planes);
+    append(name, type, makePlanes(type, !planes.empty())).adopt(planes);
+    return GetComponentCount() - 1;
+}
+
+void StoredFrame::AddMask(const std::vector<void*>& planes)
+{
+    const unsigned int index = GetComponentIndex(COMPONENT_MASK);
+    if (index != noComponent && planes.empty()) {
+        return;
+    }
+    checkArrays(DT_BYTE, planes);
+    auto mask = makeComponent(COMPONENT_MASK, DT_BYTE, makePlanes(DT_BYTE, !planes.empty()));
+    if (planes.empty()) {
+        mask->fill(1);
+    }
+    auto& place = index == noComponent ? m_components.emplace_back() : m_components[index];
+    mask->adopt(planes);
+    place = std::move(mask);
+    m_modified = true;
+}
+
+void StoredFrame::RemoveComponent(unsigned int index)
+{
+    RTE::verifyIndex(index, m_components.size(), "index");
+    m_components.erase(m_components.begin() + index);
+    m_modified = true;
+}
+
+I_AttributeBase* StoredFrame::FindAttribute(const std::string& name) const
+{
+    return m_attributes.find(name);
+}
+
+unsigned int StoredFrame::GetComponentCount() const
+{
+    return static_cast<unsigned int>(m_components.size());
+}
+
+unsigned int StoredFrame::GetComponentIndex(const std::string& name) const
+{
+    const auto found = std::find_if(m_components.begin(), m_components.end(),
+                                    [&](const auto& component) { return component->name() == name; });
+    return found == m_components.end() ? noComponent
+                                       : static_cast<unsigned int>(found - m_components.begin());
+}
+
+I_Component* StoredFrame::GetComponent(const std::string& name) const
+{
+    return GetComponent(GetComponentIndex(name));
+}
+
+I_Component* StoredFrame::GetComponent(unsigned int index) const
+{
+    return index < m_components.size() ? m_components[index].get() : nullptr;
+}
+
+I_PlaneBase* StoredFrame::GetPlane(unsigned int component, unsigned int z) const
+{
+    const I_Component* found = GetComponent(component);
+    return found ? found->GetPlane(z) : nullptr;
+}
+
+E_DataType StoredFrame::GetDataType() const
+{
+    const I_Component* component = GetComponent(mainComponent());
+    return component ? component->GetDataType() : DT_UNKNOWN;
+}
+
+I_AttributeBase* StoredFrame::CreateAttribute(const std::string& name, E_AttributeKind kind)
+{
+    return m_attributes.create(name, kind);
+}
+
+void StoredFrame::ClearTypedScalars()
+{
+    const auto erased = std::erase_if(m_components, [](const auto& component) {
+        return component->name().starts_with(TYPED_SCALAR_PREFIX);
+    });
+    m_modified = m_modified || erased > 0;
+}
+
+StoredComponent& StoredFrame::append(const std::string& name, E_DataType type, PlaneList planes)
+{
+    verifyArgument(!name.empty(), QStringLiteral("Empty name"));
+    verifyArgument(GetComponentIndex(name) == noComponent,
+                   QStringLiteral("Frame already has a component '%1'").arg(QString::fromStdString(name)));
+    m_components.push_back(makeComponent(name, type, std::move(planes)));
+    m_modified = true;
+    return *m_components.back();
+}
+
+std::unique_ptr<StoredComponent> StoredFrame::makeComponent(const std::string& name, E_DataType type,
+                                                            PlaneList planes)
+{
+    return std::make_unique<StoredComponent>(name, type, std::move(planes), scalePlace(name), m_scaleI,
+                                             m_modified);
+}
+
+PlaneList StoredFrame::makePlanes(E_DataType type, bool hollow) const
+{
+    PlaneList planes;
+    planes.reserve(m_shape.depth);
+    for (unsigned int z = 0; z < m_shape.depth; ++z) {
+        planes.push_back((hollow ? hollowPlane : newPlane)(type, m_shape.width, m_shape.height));
+    }
+    return planes;
+}
+
+void StoredFrame::checkArrays(E_DataType type, const std::vector<void*>& arrays) const
+{
+    verifyArgument(isElementType(type), QStringLiteral("Unsupported data type"));
+    verifyArgument(arrays.empty() || arrays.size() == m_shape.depth,
+                   QStringLiteral("Component needs one plane for each z"));
+    verifyArgument(std::find(arrays.begin(), arrays.end(), nullptr) == arrays.end(),
+                   QStringLiteral("Plane memory is NULL"));
+}
+
+ScalePlace ImageFrame::scalePlace(const std::string& name) const
+{
+    return name == COMPONENT_PIXEL ? ScalePlace::Frame : ScalePlace::Own;
+}
+
+} // namespace BufferApi
