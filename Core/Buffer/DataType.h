@@ -8,7 +8,7 @@ namespace BufferApi
 {
 
 /// Element type of a plane; the numbers are those of `DataObjects::E_DataType`.
-enum E_DataType
+enum E_DataType : int
 {
     DT_UNKNOWN = 0,
     DT_BYTE = PixelTypes::number<unsigned char>,

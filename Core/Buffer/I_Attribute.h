@@ -13,7 +13,7 @@ namespace BufferApi
 {
 
 /// What an attribute holds. The numbers are those that `I_AttributeBase::GetKind` gives.
-enum E_AttributeKind
+enum E_AttributeKind : unsigned int
 {
     AT_STRING = 4,
     AT_PLANE = 7
