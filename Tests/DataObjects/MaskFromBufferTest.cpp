@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/MaskFromBuffer.h"
+
+#include "Core/Buffer/BufferApi.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <memory>
+#include <utility>
+
+namespace
+{
+
+using BufferApi::I_Frame;
+using BufferApi::I_PlaneBase;
+using DataObjects::AllValuesValid;
+using DataObjects::GetMask;
+using DataObjects::Mask;
+using DataObjects::Private::GetOrCreateMask;
+using DataObjects::Private::MoveOrCreateMask;
+using RTE::VerificationFailed;
+using TestSupport::raises;
+
+std::unique_ptr<I_Frame> newFrame(bool withMask)
+{
+    std::unique_ptr<I_Frame> frame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 5, 3, 2));
+    if (withMask) {
+        frame->AddMask({});
+    }
+    return frame;
+}
+
+I_PlaneBase& maskPlane(const I_Frame& frame, unsigned int z)
+{
+    return *frame.GetComponent(I_Frame::COMPONENT_MASK)->GetPlane(z);
+}
+
+TEST(MaskFromBuffer, APlaneGivesAViewOrItsMemory)
+{
+    const std::unique_ptr<I_PlaneBase> plane(BufferApi::CreatePlane(BufferApi::DT_BYTE, 5, 3));
+    const void* const memory = plane->GetData();
+    {
+        Mask view = GetMask(*plane);
+        EXPECT_FALSE(view.HasOwnerShip());
+        EXPECT_EQ(view.GetRawPointer(), memory);
+        view.Fill(true);
+    }
+    const Mask owner = GetMask(std::move(*plane));
+    EXPECT_TRUE(owner.HasOwnerShip());
+    EXPECT_EQ(owner.GetRawPointer(), memory);
+    EXPECT_EQ(owner.GetSize(), Math::Size2T<unsigned int>(5, 3));
+    EXPECT_TRUE(AllValuesValid(owner));
+    EXPECT_EQ(plane->GetData(), nullptr);
+
+    const QString text = "data-pointer is null";
+    EXPECT_TRUE(raises<VerificationFailed>(text, [&] { static_cast<void>(GetMask(*plane)); }));
+    EXPECT_TRUE(raises<VerificationFailed>(text, [&] { static_cast<void>(GetMask(std::move(*plane))); }));
+}
+
+TEST(MaskFromBuffer, OnlyBytesAreAMask)
+{
+    const QString text = "plane type cannot be mapped onto a bool array";
+    for (const auto type : {BufferApi::DT_WORD, BufferApi::DT_FLOAT, BufferApi::DT_RGB}) {
+        const std::unique_ptr<I_PlaneBase> plane(BufferApi::CreatePlane(type, 2, 2));
+        EXPECT_TRUE(raises<VerificationFailed>(text, [&] { static_cast<void>(GetMask(*plane)); }));
+        EXPECT_TRUE(raises<VerificationFailed>(text, [&] { static_cast<void>(GetMask(std::move(*plane))); }));
+        EXPECT_NE(plane->GetData(), nullptr);
+    }
+}
+
+TEST(MaskFromBuffer, AFrameGivesTheViewOfEachPlane)
+{
+    const auto frame = newFrame(true);
+    GetMask(*frame, 1).Fill(false);
+    for (const unsigned int z : {0U, 1U}) {
+        const Mask mask = GetOrCreateMask(*frame, z, true);
+        EXPECT_FALSE(mask.HasOwnerShip());
+        EXPECT_EQ(mask.GetRawPointer(), maskPlane(*frame, z).GetData());
+        EXPECT_EQ(AllValuesValid(mask), z == 0);
+    }
+}
+
+TEST(MaskFromBuffer, MovingTakesTheMemoryOfThePlaneAlone)
+{
+    const auto frame = newFrame(true);
+    const void* const memory = maskPlane(*frame, 1).GetData();
+    const Mask mask = MoveOrCreateMask(std::move(*frame), 1, false);
+    EXPECT_TRUE(mask.HasOwnerShip());
+    EXPECT_EQ(mask.GetRawPointer(), memory);
+    EXPECT_EQ(maskPlane(*frame, 1).GetData(), nullptr);
+    EXPECT_NE(maskPlane(*frame, 0).GetData(), nullptr);
+}
+
+TEST(MaskFromBuffer, WithoutAMaskOneIsMadeAndZDoesNotMatter)
+{
+    const auto frame = newFrame(false);
+    const std::array<Mask, 2> masks{GetOrCreateMask(*frame, 99, false),
+                                    MoveOrCreateMask(std::move(*frame), 99, false)};
+    for (const Mask& mask : masks) {
+        EXPECT_TRUE(mask.HasOwnerShip());
+        EXPECT_EQ(mask.GetSize(), Math::Size2T<unsigned int>(5, 3));
+        EXPECT_TRUE(AllValuesValid(mask));
+    }
+    EXPECT_FALSE(frame->HasMask());
+}
+
+TEST(MaskFromBuffer, FailuresComeInOrder)
+{
+    using Call = Mask (*)(I_Frame&, unsigned int);
+    const Call get = [](I_Frame& frame, unsigned int z) { return GetMask(frame, z); };
+    const Call view = [](I_Frame& frame, unsigned int z) { return GetOrCreateMask(frame, z, true); };
+    const Call move = [](I_Frame& frame, unsigned int z) {
+        return MoveOrCreateMask(std::move(frame), z, true);
+    };
+    struct Case
+    {
+        Call call;
+        bool hasMask;
+        unsigned int z;
+        const char* text;
+    };
+    for (const Case& failure : {Case{get, false, 2, "Z is out of range"},
+                                {get, true, 2, "Z is out of range"},
+                                {get, false, 1, "Frame has no mask"},
+                                {view, true, 2, "Z is out of range"},
+                                {view, false, 2, "Frame requires a mask, but has no mask."},
+                                {move, true, 2, "Z is out of range"},
+                                {move, false, 2, "Frame requires a mask, but has no mask."}}) {
+        const auto frame = newFrame(failure.hasMask);
+        EXPECT_TRUE(raises<VerificationFailed>(failure.text,
+                                               [&] { static_cast<void>(failure.call(*frame, failure.z)); }));
+    }
+}
+
+} // namespace
