@@ -18,7 +18,8 @@ int main()
     auto* plane = buffer->GetFrame(0)->GetPlane(0, 0);
     std::copy(frame.cbegin(), frame.cend(), static_cast<unsigned short*>(plane->GetData()));
 
-    DataObjects::ImageData<unsigned short> pixels(static_cast<unsigned short*>(plane->GetData()), 2, 1, false);
+    DataObjects::ImageData<unsigned short> pixels(static_cast<unsigned short*>(plane->GetData()), 2, 1,
+                                                  false);
     pixels *= 2.0;
     std::cout << pixels[0] << ' ' << pixels[1] << '\n';
     return pixels[0] == 2 * 0x321 && pixels[1] == 2 * 0x654 ? 0 : 1;

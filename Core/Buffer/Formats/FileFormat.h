@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/I_Buffer.h"
+#include "Core/Buffer/ImportExport.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace BufferApi::Formats
+{
+
+/// Writes one file frame by frame, so that memory is bounded by one frame.
+///
+/// The file stands under the name that the writer was made with; the caller gives a temporary one and renames
+/// it after `finish`. A writer that is destroyed unfinished leaves that file to the caller.
+class FrameWriter
+{
+public:
+    FrameWriter() = default;
+    FrameWriter(const FrameWriter&) = delete;
+    FrameWriter& operator=(const FrameWriter&) = delete;
+    virtual ~FrameWriter() = default;
+
+    /// Refuses, before it writes any of it, a frame that the format cannot hold without loss, with a hint
+    /// what can.
+    virtual void append(const I_Frame& frame) = 0;
+    /// Writes name and attributes of the buffer (its frames are not looked at) and closes the file.
+    virtual void finish(const I_Buffer& buffer) = 0;
+};
+
+/// One kind of file. On import the content decides, on export the extension.
+class FileFormat
+{
+public:
+    FileFormat() = default;
+    FileFormat(const FileFormat&) = delete;
+    FileFormat& operator=(const FileFormat&) = delete;
+    virtual ~FileFormat() = default;
+
+    /// For people: "TIFF".
+    [[nodiscard]] virtual QString name() const = 0;
+    /// Lower case, without the dot; the first is the usual one.
+    [[nodiscard]] virtual QStringList extensions() const = 0;
+    /// \param head the first bytes of the file, at most 4096
+    [[nodiscard]] virtual bool recognises(const QByteArray& head) const = 0;
+    /// The content as a buffer whose planes may load lazily; errors name the file.
+    [[nodiscard]] virtual std::unique_ptr<I_Buffer> read(const QString& path) const = 0;
+    /// Null for a format that is only read.
+    [[nodiscard]] virtual std::unique_ptr<FrameWriter> create(const QString& path,
+                                                              const BufferOptions& options) const = 0;
+};
+
+/// All formats; the first is the native one, which also takes every extension that no other owns.
+[[nodiscard]] const std::vector<std::unique_ptr<const FileFormat>>& fileFormats();
+
+} // namespace BufferApi::Formats
