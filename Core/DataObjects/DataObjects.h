@@ -3,6 +3,7 @@
 /// Everything public of Core/DataObjects.
 #pragma once
 
+#include "Core/DataObjects/AttributeValue.h"
 #include "Core/DataObjects/DataType.h"
 #include "Core/DataObjects/FloatFrame.h"
 #include "Core/DataObjects/FrameData.h"
