@@ -7,6 +7,8 @@
 #include "Core/DataObjects/DataType.h"
 #include "Core/DataObjects/FloatFrame.h"
 #include "Core/DataObjects/FrameData.h"
+#include "Core/DataObjects/ImageData.h"
+#include "Core/DataObjects/ImageDataVariant.h"
 #include "Core/DataObjects/InstantMask.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/Mask.h"

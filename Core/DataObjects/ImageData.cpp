@@ -1,0 +1,283 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageData.h"
+
+#include "Core/Common/Array.h"
+#include "Core/DataObjects/PixelKernels.h"
+#include "Core/DataObjects/RowConverter.h"
+
+#include <cstring>
+
+namespace DataObjects
+{
+
+namespace
+{
+
+bool sameSize(const Math::Size2T<unsigned int>& first, const Math::Size2T<unsigned int>& second)
+{
+    return first.width == second.width && first.height == second.height;
+}
+
+unsigned long long pixelCount(const Math::Size2T<unsigned int>& size)
+{
+    return static_cast<unsigned long long>(size.width) * size.height;
+}
+
+void verifySameSize(const ImageDataVariant& source, const ImageDataVariant& destination,
+                    RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    RTE::verify(sameSize(source.GetSize(), destination.GetSize()),
+                "Source and destination have different sizes.", location);
+}
+
+} // namespace
+
+template <typename T>
+void ImageData<T>::ReleaseAndDelete::operator()(RTE::MemoryBlock* block) const
+{
+    block->release();
+    delete block;
+}
+
+template <typename T>
+ImageData<T>::ImageData(const Math::Size2T<unsigned int>& size)
+    : m_hasOwnerShip(true), m_size(size), m_data(RTE::newArray<T>(pixelCount(size)))
+{
+}
+
+template <typename T>
+ImageData<T>::ImageData(unsigned int width, unsigned int height)
+    : ImageData(Math::Size2T<unsigned int>(width, height))
+{
+}
+
+template <typename T>
+ImageData<T>::ImageData(const Math::Size2T<unsigned int>& size, T value) : ImageData(size)
+{
+    Fill(value);
+}
+
+template <typename T>
+ImageData<T>::ImageData(unsigned int width, unsigned int height, T value)
+    : ImageData(Math::Size2T<unsigned int>(width, height), value)
+{
+}
+
+template <typename T>
+ImageData<T>::ImageData(T* data, const Math::Size2T<unsigned int>& size, bool hasOwnerShip)
+    : m_hasOwnerShip(hasOwnerShip), m_size(size), m_data(data)
+{
+    RTE::verify(m_data != nullptr, "data-pointer is null");
+}
+
+template <typename T>
+ImageData<T>::ImageData(T* data, unsigned int width, unsigned int height, bool hasOwnerShip)
+    : ImageData(data, Math::Size2T<unsigned int>(width, height), hasOwnerShip)
+{
+}
+
+template <typename T>
+ImageData<T>::ImageData(std::unique_ptr<RTE::MemoryBlock> block, unsigned int width, unsigned int height)
+    : m_hasOwnerShip(false), m_size(width, height), m_data(block ? static_cast<T*>(block->data()) : nullptr),
+      m_memoryBlock(block.release())
+{
+    RTE::verify(m_data != nullptr, "data-pointer is null");
+}
+
+template <typename T>
+ImageData<T>::ImageData(std::unique_ptr<RTE::MemoryBlock> block, unsigned int width, unsigned int height,
+                        T value)
+    : ImageData(std::move(block), width, height)
+{
+    Fill(value);
+}
+
+template <typename T>
+ImageData<T>::ImageData(const ImageData& other) : ImageData(other.m_size)
+{
+    copyPixels(other.m_data);
+}
+
+template <typename T>
+ImageData<T>::ImageData(ImageData&& other) noexcept
+{
+    stealFrom(other);
+}
+
+template <typename T>
+ImageData<T>::~ImageData()
+{
+    if (m_hasOwnerShip) {
+        delete[] m_data;
+    }
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator=(const ImageData& other)
+{
+    if (this != &other) {
+        verifySameSize(other, *this);
+        copyPixels(other.m_data);
+    }
+    return *this;
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator=(ImageData&& other)
+{
+    if (this == &other) {
+        return *this;
+    }
+    if (m_hasOwnerShip) {
+        delete[] m_data;
+        stealFrom(other);
+        return *this;
+    }
+    if (!sameSize(m_size, other.m_size)) {
+        m_data = RTE::newArray<T>(other.size());
+        m_size = other.m_size;
+        m_hasOwnerShip = true;
+    }
+    copyPixels(other.m_data);
+    return *this;
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator=(T value)
+{
+    Fill(value);
+    return *this;
+}
+
+template <typename T>
+void ImageData<T>::Fill(T value)
+{
+    Private::fill(m_data, size(), value);
+}
+
+template <typename T>
+void ImageData<T>::Assign(const ImageDataVariant& source)
+{
+    const auto copyFrom = [&](auto tag) {
+        using Source = typename decltype(tag)::type;
+        const auto& typed = static_cast<const ImageData<Source>&>(source);
+        if constexpr (std::is_same_v<Source, T>) {
+            *this = typed;
+        } else {
+            verifySameSize(source, *this);
+            Private::rowConverter(source.GetDataType(), GetDataType())(typed.GetRawPointer(), m_data, size());
+        }
+    };
+    PixelTypes::visit(static_cast<int>(source.GetDataType()), copyFrom,
+                      [] { return RTE::Exception(QStringLiteral("Unsupported image data type")); });
+}
+
+template <typename T>
+E_DataType ImageData<T>::GetDataType() const noexcept
+{
+    return static_cast<E_DataType>(PixelTypes::number<T>);
+}
+
+template <typename T>
+std::unique_ptr<ImageDataVariant> ImageData<T>::CreateCopy() const
+{
+    return std::make_unique<ImageData>(*this);
+}
+
+template <typename T>
+T* ImageData<T>::ReleaseRawPointer() noexcept
+{
+    return m_hasOwnerShip ? std::exchange(m_data, nullptr) : nullptr;
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator*=(double operand)
+{
+    Private::multiply(m_data, size(), operand);
+    return *this;
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator+=(double operand)
+{
+    Private::add(m_data, size(), operand);
+    return *this;
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator-=(double operand)
+{
+    Private::add(m_data, size(), -operand);
+    return *this;
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator/=(double operand)
+{
+    Private::divide(m_data, size(), operand);
+    return *this;
+}
+
+template <typename T>
+ImageData<T> ImageData<T>::operator*(double operand) const
+{
+    ImageData result(*this);
+    result *= operand;
+    return result;
+}
+
+template <typename T>
+ImageData<T> ImageData<T>::operator+(double operand) const
+{
+    ImageData result(*this);
+    result += operand;
+    return result;
+}
+
+template <typename T>
+ImageData<T> ImageData<T>::operator-(double operand) const
+{
+    ImageData result(*this);
+    result -= operand;
+    return result;
+}
+
+template <typename T>
+ImageData<T> ImageData<T>::operator/(double operand) const
+{
+    ImageData result(*this);
+    result /= operand;
+    return result;
+}
+
+template <typename T>
+ImageData<T>& ImageData<T>::operator/=(const ImageData& divisor)
+{
+    RTE::verify(sameSize(m_size, divisor.m_size), "Mismatching image sizes");
+    Private::divideBy(m_data, size(), divisor.m_data);
+    return *this;
+}
+
+/// The memory blocks of both stay where they are.
+template <typename T>
+void ImageData<T>::stealFrom(ImageData& other) noexcept
+{
+    m_hasOwnerShip = std::exchange(other.m_hasOwnerShip, true);
+    m_size = std::exchange(other.m_size, {});
+    m_data = std::exchange(other.m_data, nullptr);
+}
+
+template <typename T>
+void ImageData<T>::copyPixels(const T* source) noexcept
+{
+    // Two views may overlap.
+    if (source != m_data && !empty()) {
+        std::memmove(m_data, source, size() * sizeof(T));
+    }
+}
+
+#define DATAOBJECTS_INSTANTIATE(type, number, name) template class ImageData<type>;
+DATAOBJECTS_PIXEL_TYPES(DATAOBJECTS_INSTANTIATE)
+#undef DATAOBJECTS_INSTANTIATE
+
+} // namespace DataObjects

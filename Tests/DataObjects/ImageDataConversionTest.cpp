@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageData.h"
+#include "Tests/DataObjects/PixelReference.h"
+#include "Tests/Support/Raises.h"
+#include "Tests/Support/SamePixels.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace
+{
+
+using DataObjects::CastImageDataTo;
+using DataObjects::E_DataType;
+using DataObjects::ImageData;
+using DataObjects::ImageDataVariant;
+using TestSupport::raises;
+using TestSupport::samePixels;
+
+template <typename Call>
+void forAllTypes(Call&& call)
+{
+#define DATAOBJECTS_CALL(type, number, name)                                                                 \
+    {                                                                                                        \
+        SCOPED_TRACE(#name);                                                                                 \
+        call(PixelTypes::Tag<type>());                                                                       \
+    }
+    DATAOBJECTS_PIXEL_TYPES(DATAOBJECTS_CALL)
+#undef DATAOBJECTS_CALL
+}
+
+/// Calls with every pair of tags, source first.
+template <typename Call>
+void forAllPairs(Call&& call)
+{
+    forAllTypes([&](auto from) { forAllTypes([&](auto to) { call(from, to); }); });
+}
+
+/// Into a view that begins at any pixel of an array; watches the pixels around it.
+template <typename To, typename From>
+void checkAssign(std::vector<From>& pixels)
+{
+    std::vector<To> expected(pixels.size());
+    std::transform(pixels.begin(), pixels.end(), expected.begin(), PixelReference::converted<To, From>);
+    std::vector<To> guarded(pixels.size() + 2, To{77});
+    const auto width = static_cast<unsigned int>(pixels.size());
+    const ImageData<From> source(pixels.data(), width, 1, false);
+    ImageData<To> destination(guarded.data() + 1, width, 1, false);
+    static_cast<ImageDataVariant&>(destination).Assign(source);
+    ASSERT_TRUE(samePixels(std::span<const To>(destination.begin(), destination.end()),
+                           std::span<const To>(expected)));
+    ASSERT_EQ(guarded.front(), To{77});
+    ASSERT_EQ(guarded.back(), To{77});
+}
+
+TEST(ImageDataConversion, MatchesTheReferenceForAllPairs)
+{
+    forAllPairs([](auto from, auto to) {
+        auto pixels = PixelReference::samples<typename decltype(from)::type>();
+        checkAssign<typename decltype(to)::type>(pixels);
+    });
+}
+
+TEST(ImageDataConversion, MatchesTheReferenceAtAllShortLengths)
+{
+    forAllPairs([](auto from, auto to) {
+        const auto all = PixelReference::samples<typename decltype(from)::type>();
+        for (std::size_t length = 1; length < 140; ++length) {
+            std::vector<typename decltype(from)::type> pixels(all.end() - static_cast<std::ptrdiff_t>(length),
+                                                              all.end());
+            checkAssign<typename decltype(to)::type>(pixels);
+        }
+    });
+}
+
+TEST(ImageDataConversion, RefusesAnotherShapeForAllPairs)
+{
+    forAllPairs([](auto from, auto to) {
+        const ImageData<typename decltype(from)::type> source(6, 2, 1);
+        ImageData<typename decltype(to)::type> destination(4, 3, 7);
+        EXPECT_TRUE(raises<RTE::VerificationFailed>("Source and destination have different sizes.",
+                                                    [&] { destination.Assign(source); }));
+        EXPECT_EQ(destination[0], 7);
+    });
+}
+
+/// An object of a type that the library does not have.
+class StrangeData : public ImageDataVariant
+{
+public:
+    const Math::Size2T<unsigned int>& GetSize() const noexcept override { return m_size; }
+    unsigned int GetWidth() const noexcept override { return m_size.width; }
+    unsigned int GetHeight() const noexcept override { return m_size.height; }
+    std::unique_ptr<ImageDataVariant> CreateCopy() const override { return nullptr; }
+    E_DataType GetDataType() const noexcept override { return static_cast<E_DataType>(2); }
+    bool HasOwnerShip() const noexcept override { return false; }
+    void Assign(const ImageDataVariant&) override {}
+
+private:
+    Math::Size2T<unsigned int> m_size{9, 9};
+};
+
+TEST(ImageDataConversion, RefusesAnUnknownTypeBeforeItLooksAtSizes)
+{
+    forAllTypes([](auto to) {
+        ImageData<typename decltype(to)::type> destination(4, 3, 7);
+        EXPECT_TRUE(raises<RTE::Exception>("Unsupported image data type",
+                                           [&] { destination.Assign(StrangeData()); }));
+    });
+}
+
+TEST(ImageDataConversion, CastsOnlyToTheRightType)
+{
+    forAllPairs([](auto from, auto to) {
+        using From = typename decltype(from)::type;
+        using To = typename decltype(to)::type;
+        ImageData<From> data(2, 2, 5);
+        ImageDataVariant& variant = data;
+        if constexpr (std::is_same_v<From, To>) {
+            EXPECT_EQ(&CastImageDataTo<To>(variant), &data);
+            const ImageData<To> moved(CastImageDataTo<To>(std::move(variant)));
+            EXPECT_EQ(moved[3], 5);
+            EXPECT_TRUE(data.empty());
+        } else {
+            EXPECT_TRUE(raises<RTE::VerificationFailed>("bad image data cast", [&] {
+                static_cast<void>(CastImageDataTo<To>(std::as_const(variant)));
+            }));
+            const auto converted = DataObjects::CreateImageDataOfType<To>(variant, true);
+            EXPECT_EQ(converted[3], 5);
+        }
+    });
+}
+
+} // namespace

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <concepts>
+#include <cstring>
+#include <span>
+
+namespace TestSupport
+{
+
+/// Equal bit for bit, so that 0.0 differs from -0.0; any NaN equals any other.
+template <typename T>
+[[nodiscard]] bool samePixel(T first, T second)
+{
+    if constexpr (std::floating_point<T>) {
+        return (first != first && second != second) || std::memcmp(&first, &second, sizeof(T)) == 0;
+    } else {
+        return first == second;
+    }
+}
+
+/// EXPECT_TRUE(samePixels(actual, expected)): names the first pixel that differs.
+template <typename T>
+[[nodiscard]] testing::AssertionResult samePixels(std::span<const T> actual, std::span<const T> expected)
+{
+    if (actual.size() != expected.size()) {
+        return testing::AssertionFailure() << actual.size() << " pixels instead of " << expected.size();
+    }
+    for (std::size_t i = 0; i < actual.size(); ++i) {
+        if (!samePixel(actual[i], expected[i])) {
+            return testing::AssertionFailure()
+                   << "pixel " << i << " of " << actual.size() << " is " << testing::PrintToString(actual[i])
+                   << " instead of " << testing::PrintToString(expected[i]);
+        }
+    }
+    return testing::AssertionSuccess();
+}
+
+} // namespace TestSupport
