@@ -73,7 +73,6 @@ TEST(MaskVolume, AssignmentGivesNewPlanes)
 {
     MaskVolume target = filledVolume({2, 2, 2}, true);
     const std::shared_ptr<Mask> held = target[1];
-    target = filledVolume({2, 2, 2}, false);
     MaskVolume source = filledVolume({2, 2, 2}, false);
     target.DeepCopyFrom(source);
     source.SetValid(0, 0, 0, true);
