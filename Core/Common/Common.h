@@ -21,6 +21,8 @@
 #include "Core/Common/RGBQuadParameter.h"
 #include "Core/Common/Raise.h"
 #include "Core/Common/Range.h"
+#include "Core/Common/Settings.h"
+#include "Core/Common/SettingsDocument.h"
 #include "Core/Common/Size.h"
 #include "Core/Common/SourceLocation.h"
 #include "Core/Common/Span.h"

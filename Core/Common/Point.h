@@ -18,9 +18,9 @@ struct Point2T
 
     /// Writes the values "x" and "y" into the node and returns it. For `unsigned int`, `int`, `float`,
     /// `double`.
-    Storage::Settings& SerializeTo(Storage::Settings& settings) const;
+    DATAOBJECTS_COMMON_EXPORT Storage::Settings& SerializeTo(Storage::Settings& settings) const;
     /// Reads what SerializeTo wrote; a value that is not there becomes 0.
-    void DeserializeFrom(const Storage::Settings& settings);
+    DATAOBJECTS_COMMON_EXPORT void DeserializeFrom(const Storage::Settings& settings);
 
     T x{};
     T y{};
