@@ -30,7 +30,7 @@ public:
     {
         const quint64 full = m_mask >> m_shift;
         const quint64 value = (pixel & m_mask) >> m_shift;
-        return full == 0 ? 0 : static_cast<unsigned char>((value * 255 + full / 2) / full);
+        return static_cast<unsigned char>(full == 0 ? 0 : (value * 255 + full / 2) / full);
     }
 
 private:
@@ -179,7 +179,7 @@ unsigned int paletteIndex(const unsigned char* row, unsigned int x, unsigned int
 {
     const unsigned int perByte = 8 / bits;
     const unsigned int shift = 8 - bits * (x % perByte + 1);
-    return row[x / perByte] >> shift & ((1U << bits) - 1);
+    return static_cast<unsigned int>(row[x / perByte]) >> shift & ((1U << bits) - 1);
 }
 
 void convertRow(const Layout& layout, const unsigned char* row, unsigned char* grays)
