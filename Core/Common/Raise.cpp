@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Common/Raise.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace RTE::Private

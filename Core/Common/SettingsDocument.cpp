@@ -12,6 +12,8 @@
 
 #include <pugixml.hpp>
 
+#include <string_view>
+
 namespace Storage
 {
 

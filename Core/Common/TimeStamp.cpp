@@ -7,6 +7,8 @@
 #include <QDateTime>
 #include <QRegularExpression>
 
+#include <cstdlib>
+
 namespace RTE
 {
 
