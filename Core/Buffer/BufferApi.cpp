@@ -29,6 +29,30 @@ I_FrameImage* createImage(E_DataType type, unsigned int width, unsigned int heig
     return create<I_FrameImage>({kind, width, height, depth, 1}, type, pixels);
 }
 
+/// One for each z of the frame.
+PlaneList zeroPlanes(E_DataType type, const I_Frame& frame)
+{
+    PlaneList planes;
+    for (unsigned int z = 0; z < frame.GetDepth(); ++z) {
+        planes.push_back(newPlane(type, frame.GetWidth(), frame.GetHeight()));
+        fillBytes(*planes.back(), 0);
+    }
+    return planes;
+}
+
+/// Adds a component that takes the planes' memory over.
+void addComponent(I_Frame& frame, const std::string& name, E_DataType type, const PlaneList& planes)
+{
+    std::vector<void*> arrays;
+    for (const auto& plane : planes) {
+        arrays.push_back(plane->GetData());
+    }
+    frame.AddComponent(name, type, arrays);
+    for (const auto& plane : planes) {
+        static_cast<void>(plane->ReleaseData());
+    }
+}
+
 } // namespace
 
 I_Buffer* CreateBuffer()
@@ -83,18 +107,16 @@ void CreateTypedScalarInFrame(I_Frame* frame, const std::string& name, E_DataTyp
                                                    : QStringLiteral("Frame is NULL")));
     }
     const std::string component = I_Frame::TYPED_SCALAR_PREFIX + name;
-    if (const I_Component* existing = frame->GetComponent(component)) {
-        if (existing->GetDataType() == type) {
-            return;
-        }
-        if (isElementType(type)) {
-            frame->RemoveComponent(frame->GetComponentIndex(component));
-        }
+    const I_Component* existing = frame->GetComponent(component);
+    if (existing && existing->GetDataType() == type) {
+        return;
     }
-    const unsigned int index = frame->AddComponent(component, type, {});
-    for (unsigned int z = 0; z < frame->GetDepth(); ++z) {
-        fillBytes(*frame->GetPlane(index, z), 0);
+    // Made before the scalar of another type goes, so that it stays when there is no memory.
+    const PlaneList planes = zeroPlanes(type, *frame);
+    if (existing && isElementType(type)) {
+        frame->RemoveComponent(frame->GetComponentIndex(component));
     }
+    addComponent(*frame, component, type, planes);
 }
 
 } // namespace BufferApi

@@ -8,6 +8,11 @@
 namespace BufferApi
 {
 
+C_BufferAttributes::C_BufferAttributes(I_Buffer* buffer) : m_buffer(buffer)
+{
+    RTE::verify(buffer != nullptr, "Buffer is NULL");
+}
+
 void C_BufferAttributes::Remove(const std::string& name)
 {
     m_buffer->RemoveAttribute(name);
@@ -18,11 +23,12 @@ int C_BufferAttributes::GetArray(const std::string& name, unsigned int count, E_
 {
     const auto* attribute = dynamic_cast<I_AttributePlane*>(m_buffer->FindAttribute(name));
     const I_PlaneBase* plane = attribute ? attribute->GetPlane() : nullptr;
-    if (!plane || plane->GetDataType() != type || plane->GetHeight() != 1) {
+    if (!plane || plane->GetDataType() != type || plane->GetHeight() != 1 || !plane->GetData()) {
         return -1;
     }
     const unsigned int copied = std::min(count, plane->GetWidth());
     if (copied > 0) {
+        RTE::verify(data != nullptr, "Data is NULL");
         std::memcpy(data, plane->GetData(), copied * GetDataTypeSize(type));
     }
     return static_cast<int>(plane->GetWidth());
@@ -31,6 +37,7 @@ int C_BufferAttributes::GetArray(const std::string& name, unsigned int count, E_
 bool C_BufferAttributes::SetArray(const std::string& name, unsigned int count, E_DataType type,
                                   const void* data)
 {
+    RTE::verify(data || count == 0, "Data is NULL");
     I_AttributeBase* existing = m_buffer->FindAttribute(name);
     auto* attribute = dynamic_cast<I_AttributePlane*>(existing);
     if (existing && !attribute) {

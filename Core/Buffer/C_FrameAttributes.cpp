@@ -4,6 +4,11 @@
 namespace BufferApi
 {
 
+C_FrameAttributes::C_FrameAttributes(I_Frame* frame) : m_frame(frame)
+{
+    RTE::verify(frame != nullptr, "Frame is NULL");
+}
+
 void C_FrameAttributes::Remove(const std::string& name)
 {
     m_frame->RemoveAttribute(name);

@@ -11,8 +11,8 @@ namespace BufferApi
 class DATAOBJECTS_BUFFER_EXPORT C_FrameAttributes
 {
 public:
-    /// \param frame not null
-    explicit C_FrameAttributes(I_Frame* frame) noexcept : m_frame(frame) {}
+    /// \throws RTE::VerificationFailed "Frame is NULL"
+    explicit C_FrameAttributes(I_Frame* frame);
 
     /// As `I_Frame::RemoveAttribute`; a name that is not there is no error.
     void Remove(const std::string& name);

@@ -7,6 +7,7 @@ namespace BufferApi
 C_TypedScalarFrame::C_TypedScalarFrame(const I_Frame* frame, const std::string& name)
     : m_frame(frame), m_component(I_Frame::TYPED_SCALAR_PREFIX + name)
 {
+    RTE::verify(frame != nullptr, "Frame is NULL");
 }
 
 bool C_TypedScalarFrame::IsExisting() const

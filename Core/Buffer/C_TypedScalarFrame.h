@@ -11,7 +11,7 @@ namespace BufferApi
 class DATAOBJECTS_BUFFER_EXPORT C_TypedScalarFrame
 {
 public:
-    /// \param frame not null; outlives this object
+    /// \param frame outlives this object \throws RTE::VerificationFailed "Frame is NULL"
     C_TypedScalarFrame(const I_Frame* frame, const std::string& name);
 
     [[nodiscard]] bool IsExisting() const;

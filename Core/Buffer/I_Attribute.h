@@ -51,6 +51,7 @@ public:
     /// Owned by the attribute; null when none is set.
     [[nodiscard]] virtual I_PlaneBase* GetPlane() const = 0;
     /// Takes ownership; the earlier plane is destroyed. Setting the plane that is set changes nothing.
+    /// \throws RTE::InvalidArgumentError for a plane of a frame or another attribute
     virtual void SetPlane(I_PlaneBase* plane) = 0;
 };
 

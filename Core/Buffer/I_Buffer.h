@@ -14,7 +14,8 @@ public:
     I_Buffer& operator=(const I_Buffer&) = delete;
     virtual ~I_Buffer();
 
-    /// Appends and takes ownership. \throws RTE::InvalidArgumentError for null
+    /// Appends and takes ownership. \throws RTE::InvalidArgumentError for null and for a frame that a buffer,
+    /// this or another, holds already
     virtual void AddFrame(I_Frame* frame) = 0;
     virtual void ClearAttributes() = 0;
     [[nodiscard]] virtual const AttributeMap& GetAttributeList() const = 0;

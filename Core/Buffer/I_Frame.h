@@ -29,7 +29,8 @@ public:
     /// Adds a component with one plane per z, of the frame's size, and gives its index. An empty vector makes
     /// the frame allocate the planes, uninitialised; otherwise it takes over one array per z.
     /// \throws RTE::InvalidArgumentError for an empty or taken name, an unsupported type, a wrong number of
-    ///         arrays or a null array; the arrays then stay with the caller
+    ///         arrays, an array that is null, given twice or the frame's already; all then stay with the
+    ///         caller
     virtual unsigned int AddComponent(const std::string& name, E_DataType type,
                                       const std::vector<void*>& planes) = 0;
     /// Makes the mask component: allocated and all valid when the vector is empty, else over the given
@@ -81,6 +82,11 @@ public:
 
 protected:
     I_Frame() = default;
+
+private:
+    friend class StoredBuffer;
+
+    bool m_isInBuffer = false;
 };
 
 } // namespace BufferApi

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/StoredAttributes.h"
 
+#include "Core/Buffer/StoredPlane.h"
+
 namespace BufferApi
 {
 
@@ -34,10 +36,15 @@ public:
     [[nodiscard]] I_PlaneBase* GetPlane() const override { return m_plane.get(); }
     void SetPlane(I_PlaneBase* plane) override
     {
-        if (plane != m_plane.get()) {
-            m_plane.reset(plane);
-            m_modified = true;
+        if (plane == m_plane.get()) {
+            return;
         }
+        if (plane && !claimPlane(*plane)) {
+            RTE::raise(RTE::InvalidArgumentError(
+                QStringLiteral("Plane belongs to a frame or an attribute already")));
+        }
+        m_plane.reset(plane);
+        m_modified = true;
     }
 
 private:

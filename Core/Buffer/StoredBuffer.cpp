@@ -8,12 +8,14 @@ namespace BufferApi
 
 void StoredBuffer::AddFrame(I_Frame* frame)
 {
-    if (!frame) {
-        RTE::raise(RTE::InvalidArgumentError(QStringLiteral("Frame is NULL")));
+    if (!frame || frame->m_isInBuffer) {
+        RTE::raise(RTE::InvalidArgumentError(frame ? QStringLiteral("Frame belongs to a buffer already")
+                                                   : QStringLiteral("Frame is NULL")));
     }
     // Room first: the frame must stay with the caller when there is none.
     m_frames.emplace_back();
     m_frames.back().reset(frame);
+    frame->m_isInBuffer = true;
     m_modified = true;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/StoredComponent.h"
 
+#include "Core/Buffer/LazyPlane.h"
+
 namespace BufferApi
 {
 
@@ -9,6 +11,9 @@ StoredComponent::StoredComponent(const std::string& name, E_DataType type, Plane
     : m_name(name), m_type(type), m_planes(std::move(planes)), m_place(place), m_frameScale(frameScale),
       m_modified(modified)
 {
+    for (const auto& plane : m_planes) {
+        static_cast<void>(claimPlane(*plane));
+    }
 }
 
 const Zt::LinearScale& StoredComponent::GetScale() const
@@ -38,6 +43,13 @@ void StoredComponent::SetScale(const Zt::LinearScale& scale)
 unsigned int StoredComponent::GetPlaneCount() const
 {
     return static_cast<unsigned int>(m_planes.size());
+}
+
+bool StoredComponent::holdsAnyOf(const std::vector<void*>& arrays) const
+{
+    return std::any_of(m_planes.begin(), m_planes.end(), [&](const auto& plane) {
+        return !isUnread(*plane) && std::binary_search(arrays.begin(), arrays.end(), plane->GetData());
+    });
 }
 
 void StoredComponent::adopt(const std::vector<void*>& arrays) noexcept

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] bool HasOwnScale() const override { return m_ownScale.has_value(); }
 
     [[nodiscard]] const std::string& name() const noexcept { return m_name; }
+    /// True when the data of a plane is one of these. \param arrays sorted
+    [[nodiscard]] bool holdsAnyOf(const std::vector<void*>& arrays) const;
     /// Gives hollow planes their arrays, one each.
     void adopt(const std::vector<void*>& arrays) noexcept;
     /// Sets all bytes of all planes.

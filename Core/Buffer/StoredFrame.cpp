@@ -141,13 +141,19 @@ PlaneList StoredFrame::makePlanes(E_DataType type, bool hollow) const
     return planes;
 }
 
-void StoredFrame::checkArrays(E_DataType type, const std::vector<void*>& arrays) const
+void StoredFrame::checkArrays(E_DataType type, std::vector<void*> arrays) const
 {
     verifyArgument(isElementType(type), QStringLiteral("Unsupported data type"));
     verifyArgument(arrays.empty() || arrays.size() == m_shape.depth,
                    QStringLiteral("Component needs one plane for each z"));
     verifyArgument(std::find(arrays.begin(), arrays.end(), nullptr) == arrays.end(),
                    QStringLiteral("Plane memory is NULL"));
+    std::sort(arrays.begin(), arrays.end());
+    verifyArgument(std::adjacent_find(arrays.begin(), arrays.end()) == arrays.end(),
+                   QStringLiteral("Plane memory is given twice"));
+    verifyArgument(std::none_of(m_components.begin(), m_components.end(),
+                                [&](const auto& component) { return component->holdsAnyOf(arrays); }),
+                   QStringLiteral("Plane memory belongs to the frame already"));
 }
 
 ScalePlace ImageFrame::scalePlace(const std::string& name) const

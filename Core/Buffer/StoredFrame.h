@@ -68,7 +68,7 @@ private:
     [[nodiscard]] std::unique_ptr<StoredComponent> makeComponent(const std::string& name, E_DataType type,
                                                                  PlaneList planes);
     [[nodiscard]] PlaneList makePlanes(E_DataType type, bool hollow) const;
-    void checkArrays(E_DataType type, const std::vector<void*>& arrays) const;
+    void checkArrays(E_DataType type, std::vector<void*> arrays) const;
 
     FrameShape m_shape;
     bool m_modified = false;

@@ -23,12 +23,17 @@ public:
     PlaneStorage& operator=(const PlaneStorage&) = delete;
 
     virtual void adopt(void* array) noexcept = 0;
+    /// False from the second call on.
+    [[nodiscard]] bool claim() noexcept { return !std::exchange(m_isClaimed, true); }
     /// Null unless the pixels are still to be read.
     [[nodiscard]] virtual std::shared_ptr<const PlaneSource> source() const = 0;
 
 protected:
     PlaneStorage() = default;
     ~PlaneStorage() = default;
+
+private:
+    bool m_isClaimed = false;
 };
 
 template <typename T>
@@ -126,6 +131,12 @@ std::unique_ptr<I_PlaneBase> hollowPlane(E_DataType type, unsigned int width, un
 void adoptArray(I_PlaneBase& plane, void* array) noexcept
 {
     dynamic_cast<PlaneStorage&>(plane).adopt(array);
+}
+
+bool claimPlane(I_PlaneBase& plane)
+{
+    auto* storage = dynamic_cast<PlaneStorage*>(&plane);
+    return !storage || storage->claim();
 }
 
 void fillBytes(I_PlaneBase& plane, unsigned char value)

@@ -22,6 +22,9 @@ using PlaneList = std::vector<std::unique_ptr<I_PlaneBase>>;
 /// has changed hands.
 void adoptArray(I_PlaneBase& plane, void* array) noexcept;
 
+/// Marks a plane as part of a component or an attribute for good; false when it is one's already.
+[[nodiscard]] bool claimPlane(I_PlaneBase& plane);
+
 /// Sets all bytes of a plane of this store.
 void fillBytes(I_PlaneBase& plane, unsigned char value);
 

@@ -43,6 +43,7 @@ std::unique_ptr<Zt::LinearScale> GetScaleOnFrame(BufferApi::I_Frame* frame, unsi
     if (kind >= scaleAccesses.size()) {
         RTE::raise(RTE::Exception(QStringLiteral("Invalid scale type")));
     }
+    RTE::verify(frame != nullptr, "Frame is NULL");
     const ScaleAccess& access = scaleAccesses[kind];
     auto scale = std::make_unique<Zt::LinearScale>((frame->*access.get)());
     scale->setChangedCallback(
@@ -52,6 +53,7 @@ std::unique_ptr<Zt::LinearScale> GetScaleOnFrame(BufferApi::I_Frame* frame, unsi
 
 std::unique_ptr<Zt::LinearScale> GetScaleOnComponent(BufferApi::I_Component* component)
 {
+    RTE::verify(component != nullptr, "Component is NULL");
     auto scale = std::make_unique<Zt::LinearScale>(component->GetScale());
     scale->setChangedCallback([component](const Zt::LinearScale& changed) { component->SetScale(changed); });
     return scale;

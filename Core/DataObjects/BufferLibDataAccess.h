@@ -42,11 +42,12 @@ template <typename T>
 }
 
 /// A copy of one of the frame's scales that writes each change of itself back to the frame, which it must not
-/// outlive. \param kind 0 X, 1 Y, 2 Z, 3 I \throws RTE::Exception "Invalid scale type" for any other kind
+/// outlive. \param kind 0 X, 1 Y, 2 Z, 3 I \throws RTE::Exception "Invalid scale type" for any other kind,
+/// RTE::VerificationFailed "Frame is NULL"
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT std::unique_ptr<Zt::LinearScale>
 GetScaleOnFrame(BufferApi::I_Frame* frame, unsigned int kind);
 
-/// The same for the scale of a component.
+/// The same for the scale of a component. \throws RTE::VerificationFailed "Component is NULL"
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT std::unique_ptr<Zt::LinearScale>
 GetScaleOnComponent(BufferApi::I_Component* component);
 

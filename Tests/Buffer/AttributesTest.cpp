@@ -87,6 +87,17 @@ TEST_F(AttributesTest, RefuseTheEmptyNameAndUnknownKinds)
     EXPECT_EQ(frame->FindAttribute("a"), nullptr);
 }
 
+TEST(AttributeAccess, RefusesNullPointers)
+{
+    const std::vector<std::pair<const char*, std::function<void()>>> calls{
+        {"Buffer is NULL", [] { C_BufferAttributes(nullptr).Remove("a"); }},
+        {"Frame is NULL", [] { C_FrameAttributes(nullptr).Remove("a"); }},
+        {"Frame is NULL", [] { static_cast<void>(C_TypedScalarFrame(nullptr, "a").IsExisting()); }}};
+    for (const auto& [text, call] : calls) {
+        EXPECT_TRUE(raises<RTE::VerificationFailed>(text, call));
+    }
+}
+
 TEST_F(AttributesTest, PlaneAttributesOwnTheirPlane)
 {
     auto& attribute = dynamic_cast<I_AttributePlane&>(*frame->CreateAttribute("list", AT_PLANE));
@@ -96,6 +107,12 @@ TEST_F(AttributesTest, PlaneAttributesOwnTheirPlane)
     attribute.SetPlane(second);
     attribute.SetPlane(second);
     EXPECT_EQ(attribute.GetPlane()->GetWidth(), 5U);
+    auto& other = dynamic_cast<I_AttributePlane&>(*frame->CreateAttribute("other", AT_PLANE));
+    for (I_PlaneBase* held : {second, frame->GetPlane(0, 0)}) {
+        EXPECT_TRUE(raises<RTE::InvalidArgumentError>("Plane belongs to a frame or an attribute already",
+                                                      [&] { other.SetPlane(held); }));
+    }
+    EXPECT_EQ(other.GetPlane(), nullptr);
     attribute.SetPlane(nullptr);
     EXPECT_EQ(attribute.GetPlane(), nullptr);
 }
@@ -128,6 +145,14 @@ TEST_F(AttributesTest, ArraysComeBackInTheirTypeAlone)
     EXPECT_EQ(attributes.GetArray("a", 4, DT_WORD, read.data()), 0);
     EXPECT_FALSE(attributes.SetArray("a", 1, DT_UNKNOWN, values.data()));
     EXPECT_EQ(attributes.GetArray("a", 0, DT_WORD, nullptr), 0);
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("Data is NULL",
+                                                [&] { attributes.SetArray("a", 1, DT_INT32, nullptr); }));
+    EXPECT_TRUE(attributes.SetArray("a", 3, DT_INT32, values.data()));
+    EXPECT_TRUE(raises<RTE::VerificationFailed>(
+        "Data is NULL", [&] { static_cast<void>(attributes.GetArray("a", 1, DT_INT32, nullptr)); }));
+    const std::unique_ptr<int[]> released(static_cast<int*>(
+        dynamic_cast<I_AttributePlane&>(*buffer->FindAttribute("a")).GetPlane()->ReleaseData()));
+    EXPECT_EQ(attributes.GetArray("a", 3, DT_INT32, read.data()), -1);
     buffer->CreateAttribute("text", AT_STRING);
     EXPECT_FALSE(attributes.SetArray("text", 1, DT_INT32, values.data()));
     EXPECT_EQ(buffer->FindAttribute("text")->GetKind(), 4U);

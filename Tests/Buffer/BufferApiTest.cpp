@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Buffer.h"
 #include "Core/Buffer/ElementTypes.h"
+#include "Core/Buffer/FrameBuilder.h"
 #include "Core/Common/Array.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/Raises.h"
@@ -178,6 +179,32 @@ TEST(TypedScalar, StaysWhenItExistsInTheSameTypeAndIsReplacedInAnother)
     EXPECT_EQ(frame->GetComponentCount(), 2U);
     EXPECT_TRUE(raises<RTE::InvalidArgumentError>(
         "Empty name", [&] { CreateTypedScalarInFrame(frame.get(), "", DT_BYTE); }));
+}
+
+TEST(TypedScalar, StaysWhenThereIsNoMemoryForOneOfAnotherType)
+{
+    std::vector<ComponentParts> parts(1);
+    parts[0].name = "TS:a";
+    parts[0].type = DT_BYTE;
+    parts[0].planes.emplace_back(CreatePlane(DT_BYTE, 1, 1));
+    const auto frame = buildFrame({FrameKind::Image, 0xFFFFFFFF, 0xFFFFFFFF, 1, 1}, std::move(parts));
+    const I_Component* scalar = frame->GetComponent(0);
+    EXPECT_THROW(CreateTypedScalarInFrame(frame.get(), "a", DT_DOUBLE), std::bad_alloc);
+    EXPECT_EQ(C_TypedScalarFrame(frame.get(), "a").GetComponent(0), scalar);
+}
+
+TEST(Buffer, RefusesAFrameThatABufferHolds)
+{
+    const std::unique_ptr<I_Buffer> buffer(CreateBuffer());
+    const std::unique_ptr<I_Buffer> other(CreateBuffer());
+    I_Frame* frame = CreateImageFrame(DT_WORD, 3, 2, 1);
+    buffer->AddFrame(frame);
+    for (I_Buffer* target : {buffer.get(), other.get()}) {
+        EXPECT_TRUE(raises<RTE::InvalidArgumentError>("Frame belongs to a buffer already",
+                                                      [&] { target->AddFrame(frame); }));
+    }
+    EXPECT_EQ(buffer->GetFrameCount(), 1U);
+    EXPECT_EQ(other->GetFrameCount(), 0U);
 }
 
 TEST(Buffer, OwnsItsFramesInOrder)

@@ -49,7 +49,12 @@ TEST(Frame, LeavesGivenMemoryWithTheCallerWhenItRefuses)
         {"Frame already has a component 'PIXEL'", "PIXEL", DT_BYTE, {a.get(), b.get()}},
         {"Unsupported data type", "x", DT_UNKNOWN, {a.get(), b.get()}},
         {"Component needs one plane for each z", "x", DT_BYTE, {a.get()}},
-        {"Plane memory is NULL", "x", DT_BYTE, {a.get(), nullptr}}};
+        {"Plane memory is NULL", "x", DT_BYTE, {a.get(), nullptr}},
+        {"Plane memory is given twice", "x", DT_BYTE, {a.get(), a.get()}},
+        {"Plane memory belongs to the frame already",
+         "x",
+         DT_WORD,
+         {a.get(), frame->GetPlane(0, 1)->GetData()}}};
     for (const Case& c : cases) {
         EXPECT_TRUE(raises<RTE::InvalidArgumentError>(
             c.text, [&] { frame->AddComponent(c.name, c.type, c.arrays); }));
@@ -76,6 +81,19 @@ TEST(Frame, MakesAnAllValidMaskKeepsItAndReplacesItByGivenMemory)
     frame.AddMask({given});
     EXPECT_EQ(frame.GetPlane(index, 0)->GetData(), given);
     EXPECT_EQ(frame.GetComponentIndex(I_Frame::COMPONENT_MASK), index);
+}
+
+TEST(Frame, TakesItsMaskArrayBackOnlyOnceItWasReleased)
+{
+    const std::unique_ptr<I_Frame> frame(CreateImageFrame(DT_WORD, 3, 2, 1));
+    frame->AddMask({});
+    I_PlaneBase* plane = frame->GetComponent(I_Frame::COMPONENT_MASK)->GetPlane(0);
+    static_cast<unsigned char*>(plane->GetData())[5] = 7;
+    EXPECT_TRUE(raises<RTE::InvalidArgumentError>("Plane memory belongs to the frame already",
+                                                  [&] { frame->AddMask({plane->GetData()}); }));
+    frame->AddMask({plane->ReleaseData()});
+    plane = frame->GetComponent(I_Frame::COMPONENT_MASK)->GetPlane(0);
+    EXPECT_EQ(static_cast<unsigned char*>(plane->GetData())[5], 7);
 }
 
 TEST(Frame, SharesItsIntensityScaleWithThePixels)

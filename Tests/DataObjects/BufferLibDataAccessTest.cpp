@@ -53,7 +53,9 @@ TEST(GetScaleOnFrame, WritesEachKindBackToItsOwnScale)
         EXPECT_EQ(scales[kind]().getUnit(), QStringLiteral("mm"));
     }
     EXPECT_TRUE(raises<RTE::Exception>("Invalid scale type",
-                                       [&] { static_cast<void>(GetScaleOnFrame(frame.get(), 4)); }));
+                                       [&] { static_cast<void>(GetScaleOnFrame(nullptr, 4)); }));
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("Frame is NULL",
+                                                [&] { static_cast<void>(GetScaleOnFrame(nullptr, 3)); }));
 }
 
 TEST(GetScaleOnComponent, WritesBackToTheComponent)
@@ -65,6 +67,8 @@ TEST(GetScaleOnComponent, WritesBackToTheComponent)
     EXPECT_EQ(frame->GetComponent(index)->GetScale(), kelvin);
     GetScaleOnComponent(frame->GetComponent(0))->set(kelvin);
     EXPECT_EQ(frame->GetScaleI(), kelvin);
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("Component is NULL",
+                                                [&] { static_cast<void>(GetScaleOnComponent(nullptr)); }));
 }
 
 } // namespace
