@@ -29,7 +29,7 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lower)
 bool isNan(std::string_view text)
 {
     const std::string_view rest = text.substr(std::min<std::size_t>(3, text.size()));
-    const bool bracketed = rest.size() >= 2 && rest.front() == '(' && rest.back() == ')';
+    const bool bracketed = rest.starts_with('(') && rest.ends_with(')');
     return equalsIgnoringCase(text.substr(0, 3), "nan") && (rest.empty() || bracketed);
 }
 
