@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/AttributeValue.h"
 
+#include "Core/Common/Settings.h"
 #include "Core/DataObjects/AttributeValueHeld.h"
 
 #include <utility>
@@ -10,6 +11,9 @@ namespace DataObjects
 
 namespace
 {
+
+constexpr QLatin1String typeKey("TypeId");
+constexpr QLatin1String valueKey("ValueId");
 
 template <typename T>
 QVariant registered(const T& value)
@@ -75,9 +79,8 @@ AttributeValue::AttributeValue(AttributeValue&& other) noexcept
 
 AttributeValue& AttributeValue::operator=(AttributeValue&& other) noexcept
 {
-    AttributeValue taken(std::move(other));
-    m_value.swap(taken.m_value);
-    std::swap(m_type, taken.m_type);
+    m_value = std::move(other.m_value);
+    m_type = std::exchange(other.m_type, TypeNull);
     return *this;
 }
 
@@ -101,6 +104,21 @@ unsigned long long AttributeValue::Count() const
     }
     return Private::visitList(m_type, m_value,
                               [](const auto& list) -> unsigned long long { return list.size(); });
+}
+
+Storage::Settings& AttributeValue::SerializeTo(Storage::Settings& settings) const
+{
+    settings.Set(typeKey, static_cast<unsigned int>(m_type));
+    settings.Set(valueKey, toString());
+    return settings;
+}
+
+void AttributeValue::DeserializeFrom(const Storage::Settings& settings)
+{
+    const auto type = settings.Get(typeKey, static_cast<unsigned int>(TypeNull));
+    const auto text = settings.Get(valueKey, QString());
+    m_type = static_cast<Type>(type);
+    fromString(text);
 }
 
 bool AttributeValue::operator==(const AttributeValue& other) const

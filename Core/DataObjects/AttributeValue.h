@@ -158,6 +158,16 @@ public:
     [[nodiscard]] std::string toStdString() const;
     /// @}
 
+    /// \name Persistence
+    /// @{
+
+    /// Writes the kind under "TypeId" and the text under "ValueId"; returns `settings`.
+    Storage::Settings& SerializeTo(Storage::Settings& settings) const;
+    /// Takes the kind, then the value from its text. A text that is no number of that kind leaves what was
+    /// held before.
+    void DeserializeFrom(const Storage::Settings& settings);
+    /// @}
+
     /// Equal kinds with equal texts: NaN equals NaN, and 1 as `int` differs from 1 as `long long`.
     [[nodiscard]] bool operator==(const AttributeValue& other) const;
 

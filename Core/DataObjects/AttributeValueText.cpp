@@ -27,9 +27,9 @@ void append(std::string& text, int element)
 template <typename T>
 T truncated(T element)
 {
-    const double lowest = std::numeric_limits<int>::lowest();
-    const bool holds = element > lowest - 1.0 && element < -lowest;
-    return static_cast<T>(holds ? static_cast<int>(element) : std::numeric_limits<int>::lowest());
+    constexpr int lowest = std::numeric_limits<int>::lowest();
+    const bool holds = std::abs(element) < -static_cast<T>(lowest);
+    return static_cast<T>(holds ? static_cast<int>(element) : lowest);
 }
 
 /// Number of decimals that a list writes for an element: the length of its fraction's text in general

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/AttributeValue.h"
 
+#include "Core/Common/Settings.h"
 #include "Tests/Support/Allocations.h"
 #include "Tests/Support/Raises.h"
 
@@ -478,6 +479,118 @@ TEST(AttributeValue, WritesListElementsWithTheDecimalsOfTheirFraction)
         EXPECT_EQ(AttributeValue(list).toStdString(), referenceListText(list));
     };
     forTypes<float, double>(asReference);
+}
+
+TEST(AttributeValue, RoundTripsThroughSettings)
+{
+    for (const Kind& kind : kinds()) {
+        SCOPED_TRACE(kind.type);
+        Storage::Settings settings;
+        EXPECT_EQ(&kind.value.SerializeTo(settings), &settings);
+        EXPECT_EQ(settings.Get<unsigned int>(QStringLiteral("TypeId")), kind.type);
+        EXPECT_EQ(settings.Get<QString>(QStringLiteral("ValueId")), QString::fromLatin1(kind.text));
+        AttributeValue restored("something else");
+        restored.DeserializeFrom(settings);
+        if (kind.count > 0) {
+            EXPECT_EQ(restored, kind.value);
+        } else {
+            EXPECT_EQ(restored.GetType(), kind.type);
+        }
+    }
+}
+
+AttributeValue deserialized(int type, const QString& text, AttributeValue value = {})
+{
+    Storage::Settings settings;
+    settings.Set(QStringLiteral("TypeId"), type);
+    settings.Set(QStringLiteral("ValueId"), text);
+    value.DeserializeFrom(settings);
+    return value;
+}
+
+TEST(AttributeValue, TakesItsValueFromTextByItsKind)
+{
+    const struct
+    {
+        int type;
+        const char* text;
+        const char* stored;
+    } cases[] = {
+        {2, "300", "44"},
+        {2, "-129", "127"},
+        {2, "2147483648", "-5"},
+        {3, "32768", "-32768"},
+        {3, " 7 ", "7"},
+        {4, "4294967297", "1"},
+        {4, "2147483648", "-2147483648"},
+        {4, "1.5", "-5"},
+        {4, "0x10", "-5"},
+        {5, "-9223372036854775808", "-9223372036854775808"},
+        {5, "9223372036854775808", "-5"},
+        {6, "999", "255"},
+        {6, "-1", "-5"},
+        {7, "65536", "65535"},
+        {8, "4294967295", "4294967295"},
+        {8, "4294967296", "0"},
+        {9, "18446744073709551615", "18446744073709551615"},
+        {10, "0.1", "0.1"},
+        {10, "1e39", "-5"},
+        {11, "1e-5", "1e-05"},
+        {11, "1,5", "-5"},
+        {11, "nan", "nan"},
+        {11, "", "-5"},
+        {0, "7", ""},
+        {16, "7", ""},
+        {1, "a,b", "a,b"},
+        {12, "1,,65537", "1,0,1"},
+        {12, "", "0"},
+        {12, "-1,2", "0,2"},
+        {13, "1,2147483648,-3", "1,0,-3"},
+        {14, "1.5,1e39,x,2", "1.5,0,0,2"},
+        {15, "1e400,0.25,", "0,0.25,0"},
+    };
+    for (const auto& [type, text, stored] : cases) {
+        const AttributeValue value = deserialized(type, QString::fromLatin1(text), AttributeValue(-5));
+        EXPECT_EQ(value.GetType(), static_cast<unsigned int>(type));
+        EXPECT_EQ(value.toStdString(), stored) << type << " from \"" << text << '"';
+    }
+}
+
+TEST(AttributeValue, AnUnreadableTextLeavesAFreshValueEmpty)
+{
+    const AttributeValue value = deserialized(AttributeValue::TypeInt32, QStringLiteral("x"));
+    EXPECT_FALSE(value.IsNull());
+    EXPECT_EQ(value.value<int>(), 0);
+    EXPECT_FALSE(value.value<bool>());
+    EXPECT_EQ(value.value<QString>(), QString());
+    AttributeValue absent(5);
+    absent.DeserializeFrom(Storage::Settings());
+    EXPECT_TRUE(absent.IsNull());
+}
+
+TEST(AttributeValue, AnUnknownKindIsAnEmptyList)
+{
+    const AttributeValue value = deserialized(99, QStringLiteral("7"), AttributeValue(5));
+    EXPECT_TRUE(value.IsList());
+    EXPECT_FALSE(value.IsScalar());
+    EXPECT_EQ(value.Count(), 0U);
+    EXPECT_EQ(value.value<QString>(), QString());
+    EXPECT_TRUE(raises<RTE::VerificationFailed>(QStringLiteral("List is not convertible."),
+                                                [&] { std::ignore = value.value<int>(); }));
+}
+
+TEST(AttributeValue, AListReadInPlaceLeavesItsCopiesAlone)
+{
+    Storage::Settings settings;
+    AttributeValue(std::vector<int>{3}).SerializeTo(settings);
+    AttributeValue list(std::vector<int>{1, 2});
+    const AttributeValue copy(list);
+    for (const char* sharing : {"shared", "alone"}) {
+        SCOPED_TRACE(sharing);
+        list.DeserializeFrom(settings);
+        EXPECT_EQ(list.value<std::vector<int>>(), std::vector<int>{3});
+        EXPECT_EQ(copy.Count(), 2U);
+    }
 }
 
 TEST(AttributeValue, ReadsNumberTextWithoutAllocation)
