@@ -54,11 +54,11 @@ double parsedNumber(std::string_view text)
     // from_chars takes a second sign and "inf" of its own.
     const bool startsNumber =
         !magnitude.empty() && (magnitude[0] == '.' || (magnitude[0] >= '0' && magnitude[0] <= '9'));
-    double number = 0.0;
-    const char* end = magnitude.data() + magnitude.size();
     if (!startsNumber) {
         return 0.0;
     }
+    double number = 0.0;
+    const char* end = magnitude.data() + magnitude.size();
     const auto [parsedEnd, error] = std::from_chars(magnitude.data(), end, number);
     if (error == std::errc::result_out_of_range) {
         // Too large is no number, too small is a zero with its sign; from_chars does not tell which.
