@@ -3,6 +3,9 @@
 
 #include "Core/Common/Export.h"
 
+#include <cstddef>
+#include <limits>
+#include <memory>
 #include <type_traits>
 
 namespace RTE
@@ -21,6 +24,11 @@ template <typename T>
 [[nodiscard]] T* newArray(unsigned long long count)
 {
     static_assert(std::is_trivial_v<T>);
+    if (count > std::numeric_limits<std::ptrdiff_t>::max() / sizeof(T)) {
+        // Fails before it asks for memory. `new` refuses such a count by itself unless T has one byte; that
+        // request would reach the heap, and a sanitizer ends the process there.
+        return std::allocator<T>().allocate(count);
+    }
     T* data = new T[count];
     adviseHugePages(data, count * sizeof(T));
     return data;

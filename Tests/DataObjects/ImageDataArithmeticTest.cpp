@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageData.h"
 #include "Tests/DataObjects/PixelReference.h"
+#include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
 
@@ -13,6 +14,7 @@ namespace
 {
 
 using DataObjects::ImageData;
+using TestSupport::onEachTarget;
 using TestSupport::raises;
 using TestSupport::samePixels;
 
@@ -23,7 +25,7 @@ protected:
     using Operator = std::function<void(ImageData<T>&, double)>;
     using Rule = T (*)(T, double);
 
-    /// Runs over a view that begins at any pixel of an array, and watches the pixels around it.
+    /// Runs over a view that begins at some pixel of an array, and watches the pixels around it.
     static void check(const char* name, const Operator& change, Rule rule, const std::vector<T>& pixels,
                       const std::vector<double>& operands)
     {
@@ -32,13 +34,14 @@ protected:
             SCOPED_TRACE(testing::Message() << name << ' ' << testing::PrintToString(operand));
             std::transform(pixels.begin(), pixels.end(), expected.begin(),
                            [&](T pixel) { return rule(pixel, operand); });
-            std::vector<T> guarded(pixels.size() + 2, T{77});
-            std::copy(pixels.begin(), pixels.end(), guarded.begin() + 1);
-            ImageData<T> view(guarded.data() + 1, static_cast<unsigned int>(pixels.size()), 1, false);
+            const std::size_t lead = 1 + pixels.size() % 37;
+            std::vector<T> guarded(lead + pixels.size() + 1, T{77});
+            std::copy(pixels.begin(), pixels.end(), guarded.data() + lead);
+            ImageData<T> view(guarded.data() + lead, static_cast<unsigned int>(pixels.size()), 1, false);
             change(view, operand);
             ASSERT_TRUE(
                 samePixels(std::span<const T>(view.begin(), view.end()), std::span<const T>(expected)));
-            ASSERT_EQ(guarded.front(), T{77});
+            ASSERT_EQ(guarded[lead - 1], T{77});
             ASSERT_EQ(guarded.back(), T{77});
         }
     }
@@ -74,18 +77,22 @@ TYPED_TEST(ImageDataArithmetic, MatchesTheReferenceInLargePlanes)
     while (pixels.size() < 600'000) {
         pixels.insert(pixels.end(), once.rbegin(), once.rend());
     }
-    this->checkAll(pixels,
-                   {0.1, 0.5, 1.005, 2.0, 3.0, 10.0, 98.0, 1.0 / 3.0, 700.0, 1e-3, 1e9, -2.5, 0.0,
-                    std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()});
+    onEachTarget([&] {
+        this->checkAll(pixels,
+                       {0.1, 0.5, 1.005, 2.0, 3.0, 10.0, 98.0, 1.0 / 3.0, 700.0, 1e-3, 1e9, -2.5, 0.0,
+                        std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()});
+    });
 }
 
 TYPED_TEST(ImageDataArithmetic, MatchesTheReferenceAtAllShortLengths)
 {
     const auto all = PixelReference::samples<TypeParam>();
-    for (std::size_t length = 0; length < 140; ++length) {
-        const std::vector<TypeParam> pixels(all.end() - static_cast<std::ptrdiff_t>(length), all.end());
-        this->checkAll(pixels, {3.0, 1.25});
-    }
+    onEachTarget([&] {
+        for (std::size_t length = 0; length < 140; ++length) {
+            const std::vector<TypeParam> pixels(all.end() - static_cast<std::ptrdiff_t>(length), all.end());
+            this->checkAll(pixels, {3.0, 1.25});
+        }
+    });
 }
 
 TYPED_TEST(ImageDataArithmetic, PlainOperatorsLeaveTheirObjectAlone)
@@ -103,23 +110,36 @@ TYPED_TEST(ImageDataArithmetic, DividesPixelByPixel)
 {
     const auto values = PixelReference::samples<TypeParam>();
     std::mt19937 generator(3);
-    for (int round = 0; round < 40; ++round) {
-        std::vector<TypeParam> pixels(values);
-        std::vector<TypeParam> divisors(values);
-        std::shuffle(pixels.begin(), pixels.end(), generator);
-        std::shuffle(divisors.begin(), divisors.end(), generator);
-        // Small divisors give the large quotients.
-        for (std::size_t i = 0; i < divisors.size(); i += 5) {
-            divisors[i] = static_cast<TypeParam>(i / 5 % 3 == 0 ? 0 : i % 300);
+    onEachTarget([&] {
+        for (int round = 0; round < 10; ++round) {
+            std::vector<TypeParam> pixels(values);
+            std::vector<TypeParam> divisors(values);
+            std::shuffle(pixels.begin(), pixels.end(), generator);
+            std::shuffle(divisors.begin(), divisors.end(), generator);
+            // Small divisors give the large quotients.
+            for (std::size_t i = 0; i < divisors.size(); i += 5) {
+                divisors[i] = static_cast<TypeParam>(i / 5 % 3 == 0 ? 0 : i % 300);
+            }
+            std::vector<TypeParam> expected(pixels.size());
+            std::transform(pixels.begin(), pixels.end(), divisors.begin(), expected.begin(),
+                           PixelReference::ratio<TypeParam>);
+            const auto width = static_cast<unsigned int>(pixels.size());
+            ImageData<TypeParam> data(pixels.data(), width, 1, false);
+            data /= ImageData<TypeParam>(divisors.data(), width, 1, false);
+            ASSERT_TRUE(samePixels<TypeParam>(pixels, expected));
         }
-        std::vector<TypeParam> expected(pixels.size());
-        std::transform(pixels.begin(), pixels.end(), divisors.begin(), expected.begin(),
-                       PixelReference::ratio<TypeParam>);
-        const auto width = static_cast<unsigned int>(pixels.size());
-        ImageData<TypeParam> data(pixels.data(), width, 1, false);
-        data /= ImageData<TypeParam>(divisors.data(), width, 1, false);
-        ASSERT_TRUE(samePixels<TypeParam>(pixels, expected));
-    }
+    });
+}
+
+TYPED_TEST(ImageDataArithmetic, DividesByItself)
+{
+    auto pixels = PixelReference::samples<TypeParam>();
+    std::vector<TypeParam> expected(pixels.size());
+    std::transform(pixels.begin(), pixels.end(), pixels.begin(), expected.begin(),
+                   PixelReference::ratio<TypeParam>);
+    ImageData<TypeParam> data(pixels.data(), static_cast<unsigned int>(pixels.size()), 1, false);
+    data /= data;
+    EXPECT_TRUE(samePixels<TypeParam>(pixels, expected));
 }
 
 TYPED_TEST(ImageDataArithmetic, RefusesDivisorsOfAnotherShape)
@@ -144,9 +164,25 @@ TEST(ImageDataArithmeticWords, QuotientsJustBelowAndAtAWholeNumberAreExact)
     std::vector<unsigned short> expected(pixels.size());
     std::transform(pixels.begin(), pixels.end(), divisors.begin(), expected.begin(), std::divides<>());
     const auto width = static_cast<unsigned int>(pixels.size());
-    ImageData<unsigned short> data(pixels.data(), width, 1, false);
-    data /= ImageData<unsigned short>(divisors.data(), width, 1, false);
-    EXPECT_TRUE(samePixels<unsigned short>(pixels, expected));
+    onEachTarget([&] {
+        std::vector<unsigned short> quotients(pixels);
+        ImageData<unsigned short> data(quotients.data(), width, 1, false);
+        data /= ImageData<unsigned short>(divisors.data(), width, 1, false);
+        EXPECT_TRUE(samePixels<unsigned short>(quotients, expected));
+    });
+}
+
+TEST(ImageDataArithmeticWords, ProductsATraceBelowHalvesStayBelowThem)
+{
+    // Odd multiples of 3 end a trace below a half, up to the last pixels of a plane of odd length.
+    onEachTarget([&] {
+        ImageData<unsigned short> products(300'001, 1, 15);
+        products *= 0x1.555555555554p-3;
+        ImageData<unsigned short> quotients(300'001, 1, 15);
+        quotients /= 0x1.8000000000018p+2;
+        EXPECT_TRUE(std::all_of(products.begin(), products.end(), [](auto word) { return word == 2; }));
+        EXPECT_TRUE(std::all_of(quotients.begin(), quotients.end(), [](auto word) { return word == 2; }));
+    });
 }
 
 TEST(ImageDataArithmeticValues, KeptAsymmetries)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageData.h"
 #include "Tests/DataObjects/PixelReference.h"
+#include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
 
@@ -15,6 +16,7 @@ using DataObjects::CastImageDataTo;
 using DataObjects::E_DataType;
 using DataObjects::ImageData;
 using DataObjects::ImageDataVariant;
+using TestSupport::onEachTarget;
 using TestSupport::raises;
 using TestSupport::samePixels;
 
@@ -37,20 +39,21 @@ void forAllPairs(Call&& call)
     forAllTypes([&](auto from) { forAllTypes([&](auto to) { call(from, to); }); });
 }
 
-/// Into a view that begins at any pixel of an array; watches the pixels around it.
+/// Into a view that begins at some pixel of an array; watches the pixels around it.
 template <typename To, typename From>
 void checkAssign(std::vector<From>& pixels)
 {
     std::vector<To> expected(pixels.size());
     std::transform(pixels.begin(), pixels.end(), expected.begin(), PixelReference::converted<To, From>);
-    std::vector<To> guarded(pixels.size() + 2, To{77});
+    const std::size_t lead = 1 + pixels.size() % 37;
+    std::vector<To> guarded(lead + pixels.size() + 1, To{77});
     const auto width = static_cast<unsigned int>(pixels.size());
     const ImageData<From> source(pixels.data(), width, 1, false);
-    ImageData<To> destination(guarded.data() + 1, width, 1, false);
+    ImageData<To> destination(guarded.data() + lead, width, 1, false);
     static_cast<ImageDataVariant&>(destination).Assign(source);
     ASSERT_TRUE(samePixels(std::span<const To>(destination.begin(), destination.end()),
                            std::span<const To>(expected)));
-    ASSERT_EQ(guarded.front(), To{77});
+    ASSERT_EQ(guarded[lead - 1], To{77});
     ASSERT_EQ(guarded.back(), To{77});
 }
 
@@ -58,7 +61,21 @@ TEST(ImageDataConversion, MatchesTheReferenceForAllPairs)
 {
     forAllPairs([](auto from, auto to) {
         auto pixels = PixelReference::samples<typename decltype(from)::type>();
-        checkAssign<typename decltype(to)::type>(pixels);
+        onEachTarget([&] { checkAssign<typename decltype(to)::type>(pixels); });
+    });
+}
+
+TEST(ImageDataConversion, MatchesTheReferenceInPlanesBeyondTheCache)
+{
+    forAllPairs([](auto from, auto to) {
+        using From = typename decltype(from)::type;
+        using To = typename decltype(to)::type;
+        const auto once = PixelReference::samples<From>();
+        std::vector<From> pixels;
+        while (pixels.size() * (sizeof(From) + sizeof(To)) < PixelReference::bytesBeyondTheCache()) {
+            pixels.insert(pixels.end(), once.begin(), once.end());
+        }
+        checkAssign<To>(pixels);
     });
 }
 
@@ -66,11 +83,13 @@ TEST(ImageDataConversion, MatchesTheReferenceAtAllShortLengths)
 {
     forAllPairs([](auto from, auto to) {
         const auto all = PixelReference::samples<typename decltype(from)::type>();
-        for (std::size_t length = 1; length < 140; ++length) {
-            std::vector<typename decltype(from)::type> pixels(all.end() - static_cast<std::ptrdiff_t>(length),
-                                                              all.end());
-            checkAssign<typename decltype(to)::type>(pixels);
-        }
+        onEachTarget([&] {
+            for (std::size_t length = 1; length < 140; ++length) {
+                std::vector<typename decltype(from)::type> pixels(
+                    all.end() - static_cast<std::ptrdiff_t>(length), all.end());
+                checkAssign<typename decltype(to)::type>(pixels);
+            }
+        });
     });
 }
 

@@ -2,11 +2,13 @@
 #include "Core/DataObjects/ImageData.h"
 
 #include "Core/Common/Array.h"
+#include "Tests/DataObjects/PixelReference.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <new>
 #include <numeric>
@@ -96,6 +98,17 @@ TYPED_TEST(ImageDataTest, FillsWithEveryPattern)
     }
 }
 
+TYPED_TEST(ImageDataTest, FillsPlanesBeyondTheCache)
+{
+    const auto width = static_cast<unsigned int>(PixelReference::bytesBeyondTheCache() / sizeof(TypeParam));
+    std::vector<TypeParam> guarded(width + 2, TypeParam{77});
+    ImageData<TypeParam> view(guarded.data() + 1, width, 1, false);
+    view = TypeParam{5};
+    EXPECT_TRUE(std::all_of(view.begin(), view.end(), [](TypeParam pixel) { return pixel == 5; }));
+    EXPECT_EQ(guarded.front(), 77);
+    EXPECT_EQ(guarded.back(), 77);
+}
+
 TEST(ImageData, NullPointersAreRefused)
 {
     std::string log;
@@ -150,6 +163,12 @@ TEST(ImageData, MoveConstructionLeavesAnEmptyOwner)
     EXPECT_EQ(source.GetSize(), (Math::Size2T<unsigned int>(0, 0)));
     EXPECT_TRUE(source.empty());
     EXPECT_TRUE(source.HasOwnerShip());
+    EXPECT_EQ(source.GetRawPointer(), nullptr);
+    const ImageData<int> copy(source);
+    source = copy;
+    source.Fill(3);
+    source += 1.0;
+    source /= copy;
     EXPECT_EQ(source.GetRawPointer(), nullptr);
     source = ramp(7);
     EXPECT_EQ(source(0, 0), 7);
@@ -244,6 +263,10 @@ TEST(ImageData, CopyAssignmentNeverResizes)
                                                 [&] { view = otherShape; }));
     EXPECT_EQ(pixels[5], 6);
     EXPECT_EQ(view.GetWidth(), 3U);
+    const ImageData<int> first(pixels.data(), 4, 1, false);
+    ImageData<int> overlapping(pixels.data() + 2, 4, 1, false);
+    overlapping = first;
+    EXPECT_EQ(pixels, (std::array<int, 6>{1, 2, 1, 2, 3, 4}));
 }
 
 TEST(ImageData, OnlyAnOwnerReleasesItsArray)

@@ -10,6 +10,7 @@
 #include <limits>
 #include <random>
 #include <type_traits>
+#include <unistd.h>
 #include <vector>
 
 namespace PixelReference
@@ -197,6 +198,13 @@ inline std::vector<double> randomNumbers(std::size_t count, unsigned int seed)
         number = (form % 2 == 0 ? magnitude : std::round(magnitude)) * (form < 2 ? 1.0 : -1.0);
     }
     return numbers;
+}
+
+/// More bytes than the caches hold: kernels write so many past them.
+inline std::size_t bytesBeyondTheCache()
+{
+    const long cache = sysconf(_SC_LEVEL3_CACHE_SIZE);
+    return (cache > 0 ? static_cast<std::size_t>(cache) : 32U << 20U) + 50'003;
 }
 
 /// Every value of the small types; the remarkable ones and random ones of the others. Never a whole number of
