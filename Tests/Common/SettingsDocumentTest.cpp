@@ -130,6 +130,28 @@ TEST_F(SettingsDocumentTest, AutoSyncTellsWhenItIsWritten)
     EXPECT_FALSE(QFile::exists(path())) << "written again without a change";
 }
 
+TEST_F(SettingsDocumentTest, ReadingChangesNothing)
+{
+    const QByteArray handmade = "<settings><!-- mine --><entry key='x' value='1'/></settings>";
+    fill(path(), handmade);
+    for (const AutoSync sync : {AutoSync::OnDestruction, AutoSync::OnChange, AutoSync::Never}) {
+        EXPECT_EQ(SettingsDocument(path(), sync).Get<int>(key("x")), 1);
+        EXPECT_EQ(content(path()), handmade);
+    }
+}
+
+TEST_F(SettingsDocumentTest, RelativePathIsThatOfTheConstruction)
+{
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(QFileInfo(path()).absolutePath()));
+    {
+        SettingsDocument document(key("run.xml"), AutoSync::OnDestruction);
+        document.Set(key("x"), 1);
+        QDir::setCurrent(before);
+    }
+    EXPECT_TRUE(QFile::exists(path()));
+}
+
 TEST_F(SettingsDocumentTest, FailedWriteLosesNothing)
 {
     {

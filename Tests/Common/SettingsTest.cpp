@@ -83,6 +83,9 @@ TEST(Settings, NodeHoldsAValueOrChildren)
     settings.Set(key("k"), 3);
     EXPECT_EQ(node->GetValue<int>(), 3);
     EXPECT_TRUE(node->GetKeys().empty());
+    node->GetChild(key("y"));
+    EXPECT_FALSE(node->HasValue());
+    settings.Set(key("k"), 3);
 
     const Settings& readOnly = settings;
     EXPECT_EQ(readOnly.GetChild(key("none")), nullptr);
@@ -140,6 +143,9 @@ TEST(Settings, ChildOutlivesItsTreeAndKnowsItsPath)
         settings.GetChild(key("Shapes"))->GetChild(key("Shape"), 0);
         child = settings.GetChild(key("Shapes"))->GetChild(key("Shape"), 1);
         EXPECT_EQ(child->GetPath(), QStringLiteral("Shapes/Shape[1]"));
+        const auto removed = settings.GetChild(key("Removed"));
+        settings.Remove(key("Removed"));
+        EXPECT_EQ(removed->GetPath(), QString());
     }
     child->Set(key("x"), 1);
     EXPECT_EQ(child->GetPath(), QString());
