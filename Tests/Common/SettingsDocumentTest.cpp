@@ -108,6 +108,13 @@ TEST_F(SettingsDocumentTest, AutoSyncTellsWhenItIsWritten)
         EXPECT_EQ(SettingsDocument(path(), AutoSync::Never).GetChild(key("node"))->Get<int>(key("x")), 1);
         document.GetChild(key("node"))->SetClass(key("c"));
         EXPECT_EQ(SettingsDocument(path(), AutoSync::Never).GetClass(key("node"), 0), key("c"));
+
+        const auto removed = document.GetChild(key("removed"));
+        document.Remove(key("removed"));
+        QFile::remove(path());
+        removed->Set(key("x"), 1);
+        EXPECT_FALSE(QFile::exists(path())) << "written for a node that is gone";
+        node->Set(key("x"), 1);
     }
     const QByteArray before = content(path());
     node->Set(key("x"), 2);

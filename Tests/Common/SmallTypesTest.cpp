@@ -8,6 +8,8 @@
 #include "Core/Common/VisibilityLevel.h"
 #include "Tests/Support/Raises.h"
 
+#include <thread>
+
 namespace
 {
 
@@ -70,6 +72,23 @@ TEST(Locations, GivenFolderReplacesTheStandardOne)
     EXPECT_EQ(RTE::Locations::getReadOnlySettingsPath(), QStringLiteral("/opt/settings"));
     RTE::Locations::setReadOnlySettingsPath(QString());
     EXPECT_EQ(RTE::Locations::getReadOnlySettingsPath(), standard);
+}
+
+TEST(Locations, AreSetWhileAnotherThreadReads)
+{
+    const QString paths[] = {QStringLiteral("/opt/a"), QStringLiteral("/opt/b")};
+    RTE::Locations::setReadOnlySettingsPath(paths[0]);
+    std::thread reader([&] {
+        for (int i = 0; i < 1000; ++i) {
+            const QString path = RTE::Locations::getReadOnlySettingsPath();
+            EXPECT_TRUE(path == paths[0] || path == paths[1]);
+        }
+    });
+    for (int i = 0; i < 1000; ++i) {
+        RTE::Locations::setReadOnlySettingsPath(paths[i % 2]);
+    }
+    reader.join();
+    RTE::Locations::setReadOnlySettingsPath(QString());
 }
 
 } // namespace
