@@ -8,6 +8,7 @@
 #include "Core/Common/AttributeNames.h"
 #include "Core/Common/AttributesSink.h"
 #include "Core/Common/BoundingBox.h"
+#include "Core/Common/CacheSize.h"
 #include "Core/Common/ColorFormat.h"
 #include "Core/Common/Constrained.h"
 #include "Core/Common/DeviceData.h"

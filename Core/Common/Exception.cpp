@@ -22,7 +22,7 @@ void Exception::setLocation(const QString& file, unsigned int line)
 {
     m_file = file;
     m_line = line;
-    m_what = QStringLiteral("%1 (%2:%3)").arg(m_message, file).arg(line).toStdString();
+    m_what = QStringLiteral("%1 (%2:%3)").arg(m_message, file, QString::number(line)).toStdString();
 }
 
 void Exception::log() const

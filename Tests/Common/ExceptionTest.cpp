@@ -10,12 +10,13 @@ using TestSupport::raises;
 TEST(Exception, IsCaughtAsItsBasesWithTheTextAlone)
 {
     try {
-        RTE::raise(RTE::VerificationFailed(QStringLiteral("size is odd")));
+        RTE::raise(RTE::VerificationFailed(QStringLiteral("size is odd (3x%2)")));
     } catch (const std::exception& caught) {
         const auto* exception = dynamic_cast<const RTE::Exception*>(&caught);
         ASSERT_NE(exception, nullptr);
-        EXPECT_EQ(exception->message(), QStringLiteral("size is odd"));
-        EXPECT_THAT(caught.what(), testing::MatchesRegex("size is odd \\(ExceptionTest:[0-9]+\\)"));
+        EXPECT_EQ(exception->message(), QStringLiteral("size is odd (3x%2)"));
+        EXPECT_THAT(caught.what(),
+                    testing::MatchesRegex("size is odd \\(3x%2\\) \\(ExceptionTest:[0-9]+\\)"));
     }
     static_assert(std::is_base_of_v<RTE::FileError, RTE::FileWriteError>);
     static_assert(!std::is_base_of_v<RTE::FileError, RTE::FileIOError>);
