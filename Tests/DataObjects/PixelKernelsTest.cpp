@@ -7,10 +7,9 @@
 #include "Core/DataObjects/FrameDecoders/Mono12pmsb.h"
 #include "Core/DataObjects/FrameDecoders/Raw8.h"
 #include "Core/DataObjects/FrameDecoders/Rgb24.h"
+#include "Tests/Support/EachTarget.h"
 
 #include <gtest/gtest.h>
-
-#include <hwy/highway.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -23,6 +22,7 @@ namespace
 {
 
 using namespace DataObjects::FrameDecoder;
+using TestSupport::onEachTarget;
 
 using Bytes = std::vector<unsigned char>;
 using Words = std::vector<std::uint16_t>;
@@ -92,31 +92,6 @@ std::vector<Format> formats()
             {std::make_shared<Rgb24>(), 3, 1, 1, colourReference}};
 }
 
-/// Runs every test body on each vector unit that this processor has and on plain code.
-class PixelKernels : public testing::Test
-{
-protected:
-    static void onEachTarget(const std::function<void()>& body)
-    {
-        hwy::SetSupportedTargetsForTest(0);
-        const std::int64_t supported = hwy::SupportedTargets();
-        for (std::int64_t left = supported; left != 0; left &= left - 1) {
-            const std::int64_t target = left & -left;
-            use(target);
-            SCOPED_TRACE(hwy::TargetName(target));
-            body();
-        }
-        use(0);
-    }
-
-private:
-    static void use(std::int64_t target)
-    {
-        hwy::SetSupportedTargetsForTest(target);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-    }
-};
-
 Bytes randomBytes(std::size_t size)
 {
     std::mt19937_64 random(size);
@@ -144,7 +119,7 @@ void decode(const Format& format, const unsigned char* source, std::size_t size,
     format.decoder->decode({source, size}, RTE::UnmanagedMemory(destination, capacity));
 }
 
-TEST_F(PixelKernels, AllSizesAtOddAddressesKeepToTheirArrays)
+TEST(PixelKernels, AllSizesAtOddAddressesKeepToTheirArrays)
 {
     const Bytes random = randomBytes(201 * 5);
     for (const Format& format : formats()) {
@@ -164,7 +139,8 @@ TEST_F(PixelKernels, AllSizesAtOddAddressesKeepToTheirArrays)
                 onEachTarget([&] {
                     std::fill_n(to.get(), offset + capacity, static_cast<unsigned char>(0xEE));
                     decode(format, from.get() + offset, source.size(), to.get() + offset, capacity);
-                    EXPECT_EQ(std::memcmp(to.get() + offset, expected.data(), capacity), 0)
+                    const auto* expectedBytes = reinterpret_cast<const unsigned char*>(expected.data());
+                    EXPECT_TRUE(std::equal(expectedBytes, expectedBytes + capacity, to.get() + offset))
                         << groups << " groups at offset " << offset;
                     EXPECT_TRUE(
                         std::all_of(to.get(), to.get() + offset, [](auto byte) { return byte == 0xEE; }));
@@ -175,7 +151,7 @@ TEST_F(PixelKernels, AllSizesAtOddAddressesKeepToTheirArrays)
 }
 
 /// Frames beyond the last-level cache are written past it, several strips at a time.
-TEST_F(PixelKernels, FramesBeyondTheCache)
+TEST(PixelKernels, FramesBeyondTheCache)
 {
     for (const Format& format : formats()) {
         SCOPED_TRACE(format.decoder->id().toStdString());
@@ -192,7 +168,7 @@ TEST_F(PixelKernels, FramesBeyondTheCache)
     }
 }
 
-TEST_F(PixelKernels, EveryColourRoundsStepByStep)
+TEST(PixelKernels, EveryColourRoundsStepByStep)
 {
     Bytes source;
     source.reserve(3U << 16U);

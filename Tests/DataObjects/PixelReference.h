@@ -3,6 +3,7 @@
 /// What each pixel has to become, one value at a time, and the values on which kernels go wrong.
 #pragma once
 
+#include "Core/Common/CacheSize.h"
 #include "Core/Common/PixelTypes.h"
 
 #include <cmath>
@@ -10,7 +11,6 @@
 #include <limits>
 #include <random>
 #include <type_traits>
-#include <unistd.h>
 #include <vector>
 
 namespace PixelReference
@@ -203,8 +203,7 @@ inline std::vector<double> randomNumbers(std::size_t count, unsigned int seed)
 /// More bytes than the caches hold: kernels write so many past them.
 inline std::size_t bytesBeyondTheCache()
 {
-    const long cache = sysconf(_SC_LEVEL3_CACHE_SIZE);
-    return (cache > 0 ? static_cast<std::size_t>(cache) : 32U << 20U) + 50'003;
+    return RTE::lastLevelCacheBytes() + 50'003;
 }
 
 /// Every value of the small types; the remarkable ones and random ones of the others. Never a whole number of
