@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/Checksum.h"
+
+#include "Core/Common/TargetClones.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace BufferApi::Formats
+{
+
+namespace
+{
+
+constexpr unsigned long long modulus = 65535;
+constexpr unsigned lanes = 32;
+// The weighted sum of a lane stays below 2^32 for so many steps of the largest word.
+constexpr unsigned long long stepsPerBlock = 360;
+
+struct Sums
+{
+    unsigned long long plain = 0;
+    unsigned long long weighted = 0;
+};
+
+/// Adds `steps` groups of `lanes` words, weighted by the number of words from each to the end.
+DATAOBJECTS_TARGET_CLONES
+Sums sumBlock(const unsigned char* data, unsigned long long steps)
+{
+    unsigned int plain[lanes] = {};
+    unsigned int weighted[lanes] = {};
+    for (unsigned long long step = 0; step < steps; ++step) {
+        unsigned short words[lanes];
+        std::memcpy(words, data + step * sizeof(words), sizeof(words));
+        for (unsigned lane = 0; lane < lanes; ++lane) {
+            plain[lane] += words[lane];
+            weighted[lane] += plain[lane];
+        }
+    }
+    Sums sums;
+    for (unsigned lane = 0; lane < lanes; ++lane) {
+        sums.plain += plain[lane];
+        sums.weighted += static_cast<unsigned long long>(lanes) * weighted[lane];
+        sums.weighted -= static_cast<unsigned long long>(lane) * plain[lane];
+    }
+    return sums;
+}
+
+void append(Sums& sums, const Sums& block, unsigned long long words)
+{
+    sums.weighted = (sums.weighted + sums.plain * words + block.weighted) % modulus;
+    sums.plain = (sums.plain + block.plain) % modulus;
+}
+
+/// The filter folds carries back in, which leaves 65535 where the remainder of a sum above 0 is 0; swapping
+/// the bytes of the sum is the same as swapping those of every word.
+unsigned int finished(unsigned long long remainder, bool isAllZero)
+{
+    const auto sum = static_cast<unsigned int>(remainder == 0 && !isAllZero ? modulus : remainder);
+    return ((sum & 0xFFU) << 8U) | (sum >> 8U);
+}
+
+bool isZero(const unsigned char* data, unsigned long long bytes)
+{
+    return bytes == 0 || (data[0] == 0 && std::memcmp(data, data + 1, bytes - 1) == 0);
+}
+
+} // namespace
+
+unsigned int fletcher32(const void* data, unsigned long long bytes)
+{
+    const auto* next = static_cast<const unsigned char*>(data);
+    unsigned long long words = bytes / 2;
+    Sums sums;
+    while (words >= lanes) {
+        const unsigned long long steps = std::min(words / lanes, stepsPerBlock);
+        append(sums, sumBlock(next, steps), steps * lanes);
+        next += steps * lanes * 2;
+        words -= steps * lanes;
+    }
+    for (; words > 0; --words, next += 2) {
+        const unsigned long long word = next[0] | static_cast<unsigned>(next[1]) << 8U;
+        append(sums, {word, word}, 1);
+    }
+    if (bytes % 2 != 0) {
+        append(sums, {*next, *next}, 1);
+    }
+    const bool isAllZero = sums.plain == 0 && isZero(static_cast<const unsigned char*>(data), bytes);
+    return finished(sums.weighted, isAllZero) << 16U | finished(sums.plain, isAllZero);
+}
+
+} // namespace BufferApi::Formats

@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/ChunkCoder.h"
+
+#include "Core/Buffer/Formats/ByteShuffle.h"
+#include "Core/Buffer/Formats/Checksum.h"
+
+#include <isa-l/igzip_lib.h>
+
+#include <cstring>
+#include <limits>
+#include <utility>
+
+namespace BufferApi::Formats
+{
+
+namespace
+{
+
+constexpr unsigned deflateLevel = 1;
+constexpr unsigned levelBufferBytes = ISAL_DEF_LVL1_DEFAULT;
+constexpr unsigned checksumBytes = 4;
+
+/// What is left of the filters for one chunk: HDF5 counts them in the order of the pipeline.
+Hdf5::Filters withoutMasked(const Hdf5::Filters& filters, unsigned int mask)
+{
+    Hdf5::Filters left = filters;
+    unsigned position = 0;
+    for (bool* filter : {&left.shuffle, &left.deflate, &left.fletcher32}) {
+        if (*filter) {
+            *filter = (mask >> position & 1U) == 0;
+            ++position;
+        }
+    }
+    return left;
+}
+
+unsigned int readChecksum(const unsigned char* bytes)
+{
+    unsigned int value = 0;
+    std::memcpy(&value, bytes, checksumBytes);
+    return value;
+}
+
+} // namespace
+
+unsigned char* Scratch::reserve(unsigned long long bytes)
+{
+    if (bytes > m_size) {
+        m_bytes.reset();
+        m_bytes.reset(new unsigned char[bytes]);
+        m_size = bytes;
+    }
+    return m_bytes.get();
+}
+
+unsigned long long chunkBytes(const Hdf5::DatasetLayout& layout) noexcept
+{
+    unsigned long long bytes = Hdf5::elementSize(layout.element);
+    for (const unsigned long long extent : layout.chunk) {
+        bytes *= extent;
+    }
+    return bytes;
+}
+
+ChunkCoder::ChunkCoder() : m_inflate(std::make_unique<inflate_state>()) {}
+
+ChunkCoder::~ChunkCoder() = default;
+
+std::span<const unsigned char> ChunkCoder::encode(const Hdf5::DatasetLayout& layout, const void* data,
+                                                  unsigned long long bytes)
+{
+    const unsigned long long whole = chunkBytes(layout);
+    const Hdf5::Filters& filters = layout.filters;
+    std::span<const unsigned char> plain(static_cast<const unsigned char*>(data), bytes);
+    if (filters.shuffle || filters.fletcher32 || bytes < whole) {
+        unsigned char* copy = m_plain.reserve(whole + checksumBytes);
+        const auto size = filters.shuffle ? static_cast<unsigned>(Hdf5::elementSize(layout.element)) : 1U;
+        if (bytes < whole) {
+            std::memset(copy, 0, whole);
+        }
+        shuffleBytes(data, bytes / size, size, copy, whole / size);
+        plain = {copy, whole};
+    }
+    if (filters.deflate) {
+        return deflate(plain);
+    }
+    if (filters.fletcher32) {
+        const unsigned int checksum = fletcher32(plain.data(), whole);
+        std::memcpy(m_plain.reserve(0) + whole, &checksum, checksumBytes);
+        return {plain.data(), whole + checksumBytes};
+    }
+    return plain;
+}
+
+std::span<const unsigned char> ChunkCoder::deflate(std::span<const unsigned char> source)
+{
+    // Bytes that do not shrink are stored in blocks with five bytes before each, which this margin covers.
+    const unsigned long long room = source.size() + source.size() / 128 + 1024;
+    RTE::verify(room <= std::numeric_limits<unsigned int>::max(), "Chunk too large to be packed");
+    isal_zstream stream;
+    isal_deflate_stateless_init(&stream);
+    stream.level = deflateLevel;
+    stream.level_buf = m_levelBuffer.reserve(levelBufferBytes);
+    stream.level_buf_size = levelBufferBytes;
+    stream.gzip_flag = IGZIP_ZLIB;
+    stream.end_of_stream = 1;
+    stream.flush = NO_FLUSH;
+    stream.next_in = const_cast<unsigned char*>(source.data());
+    stream.avail_in = static_cast<unsigned int>(source.size());
+    stream.next_out = m_coded.reserve(room);
+    stream.avail_out = static_cast<unsigned int>(room);
+    RTE::verify(isal_deflate_stateless(&stream) == COMP_OK, "Chunk could not be packed");
+    return {m_coded.reserve(0), stream.total_out};
+}
+
+const char* ChunkCoder::decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,
+                               unsigned int filterMask, void* destination, unsigned long long bytes)
+{
+    const unsigned long long whole = chunkBytes(layout);
+    const Hdf5::Filters filters = withoutMasked(layout.filters, filterMask);
+    if (filters.fletcher32) {
+        if (stored.size() < checksumBytes) {
+            return "a chunk is too short";
+        }
+        stored = stored.first(stored.size() - checksumBytes);
+        if (fletcher32(stored.data(), stored.size()) != readChecksum(stored.data() + stored.size())) {
+            return "checksum mismatch";
+        }
+    }
+    if (filters.deflate) {
+        const bool isDirect = !filters.shuffle && bytes == whole;
+        auto* plain = isDirect ? static_cast<unsigned char*>(destination) : m_plain.reserve(whole);
+        if (const char* reason = inflate(stored, plain, whole)) {
+            return reason;
+        }
+        stored = {plain, whole};
+    }
+    if (stored.size() != whole) {
+        return "a chunk has the wrong size";
+    }
+    const auto size = filters.shuffle ? static_cast<unsigned>(Hdf5::elementSize(layout.element)) : 1U;
+    if (stored.data() != destination) {
+        unshuffleBytes(stored.data(), whole / size, bytes / size, size, destination);
+    }
+    return nullptr;
+}
+
+const char* ChunkCoder::inflate(std::span<const unsigned char> source, unsigned char* destination,
+                                unsigned long long bytes)
+{
+    constexpr unsigned long long limit = std::numeric_limits<unsigned int>::max();
+    if (source.size() > limit || bytes > limit) {
+        return "a chunk is too large";
+    }
+    inflate_state& state = *m_inflate;
+    isal_inflate_init(&state);
+    state.crc_flag = ISAL_ZLIB;
+    state.next_in = const_cast<unsigned char*>(source.data());
+    state.avail_in = static_cast<unsigned int>(source.size());
+    state.next_out = destination;
+    state.avail_out = static_cast<unsigned int>(bytes);
+    if (isal_inflate(&state) != ISAL_DECOMP_OK || state.block_state != ISAL_BLOCK_FINISH ||
+        state.total_out != bytes) {
+        return "packed bytes are damaged";
+    }
+    return nullptr;
+}
+
+CoderPool::Lease::Lease(CoderPool& pool) : m_pool(pool)
+{
+    {
+        const std::scoped_lock lock(pool.m_mutex);
+        if (!pool.m_idle.empty()) {
+            m_coder = std::move(pool.m_idle.back());
+            pool.m_idle.pop_back();
+        }
+    }
+    if (!m_coder) {
+        m_coder = std::make_unique<ChunkCoder>();
+    }
+}
+
+CoderPool::Lease::~Lease()
+{
+    const std::scoped_lock lock(m_pool.m_mutex);
+    m_pool.m_idle.push_back(std::move(m_coder));
+}
+
+} // namespace BufferApi::Formats

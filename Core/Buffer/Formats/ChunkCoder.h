@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/Formats/Hdf5.h"
+
+#include <memory>
+#include <mutex>
+#include <span>
+#include <vector>
+
+struct inflate_state;
+
+namespace BufferApi::Formats
+{
+
+/// Memory that grows and is not initialised.
+class Scratch
+{
+public:
+    [[nodiscard]] unsigned char* reserve(unsigned long long bytes);
+
+private:
+    std::unique_ptr<unsigned char[]> m_bytes;
+    unsigned long long m_size = 0;
+};
+
+/// Does what HDF5's filters shuffle, deflate and Fletcher32 do to a chunk, outside of HDF5 and faster.
+///
+/// A chunk is given by its leading bytes; what the rows of an edge chunk leave over is zero in the file. Not
+/// synchronised: one coder per thread, see CoderPool.
+class ChunkCoder
+{
+public:
+    ChunkCoder();
+    ~ChunkCoder();
+
+    /// The bytes to store; valid until the next call.
+    [[nodiscard]] std::span<const unsigned char> encode(const Hdf5::DatasetLayout& layout, const void* data,
+                                                        unsigned long long bytes);
+    /// Fills the destination with the leading `bytes` of the chunk. \param filterMask bit n set: the stored
+    /// bytes did not go through filter n
+    /// \returns the reason when the stored bytes are damaged, null otherwise
+    [[nodiscard]] const char* decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,
+                                     unsigned int filterMask, void* destination, unsigned long long bytes);
+
+    /// For the stored bytes that are to be decoded.
+    [[nodiscard]] unsigned char* storedBytes(unsigned long long bytes) { return m_stored.reserve(bytes); }
+
+private:
+    [[nodiscard]] std::span<const unsigned char> deflate(std::span<const unsigned char> source);
+    [[nodiscard]] const char* inflate(std::span<const unsigned char> source, unsigned char* destination,
+                                      unsigned long long bytes);
+
+    std::unique_ptr<inflate_state> m_inflate;
+    Scratch m_levelBuffer;
+    Scratch m_plain;
+    Scratch m_coded;
+    Scratch m_stored;
+};
+
+/// Bytes of a whole chunk before the filters.
+[[nodiscard]] unsigned long long chunkBytes(const Hdf5::DatasetLayout& layout) noexcept;
+
+/// Coders of one open file, so that a read does not have to allocate one and threads do not wait for each
+/// other.
+class CoderPool
+{
+public:
+    /// Gives its coder back when it goes.
+    class Lease
+    {
+    public:
+        explicit Lease(CoderPool& pool);
+        Lease(const Lease&) = delete;
+        Lease& operator=(const Lease&) = delete;
+        ~Lease();
+
+        [[nodiscard]] ChunkCoder* operator->() const noexcept { return m_coder.get(); }
+
+    private:
+        CoderPool& m_pool;
+        std::unique_ptr<ChunkCoder> m_coder;
+    };
+
+private:
+    std::mutex m_mutex;
+    std::vector<std::unique_ptr<ChunkCoder>> m_idle;
+};
+
+} // namespace BufferApi::Formats

@@ -1,0 +1,479 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/Hdf5.h"
+
+#include "Core/Buffer/Formats/Hdf5Call.h"
+
+#include <QFile>
+
+#include <hdf5_hl.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <utility>
+
+namespace BufferApi::Hdf5
+{
+
+static_assert(std::endian::native == std::endian::little, "chunks are exchanged in the machine's order");
+
+namespace
+{
+
+// Beyond this count attributes move to a heap whose large values carry no checksum.
+constexpr unsigned attributesInHeader = 65535;
+
+constexpr std::array elements{Element::U8,  Element::U16, Element::I32, Element::U32,
+                              Element::F32, Element::F64, Element::I64};
+
+std::mutex& libraryMutex()
+{
+    static std::mutex mutex;
+    return mutex;
+}
+
+herr_t keepInnermost(unsigned position, const H5E_error2_t* error, void* reason)
+{
+    if (position == 0 && error->desc != nullptr) {
+        *static_cast<QString*>(reason) = QString::fromUtf8(error->desc);
+    }
+    return 0;
+}
+
+herr_t collectName(hid_t, const char* name, const H5L_info_t* info, void* names)
+{
+    if (info->type == H5L_TYPE_HARD) {
+        static_cast<std::vector<std::string>*>(names)->emplace_back(name);
+    }
+    return 0;
+}
+
+bool isKnownOrder(const std::vector<H5Z_filter_t>& filters)
+{
+    static constexpr std::array order{H5Z_FILTER_SHUFFLE, H5Z_FILTER_DEFLATE, H5Z_FILTER_FLETCHER32};
+    auto next = order.begin();
+    for (const H5Z_filter_t filter : filters) {
+        next = std::find(next, order.end(), filter);
+        if (next == order.end()) {
+            return false;
+        }
+        ++next;
+    }
+    return true;
+}
+
+Handle accessProperties(const FileContext& file)
+{
+    Handle properties = checkedHandle(file, "file access", H5Pclose, [] { return H5Pcreate(H5P_FILE_ACCESS); });
+    checked(file, "file access", [&] {
+        const hid_t id = properties.get();
+        return std::min(H5Pset_libver_bounds(id, H5F_LIBVER_V110, H5F_LIBVER_V110),
+                        H5Pset_file_locking(id, 0, 1));
+    });
+    return properties;
+}
+
+Handle datasetAccess(const FileContext& file)
+{
+    // Chunks pass by the library's cache, so none is set aside for them.
+    Handle properties =
+        checkedHandle(file, "dataset access", H5Pclose, [] { return H5Pcreate(H5P_DATASET_ACCESS); });
+    checked(file, "dataset access", [&] { return H5Pset_chunk_cache(properties.get(), 1, 0, 1.0); });
+    return properties;
+}
+
+Handle datasetProperties(const FileContext& file, const DatasetLayout& layout)
+{
+    Handle properties =
+        creationProperties(file, [] { return static_cast<hid_t>(H5P_DATASET_CREATE); });
+    checked(file, "dataset layout", [&] {
+        const hid_t id = properties.get();
+        const Filters& filters = layout.filters;
+        herr_t worst = H5Pset_chunk(id, static_cast<int>(layout.chunk.size()), layout.chunk.data());
+        worst = filters.shuffle ? std::min(worst, H5Pset_shuffle(id)) : worst;
+        worst = filters.deflate ? std::min(worst, H5Pset_deflate(id, 1)) : worst;
+        return filters.fletcher32 ? std::min(worst, H5Pset_fletcher32(id)) : worst;
+    });
+    return properties;
+}
+
+} // namespace
+
+Serial::Serial() : m_lock(libraryMutex())
+{
+    H5Eget_auto2(H5E_DEFAULT, &m_printer, &m_printerData);
+    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+}
+
+Serial::~Serial()
+{
+    H5Eset_auto2(H5E_DEFAULT, m_printer, m_printerData);
+}
+
+QString failureReason()
+{
+    QString reason = QStringLiteral("unknown failure");
+    H5Ewalk2(H5E_DEFAULT, H5E_WALK_UPWARD, keepInnermost, &reason);
+    H5Eclear2(H5E_DEFAULT);
+    return reason;
+}
+
+hid_t typeOf(Element element)
+{
+    switch (element) {
+    case Element::U8:
+        return H5T_STD_U8LE;
+    case Element::U16:
+        return H5T_STD_U16LE;
+    case Element::I32:
+        return H5T_STD_I32LE;
+    case Element::U32:
+        return H5T_STD_U32LE;
+    case Element::F32:
+        return H5T_IEEE_F32LE;
+    case Element::F64:
+        return H5T_IEEE_F64LE;
+    case Element::I64:
+        return H5T_STD_I64LE;
+    }
+    return H5I_INVALID_HID;
+}
+
+FoundElement findElement(hid_t fileType)
+{
+    const auto find = [](hid_t type) -> std::optional<Element> {
+        for (const Element element : elements) {
+            if (H5Tequal(type, typeOf(element)) > 0) {
+                return element;
+            }
+        }
+        return {};
+    };
+    if (const auto exact = find(fileType)) {
+        return {exact, true};
+    }
+    const H5T_class_t kind = H5Tget_class(fileType);
+    if (kind != H5T_INTEGER && kind != H5T_FLOAT) {
+        return {};
+    }
+    const hid_t native = H5Tget_native_type(fileType, H5T_DIR_ASCEND);
+    const auto similar = find(native);
+    H5Tclose(native);
+    return {similar, false};
+}
+
+Handle creationProperties(const FileContext& file, hid_t (*propertyClass)())
+{
+    constexpr unsigned inOrder = H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED;
+    Handle properties =
+        checkedHandle(file, "properties", H5Pclose, [&] { return H5Pcreate(propertyClass()); });
+    checked(file, "properties", [&] {
+        const hid_t id = properties.get();
+        return std::min({H5Pset_obj_track_times(id, false), H5Pset_attr_creation_order(id, inOrder),
+                         H5Pset_attr_phase_change(id, attributesInHeader, 0)});
+    });
+    return properties;
+}
+
+unsigned long long elementSize(Element element) noexcept
+{
+    return element == Element::I64 ? sizeof(long long) : GetDataTypeSize(static_cast<E_DataType>(element));
+}
+
+void FileContext::fail(const QString& reason, RTE::SourceLocation location) const
+{
+    if (m_isWriting) {
+        RTE::raise(RTE::FileWriteError(QStringLiteral("Cannot write \"%1\": %2").arg(m_path, reason)),
+                   location);
+    }
+    RTE::raise(RTE::FileReadError(QStringLiteral("Cannot read \"%1\": %2").arg(m_path, reason)), location);
+}
+
+Handle::Handle(Handle&& other) noexcept
+    : m_id(std::exchange(other.m_id, H5I_INVALID_HID)), m_close(other.m_close)
+{
+}
+
+Handle& Handle::operator=(Handle&& other) noexcept
+{
+    std::swap(m_id, other.m_id);
+    std::swap(m_close, other.m_close);
+    return *this;
+}
+
+Handle::~Handle()
+{
+    close();
+}
+
+void Handle::close() noexcept
+{
+    if (m_id != H5I_INVALID_HID) {
+        const Serial serial;
+        m_close(release());
+    }
+}
+
+hid_t Handle::release() noexcept
+{
+    return std::exchange(m_id, H5I_INVALID_HID);
+}
+
+Dataset::Dataset(Handle handle, ContextPointer file, std::string name)
+    : Object(std::move(handle), std::move(file), std::move(name))
+{
+    readLayout();
+}
+
+void Dataset::readLayout()
+{
+    const Handle space = checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
+    const int rank = checked(*m_file, m_name, [&] { return H5Sget_simple_extent_ndims(space.get()); });
+    m_layout.extents.resize(static_cast<std::size_t>(rank));
+    m_layout.maximum.resize(static_cast<std::size_t>(rank));
+    checked(*m_file, m_name, [&] {
+        return H5Sget_simple_extent_dims(space.get(), m_layout.extents.data(), m_layout.maximum.data());
+    });
+
+    const Handle type = checkedHandle(*m_file, m_name, H5Tclose, [&] { return H5Dget_type(m_handle.get()); });
+    FoundElement found;
+    checked(*m_file, m_name, [&] {
+        found = findElement(type.get());
+        return 0;
+    });
+    if (!found.element) {
+        fail(QStringLiteral("unsupported element type"));
+    }
+    m_layout.element = *found.element;
+
+    const Handle properties =
+        checkedHandle(*m_file, m_name, H5Pclose, [&] { return H5Dget_create_plist(m_handle.get()); });
+    const auto kind = checked(*m_file, m_name, [&] { return H5Pget_layout(properties.get()); });
+    if (kind == H5D_VIRTUAL ||
+        checked(*m_file, m_name, [&] { return H5Pget_external_count(properties.get()); }) != 0) {
+        fail(QStringLiteral("the data lies in other files"));
+    }
+    bool onlyKnown = found.isExact && kind == H5D_CHUNKED;
+    m_layout.filters = readFilters(properties.get(), onlyKnown);
+    if (onlyKnown) {
+        m_layout.chunk.resize(static_cast<std::size_t>(rank));
+        checked(*m_file, m_name, [&] { return H5Pget_chunk(properties.get(), rank, m_layout.chunk.data()); });
+    }
+}
+
+Filters Dataset::readFilters(hid_t properties, bool& onlyKnown) const
+{
+    const int count = checked(*m_file, m_name, [&] { return H5Pget_nfilters(properties); });
+    std::vector<H5Z_filter_t> filters;
+    for (unsigned index = 0; index < static_cast<unsigned>(count); ++index) {
+        filters.push_back(checked(*m_file, m_name, [&] {
+            unsigned flags = 0;
+            std::size_t values = 0;
+            return H5Pget_filter2(properties, index, &flags, &values, nullptr, 0, nullptr, nullptr);
+        }));
+    }
+    onlyKnown = onlyKnown && isKnownOrder(filters);
+    const auto has = [&](H5Z_filter_t filter) {
+        return std::find(filters.begin(), filters.end(), filter) != filters.end();
+    };
+    return {has(H5Z_FILTER_SHUFFLE), has(H5Z_FILTER_DEFLATE), has(H5Z_FILTER_FLETCHER32)};
+}
+
+void Dataset::resize(const Extents& extents)
+{
+    checked(*m_file, m_name, [&] { return H5Dset_extent(m_handle.get(), extents.data()); });
+    m_layout.extents = extents;
+}
+
+unsigned long long Dataset::storedChunkBytes(const Extents& offset) const
+{
+    hsize_t bytes = 0;
+    checked(*m_file, m_name,
+            [&] { return H5Dget_chunk_storage_size(m_handle.get(), offset.data(), &bytes); });
+    return bytes;
+}
+
+unsigned int Dataset::readChunk(const Extents& offset, void* destination) const
+{
+    uint32_t mask = 0;
+    checked(*m_file, m_name, [&] {
+        return H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, destination);
+    });
+    return mask;
+}
+
+void Dataset::writeChunk(const Extents& offset, std::span<const unsigned char> stored)
+{
+    checked(*m_file, m_name, [&] {
+        return H5Dwrite_chunk(m_handle.get(), H5P_DEFAULT, 0, offset.data(), stored.size(), stored.data());
+    });
+}
+
+void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const
+{
+    const Handle space = checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
+    checked(*m_file, m_name, [&] {
+        return H5Sselect_hyperslab(space.get(), H5S_SELECT_SET, offset.data(), nullptr, count.data(), nullptr);
+    });
+    const Handle memory = checkedHandle(*m_file, m_name, H5Sclose, [&] {
+        return H5Screate_simple(static_cast<int>(count.size()), count.data(), nullptr);
+    });
+    checked(*m_file, m_name, [&] {
+        return H5Dread(m_handle.get(), typeOf(m_layout.element), memory.get(), space.get(), H5P_DEFAULT,
+                       destination);
+    });
+}
+
+void Dataset::makeScale()
+{
+    checked(*m_file, m_name, [&] { return H5DSset_scale(m_handle.get(), m_name.c_str()); });
+}
+
+void Dataset::attachScale(const Dataset& scale, unsigned int dimension)
+{
+    checked(*m_file, m_name,
+            [&] { return H5DSattach_scale(m_handle.get(), scale.m_handle.get(), dimension); });
+}
+
+bool Group::contains(const std::string& name) const
+{
+    H5L_info_t info{};
+    const bool exists =
+        checked(*m_file, name, [&] { return H5Lexists(m_handle.get(), name.c_str(), H5P_DEFAULT); }) > 0;
+    return exists && checked(*m_file, name, [&] {
+                         return H5Lget_info(m_handle.get(), name.c_str(), &info, H5P_DEFAULT);
+                     }) >= 0 &&
+           info.type == H5L_TYPE_HARD;
+}
+
+Group Group::openGroup(const std::string& name) const
+{
+    if (!contains(name)) {
+        m_file->fail(QStringLiteral("there is no group \"%1\"").arg(QString::fromStdString(name)));
+    }
+    return Group(checkedHandle(*m_file, name, H5Gclose,
+                               [&] { return H5Gopen2(m_handle.get(), name.c_str(), H5P_DEFAULT); }),
+                 m_file, name);
+}
+
+Dataset Group::openDataset(const std::string& name) const
+{
+    if (!contains(name)) {
+        m_file->fail(QStringLiteral("there is no dataset \"%1\"").arg(QString::fromStdString(name)));
+    }
+    const Handle access = datasetAccess(*m_file);
+    return Dataset(checkedHandle(*m_file, name, H5Dclose,
+                                 [&] { return H5Dopen2(m_handle.get(), name.c_str(), access.get()); }),
+                   m_file, name);
+}
+
+std::vector<std::string> Group::linkNames() const
+{
+    std::vector<std::string> names;
+    checked(*m_file, m_name, [&] {
+        const hid_t id = m_handle.get();
+        if (H5Literate(id, H5_INDEX_CRT_ORDER, H5_ITER_INC, nullptr, collectName, &names) >= 0) {
+            return 0;
+        }
+        names.clear();
+        return static_cast<int>(H5Literate(id, H5_INDEX_NAME, H5_ITER_INC, nullptr, collectName, &names));
+    });
+    return names;
+}
+
+Group Group::createGroup(const std::string& name)
+{
+    const Handle properties =
+        creationProperties(*m_file, [] { return static_cast<hid_t>(H5P_GROUP_CREATE); });
+    checked(*m_file, name, [&] {
+        return H5Pset_link_creation_order(properties.get(), H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
+    });
+    return Group(checkedHandle(*m_file, name, H5Gclose,
+                               [&] {
+                                   return H5Gcreate2(m_handle.get(), name.c_str(), H5P_DEFAULT,
+                                                     properties.get(), H5P_DEFAULT);
+                               }),
+                 m_file, name);
+}
+
+Dataset Group::createDataset(const std::string& name, const DatasetLayout& layout)
+{
+    const Handle properties = datasetProperties(*m_file, layout);
+    const Handle access = datasetAccess(*m_file);
+    const Handle space = checkedHandle(*m_file, name, H5Sclose, [&] {
+        return H5Screate_simple(static_cast<int>(layout.extents.size()), layout.extents.data(),
+                                layout.maximum.data());
+    });
+    return Dataset(checkedHandle(*m_file, name, H5Dclose,
+                                 [&] {
+                                     return H5Dcreate2(m_handle.get(), name.c_str(), typeOf(layout.element),
+                                                       space.get(), H5P_DEFAULT, properties.get(),
+                                                       access.get());
+                                 }),
+                   m_file, name);
+}
+
+File::File(Handle file, Handle root, ContextPointer context)
+    : Group(std::move(root), std::move(context), "/"), m_fileHandle(std::move(file))
+{
+}
+
+File File::create(const QString& path, const QString& shownPath)
+{
+    auto context = std::make_shared<const FileContext>(shownPath, true);
+    const Handle access = accessProperties(*context);
+    const Handle properties =
+        creationProperties(*context, [] { return static_cast<hid_t>(H5P_FILE_CREATE); });
+    checked(*context, "properties", [&] {
+        return H5Pset_link_creation_order(properties.get(), H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
+    });
+    const QByteArray encoded = QFile::encodeName(path);
+    Handle file = checkedHandle(*context, "create", H5Fclose, [&] {
+        return H5Fcreate(encoded.constData(), H5F_ACC_TRUNC, properties.get(), access.get());
+    });
+    Handle root =
+        checkedHandle(*context, "/", H5Gclose, [&] { return H5Gopen2(file.get(), "/", H5P_DEFAULT); });
+    return File(std::move(file), std::move(root), std::move(context));
+}
+
+File File::open(const QString& path)
+{
+    auto context = std::make_shared<const FileContext>(path, false);
+    const Handle access = accessProperties(*context);
+    const QByteArray encoded = QFile::encodeName(path);
+    QString reason;
+    Handle file;
+    {
+        const Serial serial;
+        const hid_t id = H5Fopen(encoded.constData(), H5F_ACC_RDONLY, access.get());
+        reason = id < 0 ? failureReason() : QString();
+        file = Handle(id, H5Fclose);
+    }
+    if (!reason.isNull()) {
+        RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open \"%1\": %2").arg(path, reason)));
+    }
+    Handle root =
+        checkedHandle(*context, "/", H5Gclose, [&] { return H5Gopen2(file.get(), "/", H5P_DEFAULT); });
+    return File(std::move(file), std::move(root), std::move(context));
+}
+
+unsigned long long File::size() const
+{
+    hsize_t bytes = 0;
+    checked(*m_file, "size", [&] { return H5Fget_filesize(m_fileHandle.get(), &bytes); });
+    return bytes;
+}
+
+void File::flush()
+{
+    checked(*m_file, "flush", [&] { return H5Fflush(m_fileHandle.get(), H5F_SCOPE_LOCAL); });
+}
+
+void File::close()
+{
+    m_handle.close();
+    const hid_t id = m_fileHandle.release();
+    checked(*m_file, "close", [&] { return H5Fclose(id); });
+}
+
+} // namespace BufferApi::Hdf5

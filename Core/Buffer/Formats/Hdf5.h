@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/DataType.h"
+#include "Core/Common/Raise.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <hdf5.h>
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+/// The part of the HDF5 C library that the store uses, each call wrapped once and checked once.
+///
+/// The C library is not safe for threads: every call runs under one process-wide lock, taken for this call
+/// alone. All failures raise RTE::FileReadError or RTE::FileWriteError with the file's name and the library's
+/// own reason; nothing is printed.
+namespace BufferApi::Hdf5
+{
+
+/// Number of elements along each dimension, slowest first.
+using Extents = std::vector<unsigned long long>;
+
+/// What the datasets and numeric attributes of the native file are made of; little endian in the file.
+enum class Element
+{
+    U8 = DT_BYTE,
+    F64 = DT_DOUBLE,
+    F32 = DT_FLOAT,
+    I32 = DT_INT32,
+    U32 = DT_UINT32,
+    U16 = DT_WORD,
+    I64 = 64
+};
+
+template <typename T>
+inline constexpr Element elementOf = static_cast<Element>(PixelTypes::number<T>);
+template <>
+inline constexpr Element elementOf<long long> = Element::I64;
+
+[[nodiscard]] unsigned long long elementSize(Element element) noexcept;
+
+/// The file that a call belongs to; names it in every error.
+class FileContext
+{
+public:
+    FileContext(QString path, bool isWriting) : m_path(std::move(path)), m_isWriting(isWriting) {}
+
+    [[nodiscard]] const QString& path() const noexcept { return m_path; }
+    /// Raises RTE::FileReadError "Cannot read "path": reason", or RTE::FileWriteError for a file that is
+    /// written.
+    [[noreturn]] void fail(const QString& reason,
+                           RTE::SourceLocation location = RTE::SourceLocation::current()) const;
+
+private:
+    QString m_path;
+    bool m_isWriting;
+};
+
+using ContextPointer = std::shared_ptr<const FileContext>;
+
+/// Owns an identifier of the C library.
+class Handle
+{
+public:
+    using Close = herr_t (*)(hid_t);
+
+    Handle() noexcept = default;
+    Handle(hid_t id, Close close) noexcept : m_id(id), m_close(close) {}
+    Handle(Handle&& other) noexcept;
+    Handle& operator=(Handle&& other) noexcept;
+    ~Handle();
+
+    [[nodiscard]] hid_t get() const noexcept { return m_id; }
+    void close() noexcept;
+    /// Gives the identifier to the caller, who has to close it.
+    [[nodiscard]] hid_t release() noexcept;
+
+private:
+    hid_t m_id = H5I_INVALID_HID;
+    Close m_close = nullptr;
+};
+
+/// The value of an attribute: a text, or a list of numbers.
+struct Attribute
+{
+    enum class Kind
+    {
+        Text,
+        Numbers,
+        Other
+    };
+
+    Kind kind = Kind::Other;
+    Element element = Element::U8;
+    /// UTF-8 of a text, or the numbers in the machine's byte order.
+    QByteArray bytes;
+};
+
+/// Something in a file that has attributes.
+class Object
+{
+public:
+    [[nodiscard]] const FileContext& file() const noexcept { return *m_file; }
+    /// The path inside the file, for messages.
+    [[nodiscard]] const std::string& name() const noexcept { return m_name; }
+    /// Raises as FileContext::fail does, with the object's name before the reason.
+    [[noreturn]] void fail(const QString& reason,
+                           RTE::SourceLocation location = RTE::SourceLocation::current()) const;
+
+    /// In order of creation where the file tracks it, else by name.
+    [[nodiscard]] std::vector<std::string> attributeNames() const;
+    [[nodiscard]] std::optional<Attribute> findAttribute(const std::string& name) const;
+    /// UTF-8; nothing when there is no such attribute or it is no text.
+    [[nodiscard]] std::optional<QByteArray> findText(const std::string& name) const;
+    /// The first number of the attribute, nothing when there is none.
+    [[nodiscard]] std::optional<double> findNumber(const std::string& name) const;
+
+    /// Writes a text of fixed length; the text must not hold a null character.
+    void writeText(const std::string& name, const QByteArray& utf8);
+    /// Writes a list; an empty one becomes a null dataspace.
+    void writeNumbers(const std::string& name, Element element, const QByteArray& bytes);
+    template <typename T>
+    void writeNumber(const std::string& name, T value)
+    {
+        writeScalar(name, elementOf<T>, &value);
+    }
+    void renameAttribute(const std::string& from, const std::string& to);
+
+protected:
+    Object(Handle handle, ContextPointer file, std::string name)
+        : m_handle(std::move(handle)), m_file(std::move(file)), m_name(std::move(name))
+    {
+    }
+    void writeScalar(const std::string& name, Element element, const void* value);
+
+    Handle m_handle;
+    ContextPointer m_file;
+    std::string m_name;
+};
+
+/// How the chunks of a dataset pass through the filters.
+struct Filters
+{
+    bool shuffle = false;
+    bool deflate = false;
+    bool fletcher32 = false;
+
+    friend bool operator==(const Filters&, const Filters&) = default;
+};
+
+inline constexpr unsigned long long unlimited = H5S_UNLIMITED;
+
+/// What a dataset is made with.
+struct DatasetLayout
+{
+    Element element = Element::U8;
+    Extents extents;
+    /// `unlimited` for a dimension that grows.
+    Extents maximum;
+    Extents chunk;
+    Filters filters;
+};
+
+/// An array in a file.
+class Dataset : public Object
+{
+public:
+    using Object::Object;
+    Dataset(Handle handle, ContextPointer file, std::string name);
+
+    [[nodiscard]] const Extents& extents() const noexcept { return m_layout.extents; }
+    /// The layout; `chunk` is empty when the chunks cannot be read as raw bytes of our kinds, so that
+    /// `readThroughLibrary` has to be used.
+    [[nodiscard]] const DatasetLayout& layout() const noexcept { return m_layout; }
+    void resize(const Extents& extents);
+
+    /// Bytes of the chunk at this offset as they are stored; 0 when it was never written.
+    [[nodiscard]] unsigned long long storedChunkBytes(const Extents& offset) const;
+    /// Reads the stored bytes, `storedChunkBytes` of them, and gives the mask of the filters that they did
+    /// not go through.
+    unsigned int readChunk(const Extents& offset, void* destination) const;
+    void writeChunk(const Extents& offset, std::span<const unsigned char> stored);
+    /// Reads a block through the library's own filters, holding the lock meanwhile.
+    void readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const;
+
+    void makeScale();
+    void attachScale(const Dataset& scale, unsigned int dimension);
+
+private:
+    void readLayout();
+    [[nodiscard]] Filters readFilters(hid_t properties, bool& onlyKnown) const;
+
+    DatasetLayout m_layout;
+};
+
+/// A group of datasets and groups.
+class Group : public Object
+{
+public:
+    using Object::Object;
+
+    /// Hard links alone: others could lead to other files.
+    [[nodiscard]] bool contains(const std::string& name) const;
+    [[nodiscard]] Group openGroup(const std::string& name) const;
+    [[nodiscard]] Dataset openDataset(const std::string& name) const;
+    /// Names of the hard links, in order of creation where the file tracks it.
+    [[nodiscard]] std::vector<std::string> linkNames() const;
+
+    [[nodiscard]] Group createGroup(const std::string& name);
+    [[nodiscard]] Dataset createDataset(const std::string& name, const DatasetLayout& layout);
+};
+
+/// An open file; as a group it is the root.
+class File : public Group
+{
+public:
+    /// Makes a new file, replacing what has its name. \param path of the file; \param shownPath names it in
+    /// errors
+    [[nodiscard]] static File create(const QString& path, const QString& shownPath);
+    /// Opens read only and without the library's file lock. \throws RTE::FileOpenError
+    [[nodiscard]] static File open(const QString& path);
+
+    [[nodiscard]] const ContextPointer& context() const noexcept { return m_file; }
+    /// Bytes of the file as it is.
+    [[nodiscard]] unsigned long long size() const;
+    void flush();
+    /// Writes what is pending and closes; the file's datasets and groups have to be gone before.
+    void close();
+
+private:
+    File(Handle file, Handle root, ContextPointer context);
+
+    Handle m_fileHandle;
+};
+
+} // namespace BufferApi::Hdf5

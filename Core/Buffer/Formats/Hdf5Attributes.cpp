@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/Hdf5.h"
+#include "Core/Buffer/Formats/Hdf5Call.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace BufferApi::Hdf5
+{
+
+namespace
+{
+
+herr_t collectName(hid_t, const char* name, const H5A_info_t*, void* names)
+{
+    static_cast<std::vector<std::string>*>(names)->emplace_back(name);
+    return 0;
+}
+
+/// A text of fixed length in UTF-8; HDF5 knows no text of length 0, so an empty one is one null character.
+Handle textType(const FileContext& file, const std::string& what, unsigned long long bytes)
+{
+    Handle type = checkedHandle(file, what, H5Tclose, [] { return H5Tcopy(H5T_C_S1); });
+    checked(file, what, [&] {
+        return std::min({H5Tset_size(type.get(), std::max<std::size_t>(bytes, 1)),
+                         H5Tset_cset(type.get(), H5T_CSET_UTF8), H5Tset_strpad(type.get(), H5T_STR_NULLPAD)});
+    });
+    return type;
+}
+
+Handle listSpace(const FileContext& file, const std::string& what, unsigned long long count)
+{
+    return checkedHandle(file, what, H5Sclose, [&] {
+        return count == 0 ? H5Screate(H5S_NULL) : H5Screate_simple(1, reinterpret_cast<hsize_t*>(&count), nullptr);
+    });
+}
+
+void writeAttribute(const FileContext& file, const std::string& what, hid_t owner, const std::string& name,
+                    const Handle& type, const Handle& space, const void* data)
+{
+    const Handle attribute = checkedHandle(file, what, H5Aclose, [&] {
+        return H5Acreate2(owner, name.c_str(), type.get(), space.get(), H5P_DEFAULT, H5P_DEFAULT);
+    });
+    if (data != nullptr) {
+        checked(file, what, [&] { return H5Awrite(attribute.get(), type.get(), data); });
+    }
+}
+
+Handle copyOf(const FileContext& file, const std::string& what, Element element)
+{
+    return checkedHandle(file, what, H5Tclose, [&] { return H5Tcopy(typeOf(element)); });
+}
+
+/// Other programs write texts of variable length.
+QByteArray readVariableText(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
+{
+    char* text = nullptr;
+    checked(file, what, [&] { return H5Aread(attribute, type, static_cast<void*>(&text)); });
+    const QByteArray result(text);
+    checked(file, what, [&] { return H5free_memory(text); });
+    return result;
+}
+
+QByteArray readFixedText(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
+{
+    const auto bytes = checked(file, what, [&] {
+        return static_cast<long long>(H5Aget_storage_size(attribute));
+    });
+    QByteArray text(static_cast<qsizetype>(bytes), '\0');
+    checked(file, what, [&] { return H5Aread(attribute, type, text.data()); });
+    text.truncate(static_cast<qsizetype>(qstrnlen(text.constData(), static_cast<std::size_t>(bytes))));
+    return text;
+}
+
+Attribute readNumbers(const FileContext& file, const std::string& what, hid_t attribute, hid_t type,
+                      unsigned long long count)
+{
+    FoundElement found;
+    checked(file, what, [&] {
+        found = findElement(type);
+        return 0;
+    });
+    const Element element = found.element.value_or(Element::F64);
+    const unsigned long long limit = static_cast<unsigned long long>(
+        checked(file, what, [&] { return static_cast<long long>(H5Aget_storage_size(attribute)); }));
+    if (count > limit) {
+        file.fail(QString::fromStdString(what) + QStringLiteral(": an attribute larger than its data"));
+    }
+    Attribute result{Attribute::Kind::Numbers, element, {}};
+    result.bytes.resize(static_cast<qsizetype>(count * elementSize(element)));
+    if (count > 0) {
+        checked(file, what, [&] { return H5Aread(attribute, typeOf(element), result.bytes.data()); });
+    }
+    return result;
+}
+
+Attribute readAttribute(const FileContext& file, const std::string& what, hid_t attribute)
+{
+    const Handle type = checkedHandle(file, what, H5Tclose, [&] { return H5Aget_type(attribute); });
+    const Handle space = checkedHandle(file, what, H5Sclose, [&] { return H5Aget_space(attribute); });
+    const auto count = static_cast<unsigned long long>(
+        checked(file, what, [&] { return H5Sget_simple_extent_npoints(space.get()); }));
+    const int rank = checked(file, what, [&] { return H5Sget_simple_extent_ndims(space.get()); });
+    const auto kind = checked(file, what, [&] { return H5Tget_class(type.get()); });
+    if (kind == H5T_STRING && count == 1) {
+        const bool isVariable = checked(file, what, [&] { return H5Tis_variable_str(type.get()); }) > 0;
+        const auto read = isVariable ? readVariableText : readFixedText;
+        return {Attribute::Kind::Text, Element::U8, read(file, what, attribute, type.get())};
+    }
+    if ((kind == H5T_INTEGER || kind == H5T_FLOAT) && rank <= 1) {
+        return readNumbers(file, what, attribute, type.get(), count);
+    }
+    return {};
+}
+
+double firstNumber(const Attribute& attribute)
+{
+    const auto as = [&](auto zero) {
+        std::memcpy(&zero, attribute.bytes.constData(), sizeof(zero));
+        return static_cast<double>(zero);
+    };
+    if (attribute.element == Element::I64) {
+        return as(0LL);
+    }
+    return PixelTypes::visit(
+        static_cast<int>(attribute.element), [&](auto tag) { return as(typename decltype(tag)::type{}); },
+        [] { return RTE::LogicError(QStringLiteral("Unknown element type")); });
+}
+
+} // namespace
+
+void Object::fail(const QString& reason, RTE::SourceLocation location) const
+{
+    m_file->fail(QString::fromStdString(m_name) + QStringLiteral(": ") + reason, location);
+}
+
+std::vector<std::string> Object::attributeNames() const
+{
+    std::vector<std::string> names;
+    checked(*m_file, m_name, [&] {
+        const hid_t id = m_handle.get();
+        if (H5Aiterate2(id, H5_INDEX_CRT_ORDER, H5_ITER_INC, nullptr, collectName, &names) >= 0) {
+            return 0;
+        }
+        names.clear();
+        return static_cast<int>(H5Aiterate2(id, H5_INDEX_NAME, H5_ITER_INC, nullptr, collectName, &names));
+    });
+    return names;
+}
+
+std::optional<Attribute> Object::findAttribute(const std::string& name) const
+{
+    const std::string what = m_name + "@" + name;
+    if (checked(*m_file, what, [&] { return H5Aexists(m_handle.get(), name.c_str()); }) == 0) {
+        return {};
+    }
+    const Handle attribute = checkedHandle(*m_file, what, H5Aclose, [&] {
+        return H5Aopen(m_handle.get(), name.c_str(), H5P_DEFAULT);
+    });
+    return readAttribute(*m_file, what, attribute.get());
+}
+
+std::optional<QByteArray> Object::findText(const std::string& name) const
+{
+    const auto attribute = findAttribute(name);
+    return attribute && attribute->kind == Attribute::Kind::Text ? std::optional(attribute->bytes)
+                                                                 : std::nullopt;
+}
+
+std::optional<double> Object::findNumber(const std::string& name) const
+{
+    const auto attribute = findAttribute(name);
+    if (!attribute || attribute->kind != Attribute::Kind::Numbers || attribute->bytes.isEmpty()) {
+        return {};
+    }
+    return firstNumber(*attribute);
+}
+
+void Object::writeText(const std::string& name, const QByteArray& utf8)
+{
+    const std::string what = m_name + "@" + name;
+    const Handle type = textType(*m_file, what, static_cast<unsigned long long>(utf8.size()));
+    const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
+    writeAttribute(*m_file, what, m_handle.get(), name, type, space, utf8.constData());
+}
+
+void Object::writeNumbers(const std::string& name, Element element, const QByteArray& bytes)
+{
+    const std::string what = m_name + "@" + name;
+    const auto count = static_cast<unsigned long long>(bytes.size()) / elementSize(element);
+    writeAttribute(*m_file, what, m_handle.get(), name, copyOf(*m_file, what, element),
+                   listSpace(*m_file, what, count), count == 0 ? nullptr : bytes.constData());
+}
+
+void Object::writeScalar(const std::string& name, Element element, const void* value)
+{
+    const std::string what = m_name + "@" + name;
+    const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
+    writeAttribute(*m_file, what, m_handle.get(), name, copyOf(*m_file, what, element), space, value);
+}
+
+void Object::renameAttribute(const std::string& from, const std::string& to)
+{
+    checked(*m_file, m_name + "@" + from,
+            [&] { return H5Arename(m_handle.get(), from.c_str(), to.c_str()); });
+}
+
+} // namespace BufferApi::Hdf5

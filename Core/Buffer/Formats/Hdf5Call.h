@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/Formats/Hdf5.h"
+
+#include <mutex>
+
+namespace BufferApi::Hdf5
+{
+
+/// Holds the one lock of the C library and keeps the library from printing meanwhile.
+class Serial
+{
+public:
+    Serial();
+    Serial(const Serial&) = delete;
+    Serial& operator=(const Serial&) = delete;
+    ~Serial();
+
+private:
+    std::scoped_lock<std::mutex> m_lock;
+    H5E_auto2_t m_printer = nullptr;
+    void* m_printerData = nullptr;
+};
+
+/// What the library says about its latest failure; to be called under the lock of the failed call.
+[[nodiscard]] QString failureReason();
+
+/// Makes one call under the lock; a negative result raises with `what` and the library's reason.
+template <typename Call>
+auto checked(const FileContext& file, const std::string& what, Call&& call,
+             RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    QString reason;
+    {
+        const Serial serial;
+        const auto result = call();
+        if (result >= 0) {
+            return result;
+        }
+        reason = failureReason();
+    }
+    file.fail(QString::fromStdString(what) + QStringLiteral(": ") + reason, location);
+}
+
+/// The same for a call that makes an identifier.
+template <typename Call>
+[[nodiscard]] Handle checkedHandle(const FileContext& file, const std::string& what, Handle::Close close,
+                                   Call&& call, RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    return Handle(checked(file, what, std::forward<Call>(call), location), close);
+}
+
+/// The library's type of an element; to be called under the lock.
+[[nodiscard]] hid_t typeOf(Element element);
+
+/// The element that a type of the file is read as, and whether the file holds it in just this form.
+struct FoundElement
+{
+    std::optional<Element> element;
+    bool isExact = false;
+};
+
+/// To be called under the lock.
+[[nodiscard]] FoundElement findElement(hid_t fileType);
+
+/// A list of properties for new objects: no times, attributes in order and within the object's header, which
+/// carries a checksum.
+[[nodiscard]] Handle creationProperties(const FileContext& file, hid_t (*propertyClass)());
+
+} // namespace BufferApi::Hdf5
