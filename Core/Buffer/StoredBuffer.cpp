@@ -6,6 +6,30 @@
 namespace BufferApi
 {
 
+namespace
+{
+
+void markModified(I_Frame& frame, bool modified)
+{
+    if (auto* stored = dynamic_cast<StoredFrame*>(&frame)) {
+        stored->setModified(modified);
+    }
+}
+
+} // namespace
+
+FrameSource::~FrameSource() = default;
+
+std::unique_ptr<I_Buffer> createLazyBuffer(unsigned int count, std::shared_ptr<const FrameSource> source)
+{
+    return std::make_unique<StoredBuffer>(count, std::move(source));
+}
+
+StoredBuffer::StoredBuffer(unsigned int count, std::shared_ptr<const FrameSource> source)
+    : m_source(std::move(source)), m_frames(count)
+{
+}
+
 void StoredBuffer::AddFrame(I_Frame* frame)
 {
     if (!frame || frame->m_isInBuffer) {
@@ -26,7 +50,19 @@ I_AttributeBase* StoredBuffer::FindAttribute(const std::string& name) const
 
 I_Frame* StoredBuffer::GetFrame(unsigned int index) const
 {
-    return index < m_frames.size() ? m_frames[index].get() : nullptr;
+    if (index >= m_frames.size()) {
+        return nullptr;
+    }
+    if (!m_source) {
+        return m_frames[index].get();
+    }
+    const std::lock_guard lock(m_mutex);
+    auto& frame = m_frames[index];
+    if (!frame) {
+        frame = m_source->frame(index);
+        markModified(*frame, false);
+    }
+    return frame.get();
 }
 
 unsigned int StoredBuffer::GetFrameCount() const
@@ -49,6 +85,7 @@ void StoredBuffer::Clear()
 {
     m_modified = m_modified || !m_frames.empty();
     m_frames.clear();
+    m_source.reset();
 }
 
 bool StoredBuffer::IsModified(unsigned int aspect) const
@@ -63,8 +100,8 @@ void StoredBuffer::SetModified(bool modified)
 {
     m_modified = modified;
     for (const auto& frame : m_frames) {
-        if (auto* stored = dynamic_cast<StoredFrame*>(frame.get())) {
-            stored->setModified(false);
+        if (frame) {
+            markModified(*frame, false);
         }
     }
 }

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Core/Buffer/I_Buffer.h"
+#include "Core/Buffer/LazyBuffer.h"
 #include "Core/Buffer/StoredAttributes.h"
+
+#include <mutex>
 
 namespace BufferApi
 {
@@ -10,6 +12,10 @@ namespace BufferApi
 class StoredBuffer final : public I_Buffer
 {
 public:
+    StoredBuffer() = default;
+    /// \param count frames that the source makes when they are asked for
+    StoredBuffer(unsigned int count, std::shared_ptr<const FrameSource> source);
+
     void AddFrame(I_Frame* frame) override;
     void ClearAttributes() override { m_attributes.clear(); }
     [[nodiscard]] const AttributeMap& GetAttributeList() const override { return m_attributes.map(); }
@@ -28,7 +34,10 @@ private:
     bool m_modified = false;
     QString m_name;
     StoredAttributes m_attributes{m_modified};
-    std::vector<std::unique_ptr<I_Frame>> m_frames;
+    mutable std::mutex m_mutex;
+    std::shared_ptr<const FrameSource> m_source;
+    /// Null where the source has not yet made the frame.
+    mutable std::vector<std::unique_ptr<I_Frame>> m_frames;
 };
 
 } // namespace BufferApi

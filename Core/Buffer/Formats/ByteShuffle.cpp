@@ -52,7 +52,8 @@ inline __attribute__((always_inline)) void unshuffleWords(const Bytes* source, u
             Bytes column[block];
             std::memcpy(column, source + k * stride + first, block);
             for (unsigned i = 0; i < block; ++i) {
-                words[i] = static_cast<Word>(words[i] | static_cast<Word>(static_cast<Word>(column[i]) << (8U * k)));
+                words[i] =
+                    static_cast<Word>(words[i] | static_cast<Word>(static_cast<Word>(column[i]) << (8U * k)));
             }
         }
         std::memcpy(destination + first * sizeof(Word), words, sizeof(words));

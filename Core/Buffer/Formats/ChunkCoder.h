@@ -75,7 +75,7 @@ public:
         Lease& operator=(const Lease&) = delete;
         ~Lease();
 
-        [[nodiscard]] ChunkCoder* operator->() const noexcept { return m_coder.get(); }
+        [[nodiscard]] ChunkCoder& operator*() const noexcept { return *m_coder; }
 
     private:
         CoderPool& m_pool;

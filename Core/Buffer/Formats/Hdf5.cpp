@@ -64,7 +64,8 @@ bool isKnownOrder(const std::vector<H5Z_filter_t>& filters)
 
 Handle accessProperties(const FileContext& file)
 {
-    Handle properties = checkedHandle(file, "file access", H5Pclose, [] { return H5Pcreate(H5P_FILE_ACCESS); });
+    Handle properties =
+        checkedHandle(file, "file access", H5Pclose, [] { return H5Pcreate(H5P_FILE_ACCESS); });
     checked(file, "file access", [&] {
         const hid_t id = properties.get();
         return std::min(H5Pset_libver_bounds(id, H5F_LIBVER_V110, H5F_LIBVER_V110),
@@ -84,8 +85,7 @@ Handle datasetAccess(const FileContext& file)
 
 Handle datasetProperties(const FileContext& file, const DatasetLayout& layout)
 {
-    Handle properties =
-        creationProperties(file, [] { return static_cast<hid_t>(H5P_DATASET_CREATE); });
+    Handle properties = creationProperties(file, [] { return static_cast<hid_t>(H5P_DATASET_CREATE); });
     checked(file, "dataset layout", [&] {
         const hid_t id = properties.get();
         const Filters& filters = layout.filters;
@@ -183,10 +183,10 @@ unsigned long long elementSize(Element element) noexcept
 void FileContext::fail(const QString& reason, RTE::SourceLocation location) const
 {
     if (m_isWriting) {
-        RTE::raise(RTE::FileWriteError(QStringLiteral("Cannot write \"%1\": %2").arg(m_path, reason)),
+        RTE::raise(RTE::FileWriteError(QStringLiteral("Cannot write '%1': %2").arg(m_path, reason)),
                    location);
     }
-    RTE::raise(RTE::FileReadError(QStringLiteral("Cannot read \"%1\": %2").arg(m_path, reason)), location);
+    RTE::raise(RTE::FileReadError(QStringLiteral("Cannot read '%1': %2").arg(m_path, reason)), location);
 }
 
 Handle::Handle(Handle&& other) noexcept
@@ -227,7 +227,8 @@ Dataset::Dataset(Handle handle, ContextPointer file, std::string name)
 
 void Dataset::readLayout()
 {
-    const Handle space = checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
+    const Handle space =
+        checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
     const int rank = checked(*m_file, m_name, [&] { return H5Sget_simple_extent_ndims(space.get()); });
     m_layout.extents.resize(static_cast<std::size_t>(rank));
     m_layout.maximum.resize(static_cast<std::size_t>(rank));
@@ -296,9 +297,8 @@ unsigned long long Dataset::storedChunkBytes(const Extents& offset) const
 unsigned int Dataset::readChunk(const Extents& offset, void* destination) const
 {
     uint32_t mask = 0;
-    checked(*m_file, m_name, [&] {
-        return H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, destination);
-    });
+    checked(*m_file, m_name,
+            [&] { return H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, destination); });
     return mask;
 }
 
@@ -311,9 +311,11 @@ void Dataset::writeChunk(const Extents& offset, std::span<const unsigned char> s
 
 void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const
 {
-    const Handle space = checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
+    const Handle space =
+        checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
     checked(*m_file, m_name, [&] {
-        return H5Sselect_hyperslab(space.get(), H5S_SELECT_SET, offset.data(), nullptr, count.data(), nullptr);
+        return H5Sselect_hyperslab(space.get(), H5S_SELECT_SET, offset.data(), nullptr, count.data(),
+                                   nullptr);
     });
     const Handle memory = checkedHandle(*m_file, m_name, H5Sclose, [&] {
         return H5Screate_simple(static_cast<int>(count.size()), count.data(), nullptr);
@@ -324,9 +326,9 @@ void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, vo
     });
 }
 
-void Dataset::makeScale()
+void Dataset::makeScale(const std::string& title)
 {
-    checked(*m_file, m_name, [&] { return H5DSset_scale(m_handle.get(), m_name.c_str()); });
+    checked(*m_file, m_name, [&] { return H5DSset_scale(m_handle.get(), title.c_str()); });
 }
 
 void Dataset::attachScale(const Dataset& scale, unsigned int dimension)
@@ -340,16 +342,16 @@ bool Group::contains(const std::string& name) const
     H5L_info_t info{};
     const bool exists =
         checked(*m_file, name, [&] { return H5Lexists(m_handle.get(), name.c_str(), H5P_DEFAULT); }) > 0;
-    return exists && checked(*m_file, name, [&] {
-                         return H5Lget_info(m_handle.get(), name.c_str(), &info, H5P_DEFAULT);
-                     }) >= 0 &&
+    return exists &&
+           checked(*m_file, name,
+                   [&] { return H5Lget_info(m_handle.get(), name.c_str(), &info, H5P_DEFAULT); }) >= 0 &&
            info.type == H5L_TYPE_HARD;
 }
 
 Group Group::openGroup(const std::string& name) const
 {
     if (!contains(name)) {
-        m_file->fail(QStringLiteral("there is no group \"%1\"").arg(QString::fromStdString(name)));
+        m_file->fail(QStringLiteral("there is no group '%1'").arg(QString::fromStdString(name)));
     }
     return Group(checkedHandle(*m_file, name, H5Gclose,
                                [&] { return H5Gopen2(m_handle.get(), name.c_str(), H5P_DEFAULT); }),
@@ -359,7 +361,7 @@ Group Group::openGroup(const std::string& name) const
 Dataset Group::openDataset(const std::string& name) const
 {
     if (!contains(name)) {
-        m_file->fail(QStringLiteral("there is no dataset \"%1\"").arg(QString::fromStdString(name)));
+        m_file->fail(QStringLiteral("there is no dataset '%1'").arg(QString::fromStdString(name)));
     }
     const Handle access = datasetAccess(*m_file);
     return Dataset(checkedHandle(*m_file, name, H5Dclose,
@@ -418,9 +420,9 @@ File::File(Handle file, Handle root, ContextPointer context)
 {
 }
 
-File File::create(const QString& path, const QString& shownPath)
+File File::create(const QString& path)
 {
-    auto context = std::make_shared<const FileContext>(shownPath, true);
+    auto context = std::make_shared<const FileContext>(path, true);
     const Handle access = accessProperties(*context);
     const Handle properties =
         creationProperties(*context, [] { return static_cast<hid_t>(H5P_FILE_CREATE); });
@@ -450,11 +452,18 @@ File File::open(const QString& path)
         file = Handle(id, H5Fclose);
     }
     if (!reason.isNull()) {
-        RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open \"%1\": %2").arg(path, reason)));
+        RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open '%1': %2").arg(path, reason)));
     }
     Handle root =
         checkedHandle(*context, "/", H5Gclose, [&] { return H5Gopen2(file.get(), "/", H5P_DEFAULT); });
     return File(std::move(file), std::move(root), std::move(context));
+}
+
+Group File::root() const
+{
+    return Group(checkedHandle(*m_file, m_name, H5Gclose,
+                               [&] { return H5Gopen2(m_fileHandle.get(), "/", H5P_DEFAULT); }),
+                 m_file, m_name);
 }
 
 unsigned long long File::size() const

@@ -52,7 +52,7 @@ public:
     FileContext(QString path, bool isWriting) : m_path(std::move(path)), m_isWriting(isWriting) {}
 
     [[nodiscard]] const QString& path() const noexcept { return m_path; }
-    /// Raises RTE::FileReadError "Cannot read "path": reason", or RTE::FileWriteError for a file that is
+    /// Raises RTE::FileReadError "Cannot read 'path': reason", or RTE::FileWriteError for a file that is
     /// written.
     [[noreturn]] void fail(const QString& reason,
                            RTE::SourceLocation location = RTE::SourceLocation::current()) const;
@@ -71,7 +71,7 @@ public:
     using Close = herr_t (*)(hid_t);
 
     Handle() noexcept = default;
-    Handle(hid_t id, Close close) noexcept : m_id(id), m_close(close) {}
+    Handle(hid_t id, Close closer) noexcept : m_id(id), m_close(closer) {}
     Handle(Handle&& other) noexcept;
     Handle& operator=(Handle&& other) noexcept;
     ~Handle();
@@ -106,6 +106,11 @@ struct Attribute
 class Object
 {
 public:
+    Object(Handle handle, ContextPointer file, std::string name)
+        : m_handle(std::move(handle)), m_file(std::move(file)), m_name(std::move(name))
+    {
+    }
+
     [[nodiscard]] const FileContext& file() const noexcept { return *m_file; }
     /// The path inside the file, for messages.
     [[nodiscard]] const std::string& name() const noexcept { return m_name; }
@@ -133,10 +138,6 @@ public:
     void renameAttribute(const std::string& from, const std::string& to);
 
 protected:
-    Object(Handle handle, ContextPointer file, std::string name)
-        : m_handle(std::move(handle)), m_file(std::move(file)), m_name(std::move(name))
-    {
-    }
     void writeScalar(const std::string& name, Element element, const void* value);
 
     Handle m_handle;
@@ -189,7 +190,8 @@ public:
     /// Reads a block through the library's own filters, holding the lock meanwhile.
     void readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const;
 
-    void makeScale();
+    /// Makes it a dimension scale. \param title its name, or what netCDF has instead
+    void makeScale(const std::string& title);
     void attachScale(const Dataset& scale, unsigned int dimension);
 
 private:
@@ -220,13 +222,13 @@ public:
 class File : public Group
 {
 public:
-    /// Makes a new file, replacing what has its name. \param path of the file; \param shownPath names it in
-    /// errors
-    [[nodiscard]] static File create(const QString& path, const QString& shownPath);
+    /// Makes a new file, replacing what has its name.
+    [[nodiscard]] static File create(const QString& path);
     /// Opens read only and without the library's file lock. \throws RTE::FileOpenError
     [[nodiscard]] static File open(const QString& path);
 
-    [[nodiscard]] const ContextPointer& context() const noexcept { return m_file; }
+    /// The root once more, to be held by others.
+    [[nodiscard]] Group root() const;
     /// Bytes of the file as it is.
     [[nodiscard]] unsigned long long size() const;
     void flush();

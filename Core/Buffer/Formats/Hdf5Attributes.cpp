@@ -31,7 +31,8 @@ Handle textType(const FileContext& file, const std::string& what, unsigned long 
 Handle listSpace(const FileContext& file, const std::string& what, unsigned long long count)
 {
     return checkedHandle(file, what, H5Sclose, [&] {
-        return count == 0 ? H5Screate(H5S_NULL) : H5Screate_simple(1, reinterpret_cast<hsize_t*>(&count), nullptr);
+        return count == 0 ? H5Screate(H5S_NULL)
+                          : H5Screate_simple(1, reinterpret_cast<hsize_t*>(&count), nullptr);
     });
 }
 
@@ -63,9 +64,8 @@ QByteArray readVariableText(const FileContext& file, const std::string& what, hi
 
 QByteArray readFixedText(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
 {
-    const auto bytes = checked(file, what, [&] {
-        return static_cast<long long>(H5Aget_storage_size(attribute));
-    });
+    const auto bytes =
+        checked(file, what, [&] { return static_cast<long long>(H5Aget_storage_size(attribute)); });
     QByteArray text(static_cast<qsizetype>(bytes), '\0');
     checked(file, what, [&] { return H5Aread(attribute, type, text.data()); });
     text.truncate(static_cast<qsizetype>(qstrnlen(text.constData(), static_cast<std::size_t>(bytes))));
@@ -154,9 +154,8 @@ std::optional<Attribute> Object::findAttribute(const std::string& name) const
     if (checked(*m_file, what, [&] { return H5Aexists(m_handle.get(), name.c_str()); }) == 0) {
         return {};
     }
-    const Handle attribute = checkedHandle(*m_file, what, H5Aclose, [&] {
-        return H5Aopen(m_handle.get(), name.c_str(), H5P_DEFAULT);
-    });
+    const Handle attribute = checkedHandle(
+        *m_file, what, H5Aclose, [&] { return H5Aopen(m_handle.get(), name.c_str(), H5P_DEFAULT); });
     return readAttribute(*m_file, what, attribute.get());
 }
 

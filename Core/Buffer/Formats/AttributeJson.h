@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/Formats/Json.h"
+#include "Core/Buffer/I_Attribute.h"
+
+#include <functional>
+#include <string_view>
+
+namespace BufferApi::Formats
+{
+
+/// Appends an attribute as name and typed value: "time":["f64",0.001], "pos":["f64[]",[1,2]] for a plane of
+/// height 1, "grid":["u8[2,3]",[…]] for one of two rows and three columns, "label":["str","é"], and
+/// "none":["plane",null] for a plane attribute without a plane. \throws RTE::NotImplemented for other kinds
+void writeAttribute(JsonWriter& json, const std::string& name, const I_AttributeBase& attribute);
+
+/// All attributes as one JSON object; empty bytes for none.
+[[nodiscard]] QByteArray attributesToJson(const AttributeMap& attributes);
+
+using CreateAttribute = std::function<I_AttributeBase*(const std::string& name, E_AttributeKind kind)>;
+
+/// Creates the attributes of such an object; empty text has none. \param source names the text in errors
+void attributesFromJson(std::string_view text, const QString& source, const CreateAttribute& create);
+
+/// Names are Latin-1 in the store and Unicode in files.
+[[nodiscard]] inline QString nameToText(const std::string& name)
+{
+    return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
+}
+
+/// A name beyond Latin-1, which another program may have given, is kept as its UTF-8 bytes.
+[[nodiscard]] std::string nameFromText(const QString& text);
+
+} // namespace BufferApi::Formats

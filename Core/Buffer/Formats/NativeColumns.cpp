@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/NativeColumns.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace BufferApi::Formats::Native
+{
+
+namespace
+{
+
+// No deflate stream unpacks to more than this multiple of its own length.
+constexpr unsigned long long mostPerPackedByte = 1032;
+
+Hdf5::Filters columnFilters(Hdf5::Element element)
+{
+    return {Hdf5::elementSize(element) > 1, true, false};
+}
+
+Hdf5::Dataset growingDataset(Hdf5::Group& group, const std::string& name, Hdf5::Element element,
+                             unsigned long long chunkElements)
+{
+    return group.createDataset(name,
+                               {element, {0}, {Hdf5::unlimited}, {chunkElements}, columnFilters(element)});
+}
+
+/// HDF5 wants no chunk beyond a fixed length, and none of length 0.
+Hdf5::Dataset fixedDataset(Hdf5::Group& group, const std::string& name, Hdf5::Element element,
+                           unsigned long long length)
+{
+    const unsigned long long chunk = std::clamp(length, 1ULL, textPerChunk / Hdf5::elementSize(element));
+    const unsigned long long maximum = length == 0 ? Hdf5::unlimited : length;
+    return group.createDataset(name, {element, {length}, {maximum}, {chunk}, columnFilters(element)});
+}
+
+} // namespace
+
+ColumnWriter::ColumnWriter(Hdf5::Dataset dataset, ChunkCoder& coder)
+    : m_dataset(std::move(dataset)), m_coder(coder)
+{
+}
+
+ColumnWriter::ColumnWriter(Hdf5::Group& group, const std::string& name, Hdf5::Element element,
+                           unsigned long long chunkElements, ChunkCoder& coder)
+    : ColumnWriter(growingDataset(group, name, element, chunkElements), coder)
+{
+}
+
+ColumnWriter::ColumnWriter(Hdf5::Group& group, const std::string& name, Hdf5::Element element,
+                           ChunkCoder& coder, unsigned long long length)
+    : ColumnWriter(fixedDataset(group, name, element, length), coder)
+{
+}
+
+void ColumnWriter::append(const void* elements, unsigned long long count)
+{
+    const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    const unsigned long long element = Hdf5::elementSize(layout.element);
+    const auto* next = static_cast<const char*>(elements);
+    while (count > 0) {
+        const unsigned long long taken = std::min(count, layout.chunk[0] - m_size % layout.chunk[0]);
+        m_waiting.append(next, static_cast<qsizetype>(taken * element));
+        m_size += taken;
+        next += taken * element;
+        count -= taken;
+        if (m_size % layout.chunk[0] == 0) {
+            writeChunk();
+            m_waiting.clear();
+        }
+    }
+}
+
+void ColumnWriter::pad(unsigned long long count)
+{
+    const QByteArray zero(static_cast<qsizetype>(Hdf5::elementSize(m_dataset.layout().element)), '\0');
+    for (; count > 0; --count) {
+        append(zero.constData(), 1);
+    }
+}
+
+void ColumnWriter::flush()
+{
+    if (!m_waiting.isEmpty()) {
+        writeChunk();
+    }
+}
+
+void ColumnWriter::writeChunk()
+{
+    const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    if (layout.maximum[0] == Hdf5::unlimited) {
+        m_dataset.resize({m_size});
+    }
+    const unsigned long long first = (m_size - 1) / layout.chunk[0] * layout.chunk[0];
+    const auto bytes = static_cast<unsigned long long>(m_waiting.size());
+    m_dataset.writeChunk({first}, m_coder.encode(layout, m_waiting.constData(), bytes));
+}
+
+Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name)
+{
+    Hdf5::Dataset dataset = growingDataset(group, name, Hdf5::Element::U8, textPerChunk);
+    // The text by which netCDF knows a dimension that has no variable; the number is not used.
+    dataset.makeScale("This is a netCDF dimension but not a netCDF variable.         0");
+    return dataset;
+}
+
+ColumnReader::ColumnReader(Hdf5::Dataset dataset, unsigned long long fileBytes)
+    : m_dataset(std::move(dataset)), m_fileBytes(fileBytes)
+{
+    if (m_dataset.extents().size() != 1) {
+        m_dataset.fail(QStringLiteral("it does not have one dimension"));
+    }
+    const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    const unsigned long long most = fileBytes * mostPerPackedByte / Hdf5::elementSize(layout.element);
+    if (size() > most || (!layout.chunk.empty() && layout.chunk[0] > most)) {
+        m_dataset.fail(QStringLiteral("its extents are larger than the file can hold"));
+    }
+}
+
+void ColumnReader::read(unsigned long long first, unsigned long long count, void* destination) const
+{
+    if (first > size() || count > size() - first) {
+        m_dataset.fail(QStringLiteral("it is too short"));
+    }
+    if (count == 0) {
+        return;
+    }
+    const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    if (layout.chunk.empty()) {
+        m_dataset.readThroughLibrary({first}, {count}, destination);
+        return;
+    }
+    const unsigned long long element = Hdf5::elementSize(layout.element);
+    const std::scoped_lock lock(m_mutex);
+    for (auto* next = static_cast<char*>(destination); count > 0;) {
+        loadChunk(first / layout.chunk[0]);
+        const unsigned long long offset = first % layout.chunk[0];
+        const unsigned long long taken = std::min(count, layout.chunk[0] - offset);
+        std::memcpy(next, m_chunk.constData() + offset * element, taken * element);
+        next += taken * element;
+        first += taken;
+        count -= taken;
+    }
+}
+
+void ColumnReader::loadChunk(unsigned long long chunk) const
+{
+    if (m_loaded == chunk) {
+        return;
+    }
+    const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    const Hdf5::Extents offset{chunk * layout.chunk[0]};
+    const unsigned long long stored = checkedChunkSize(m_dataset, offset, m_fileBytes);
+    unsigned char* bytes = m_coder.storedBytes(stored);
+    const unsigned int mask = m_dataset.readChunk(offset, bytes);
+    m_loaded.reset();
+    m_chunk.resize(static_cast<qsizetype>(chunkBytes(layout)));
+    if (const char* reason =
+            m_coder.decode(layout, {bytes, stored}, mask, m_chunk.data(), chunkBytes(layout))) {
+        m_dataset.fail(QLatin1String(reason));
+    }
+    m_loaded = chunk;
+}
+
+unsigned long long checkedChunkSize(const Hdf5::Dataset& dataset, const Hdf5::Extents& offset,
+                                    unsigned long long fileBytes)
+{
+    const unsigned long long stored = dataset.storedChunkBytes(offset);
+    if (stored == 0) {
+        dataset.fail(QStringLiteral("a part of the data is missing"));
+    }
+    if (stored > fileBytes || chunkBytes(dataset.layout()) / mostPerPackedByte > stored) {
+        dataset.fail(QStringLiteral("a chunk has an impossible size"));
+    }
+    return stored;
+}
+
+} // namespace BufferApi::Formats::Native

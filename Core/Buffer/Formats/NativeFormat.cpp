@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/NativeFormat.h"
+
+#include "Core/Buffer/Formats/NativeReader.h"
+#include "Core/Buffer/Formats/NativeWriter.h"
+
+namespace BufferApi::Formats
+{
+
+namespace
+{
+
+bool isPacked(const BufferOptions& options)
+{
+    constexpr int packedForm = 2;
+    const auto packing = options.find("PackType");
+    const int* form = packing == options.end() ? nullptr : std::get_if<int>(&packing->second);
+    return form != nullptr && *form == packedForm;
+}
+
+class NativeFormat final : public FileFormat
+{
+public:
+    [[nodiscard]] QString name() const override { return QStringLiteral("native"); }
+    [[nodiscard]] QStringList extensions() const override
+    {
+        return {QStringLiteral("qfi"), QStringLiteral("qfv")};
+    }
+    [[nodiscard]] bool recognises(const QByteArray& head) const override
+    {
+        // HDF5 looks for its signature at 0, 512, 1024 ..., behind what another program may have put before.
+        static constexpr QByteArrayView signature("\x89HDF\r\n\x1a\n", 8);
+        for (qsizetype offset = 0; offset < head.size(); offset = offset == 0 ? 512 : offset * 2) {
+            if (QByteArrayView(head).sliced(offset).startsWith(signature)) {
+                return true;
+            }
+        }
+        return false;
+    }
+    [[nodiscard]] std::unique_ptr<I_Buffer> read(const QString& path) const override
+    {
+        return Native::readBuffer(path);
+    }
+    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& path,
+                                                      const BufferOptions& options) const override
+    {
+        return std::make_unique<Native::Writer>(path, isPacked(options));
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const FileFormat> createNativeFormat()
+{
+    return std::make_unique<const NativeFormat>();
+}
+
+} // namespace BufferApi::Formats

@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/NativePlanes.h"
+
+#include "Core/Buffer/Formats/NativeColumns.h"
+#include "Core/Buffer/LazyPlane.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace BufferApi::Formats::Native
+{
+
+namespace
+{
+
+constexpr unsigned long long wantedChunkBytes = 1ULL << 20U;
+constexpr unsigned long long mostPerPackedByte = 1032;
+
+/// Rows of a chunk of about 1 MiB, chosen so that the last chunk of a plane is nearly as full as the others.
+unsigned long long chunkRows(const PlaneGeometry& geometry)
+{
+    const unsigned long long height = std::max(1U, geometry.component().height);
+    const unsigned long long rowBytes = std::max(1ULL, geometry.rowBytes());
+    const unsigned long long most = std::clamp(wantedChunkBytes / rowBytes, 1ULL, height);
+    const unsigned long long chunks = (height + most - 1) / most;
+    return (height + chunks - 1) / chunks;
+}
+
+Hdf5::DatasetLayout layoutOf(const PlaneGeometry& geometry, bool isPacked)
+{
+    Hdf5::DatasetLayout layout{geometry.element(),
+                               geometry.extents(0),
+                               geometry.extents(Hdf5::unlimited),
+                               geometry.block(chunkRows(geometry)),
+                               {}};
+    const bool hasSeveralBytes = Hdf5::elementSize(layout.element) > 1;
+    layout.filters = {isPacked && hasSeveralBytes, isPacked, !isPacked};
+    for (std::size_t i = 0; i < layout.maximum.size(); ++i) {
+        // HDF5 wants no chunk beyond a fixed length, and none of length 0.
+        layout.maximum[i] = layout.maximum[i] == 0 ? Hdf5::unlimited : layout.maximum[i];
+        layout.chunk[i] = std::max(1ULL, layout.chunk[i]);
+    }
+    return layout;
+}
+
+void toChannels(const RgbQuad* pixels, unsigned long long count, unsigned int channels, unsigned char* values)
+{
+    for (unsigned long long i = 0; i < count; ++i, values += channels) {
+        values[0] = pixels[i].red;
+        values[1] = pixels[i].green;
+        values[2] = pixels[i].blue;
+        if (channels == 4) {
+            values[3] = pixels[i].reserved;
+        }
+    }
+}
+
+void fromChannels(const unsigned char* values, unsigned long long count, unsigned int channels,
+                  unsigned char* pixels)
+{
+    for (unsigned long long i = 0; i < count; ++i, values += channels) {
+        const unsigned char reserved = channels == 4 ? values[3] : static_cast<unsigned char>(0);
+        const RgbQuad pixel{values[2], values[1], values[0], reserved};
+        std::memcpy(pixels + i * sizeof(RgbQuad), &pixel, sizeof(RgbQuad));
+    }
+}
+
+unsigned long long saturatingProduct(const Hdf5::Extents& factors, unsigned long long product)
+{
+    for (const unsigned long long factor : factors) {
+        if (__builtin_mul_overflow(product, factor, &product)) {
+            return Hdf5::unlimited;
+        }
+    }
+    return product;
+}
+
+} // namespace
+
+PlaneGeometry::PlaneGeometry(const ComponentStructure& component, unsigned int depth, unsigned int choices)
+    : m_component(component), m_depth(depth), m_choices(choices)
+{
+}
+
+Hdf5::Element PlaneGeometry::element() const noexcept
+{
+    return m_component.type == DT_RGB ? Hdf5::Element::U8 : static_cast<Hdf5::Element>(m_component.type);
+}
+
+unsigned long long PlaneGeometry::rowBytes() const noexcept
+{
+    return Hdf5::elementSize(element()) * m_component.width * m_component.channels;
+}
+
+Hdf5::Extents PlaneGeometry::withFrameAndPlane(unsigned long long row, unsigned long long choice,
+                                               unsigned long long z) const
+{
+    return m_choices > 1 ? Hdf5::Extents{row, choice, z} : Hdf5::Extents{row, z};
+}
+
+Hdf5::Extents PlaneGeometry::extents(unsigned long long rows) const
+{
+    Hdf5::Extents extents = withFrameAndPlane(rows, m_choices, m_depth);
+    extents.push_back(m_component.height);
+    extents.push_back(m_component.width);
+    if (m_component.type == DT_RGB) {
+        extents.push_back(m_component.channels);
+    }
+    return extents;
+}
+
+Hdf5::Extents PlaneGeometry::offset(const PlanePosition& position, unsigned long long y) const
+{
+    Hdf5::Extents offset = withFrameAndPlane(position.row, position.choice, position.z);
+    offset.push_back(y);
+    offset.resize(offset.size() + (m_component.type == DT_RGB ? 2 : 1));
+    return offset;
+}
+
+Hdf5::Extents PlaneGeometry::block(unsigned long long rows) const
+{
+    Hdf5::Extents block = withFrameAndPlane(1, 1, 1);
+    block.push_back(rows);
+    block.push_back(m_component.width);
+    if (m_component.type == DT_RGB) {
+        block.push_back(m_component.channels);
+    }
+    return block;
+}
+
+PlaneWriter::PlaneWriter(Hdf5::Group& group, const std::string& name, const PlaneGeometry& geometry,
+                         bool isPacked, ChunkCoder& coder)
+    : m_geometry(geometry), m_dataset(group.createDataset(name, layoutOf(geometry, isPacked))), m_coder(coder)
+{
+}
+
+void PlaneWriter::resize(unsigned long long rows)
+{
+    m_dataset.resize(m_geometry.extents(rows));
+}
+
+void PlaneWriter::write(const PlanePosition& position, const I_PlaneBase& plane)
+{
+    const ComponentStructure& component = m_geometry.component();
+    if (component.width == 0 || component.height == 0) {
+        return;
+    }
+    const unsigned char* pixels = pixelsOf(plane);
+    const unsigned long long memoryRow = GetDataTypeSize(component.type) * component.width;
+    const unsigned long long step = m_dataset.layout().chunk[m_geometry.dimensionY()];
+    for (unsigned long long y = 0; y < component.height; y += step) {
+        const unsigned long long rows = std::min(step, component.height - y);
+        const unsigned char* values = inFileOrder(pixels + y * memoryRow, rows);
+        m_dataset.writeChunk(m_geometry.offset(position, y),
+                             m_coder.encode(m_dataset.layout(), values, rows * m_geometry.rowBytes()));
+    }
+}
+
+const unsigned char* PlaneWriter::pixelsOf(const I_PlaneBase& plane)
+{
+    if (isUnread(plane)) {
+        unsigned char* copy =
+            m_plane.reserve(planeBytes(plane.GetDataType(), plane.GetWidth(), plane.GetHeight()));
+        readPlane(plane, copy);
+        return copy;
+    }
+    const void* data = plane.GetData();
+    if (data == nullptr) {
+        m_dataset.fail(QStringLiteral("a plane has no data"));
+    }
+    return static_cast<const unsigned char*>(data);
+}
+
+const unsigned char* PlaneWriter::inFileOrder(const unsigned char* pixels, unsigned long long rows)
+{
+    const ComponentStructure& component = m_geometry.component();
+    if (component.type != DT_RGB) {
+        return pixels;
+    }
+    unsigned char* values = m_channels.reserve(rows * m_geometry.rowBytes());
+    toChannels(reinterpret_cast<const RgbQuad*>(pixels), rows * component.width, component.channels, values);
+    return values;
+}
+
+PlaneReader::PlaneReader(Hdf5::Dataset dataset, const PlaneGeometry& geometry, std::shared_ptr<OpenFile> file)
+    : m_file(std::move(file)), m_dataset(std::move(dataset)), m_geometry(geometry)
+{
+    checkExtents();
+    checkChunks();
+}
+
+void PlaneReader::checkExtents() const
+{
+    const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    if (layout.extents != m_geometry.extents(layout.extents.empty() ? 0 : layout.extents[0])) {
+        m_dataset.fail(QStringLiteral("its extents are not those of the frames"));
+    }
+    if (layout.element != m_geometry.element()) {
+        m_dataset.fail(QStringLiteral("its element type is not that of the component"));
+    }
+    const unsigned long long bytes =
+        saturatingProduct(layout.extents, Hdf5::elementSize(layout.element)) / mostPerPackedByte;
+    if (bytes > m_file->bytes) {
+        m_dataset.fail(QStringLiteral("its extents are larger than the file can hold"));
+    }
+}
+
+void PlaneReader::checkChunks()
+{
+    const Hdf5::Extents& chunk = m_dataset.layout().chunk;
+    const std::size_t y = m_geometry.dimensionY();
+    // Chunks of other shapes, which other programs make, are read through HDF5's own filters.
+    if (!chunk.empty() && chunk == m_geometry.block(chunk[y])) {
+        m_chunkRows = chunk[y];
+        if (saturatingProduct(chunk, Hdf5::elementSize(m_geometry.element())) / mostPerPackedByte >
+            m_file->bytes) {
+            m_dataset.fail(QStringLiteral("its chunks are larger than the file can hold"));
+        }
+    }
+}
+
+void PlaneReader::read(const PlanePosition& position, unsigned char* destination) const
+{
+    const ComponentStructure& component = m_geometry.component();
+    const unsigned long long height = component.width == 0 ? 0 : component.height;
+    const unsigned long long memoryRow = GetDataTypeSize(component.type) * component.width;
+    const unsigned long long step = m_chunkRows == 0 ? height : m_chunkRows;
+    const CoderPool::Lease coder(m_file->coders);
+    Scratch channels;
+    for (unsigned long long y = 0; y < height; y += step) {
+        const unsigned long long rows = std::min(step, height - y);
+        unsigned char* pixels = destination + y * memoryRow;
+        if (component.type != DT_RGB) {
+            readRows(position, y, rows, pixels, (height - y) * memoryRow, *coder);
+            continue;
+        }
+        const unsigned long long bytes = rows * m_geometry.rowBytes();
+        readRows(position, y, rows, channels.reserve(bytes), bytes, *coder);
+        fromChannels(channels.reserve(0), rows * component.width, component.channels, pixels);
+    }
+}
+
+void PlaneReader::readRows(const PlanePosition& position, unsigned long long y, unsigned long long rows,
+                           unsigned char* destination, unsigned long long room, ChunkCoder& coder) const
+{
+    const Hdf5::Extents offset = m_geometry.offset(position, y);
+    if (m_chunkRows == 0) {
+        return m_dataset.readThroughLibrary(offset, m_geometry.block(rows), destination);
+    }
+    const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    const unsigned long long stored = checkedChunkSize(m_dataset, offset, m_file->bytes);
+    // Bytes that are stored as they are go straight to their place; a checksum behind them is overwritten by
+    // the rows that follow.
+    const bool isDirect = !layout.filters.shuffle && !layout.filters.deflate && stored <= room;
+    unsigned char* bytes = isDirect ? destination : coder.storedBytes(stored);
+    const unsigned int mask = m_dataset.readChunk(offset, bytes);
+    const char* reason =
+        coder.decode(layout, {bytes, stored}, mask, destination, rows * m_geometry.rowBytes());
+    if (reason != nullptr) {
+        m_dataset.fail(QStringLiteral("frame row %1, plane %2: %3")
+                           .arg(position.row)
+                           .arg(position.z)
+                           .arg(QLatin1String(reason)));
+    }
+}
+
+} // namespace BufferApi::Formats::Native

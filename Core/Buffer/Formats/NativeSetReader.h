@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/Formats/NativeColumns.h"
+#include "Core/Buffer/Formats/NativeLayout.h"
+#include "Core/Buffer/Formats/NativePlanes.h"
+
+#include <map>
+
+namespace BufferApi::Formats::Native
+{
+
+/// Reads one set: makes a frame of each row. Several threads may call it at once.
+class SetReader
+{
+public:
+    /// Reads the structure and checks it against what the file can hold.
+    SetReader(const Hdf5::Group& group, std::shared_ptr<OpenFile> file);
+
+    /// The place in the buffer of each row.
+    [[nodiscard]] const std::vector<long long>& indices() const noexcept { return m_indices; }
+    [[nodiscard]] std::unique_ptr<I_Frame> frame(unsigned long long row) const;
+
+private:
+    /// Texts of the rows; rows beyond its end have none.
+    struct TextColumn
+    {
+        TextColumn(const Hdf5::Group& group, const char* textName, const char* endName,
+                   unsigned long long fileBytes);
+        [[nodiscard]] QByteArray at(unsigned long long row) const;
+
+        ColumnReader text;
+        ColumnReader end;
+    };
+    struct OpenDataset
+    {
+        /// Indices of the components, in the order of choices.
+        std::vector<unsigned int> components;
+        std::shared_ptr<const PlaneReader> planes;
+    };
+    using PlacedComponents = std::map<unsigned int, ComponentStructure>;
+
+    void readShape(const Hdf5::Group& group);
+    void openDatasets(const Hdf5::Group& group);
+    void openDataset(Hdf5::Dataset dataset, PlacedComponents& placed);
+    void readScales(const Hdf5::Group& group);
+    void readIndices(const Hdf5::Group& group);
+    [[nodiscard]] std::vector<ComponentParts> components(unsigned long long row,
+                                                         const FrameScales& scales) const;
+    [[nodiscard]] QString source(const char* column, unsigned long long row) const;
+
+    std::shared_ptr<OpenFile> m_file;
+    std::string m_name;
+    FrameStructure m_structure;
+    FrameScales m_usual;
+    std::vector<OpenDataset> m_datasets;
+    std::vector<long long> m_indices;
+    std::unique_ptr<TextColumn> m_attributes;
+    std::unique_ptr<TextColumn> m_scales;
+};
+
+} // namespace BufferApi::Formats::Native

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/NativeWriter.h"
+
+#include "Core/Buffer/Formats/NativeAttributes.h"
+
+#include <algorithm>
+
+namespace BufferApi::Formats::Native
+{
+
+Writer::Writer(const QString& path, bool isPacked) : m_isPacked(isPacked), m_file(Hdf5::File::create(path))
+{
+    static constexpr int version[] = {formatMajor, formatMinor};
+    m_file->writeText("Conventions", "CF-1.8");
+    m_file->writeText("qf_format", formatName);
+    m_file->writeNumbers("qf_version", Hdf5::Element::I32,
+                         QByteArray(reinterpret_cast<const char*>(version), sizeof(version)));
+}
+
+void Writer::describe(const I_Buffer& buffer)
+{
+    writeAnyText(*m_file, "qf_name", buffer.GetName());
+    const QByteArray others = writeBufferAttributes(*m_file, buffer.GetAttributeList());
+    if (!others.isEmpty()) {
+        writeLargeAttributes(others);
+    }
+}
+
+void Writer::writeLargeAttributes(const QByteArray& json)
+{
+    ColumnWriter column(*m_file, Name::bufferAttributes, Hdf5::Element::U8, textPerChunk, m_coder);
+    column.append(json.constData(), static_cast<unsigned long long>(json.size()));
+    column.flush();
+    Hdf5::Dataset dimension = createDimension(*m_file, Name::bufferAttributeByte);
+    dimension.resize({column.size()});
+    column.dataset().attachScale(dimension, 0);
+}
+
+void Writer::append(const I_Frame& frame)
+{
+    setOf(frame).append(frame, m_frames);
+    ++m_frames;
+}
+
+SetWriter& Writer::setOf(const I_Frame& frame)
+{
+    FrameStructure structure = structureOf(frame);
+    const auto found = std::find_if(m_sets.begin(), m_sets.end(),
+                                    [&](const SetWriter& set) { return set.structure() == structure; });
+    if (found != m_sets.end()) {
+        return *found;
+    }
+    if (m_sets.empty()) {
+        m_file->writeText("qf_kind", isVectorKind(structure.shape.kind) ? "vector" : "image");
+        return m_sets.emplace_back(m_file->root(), frame, std::move(structure), m_isPacked, m_coder);
+    }
+    Hdf5::Group group = m_file->createGroup("set" + std::to_string(m_sets.size()));
+    return m_sets.emplace_back(std::move(group), frame, std::move(structure), m_isPacked, m_coder);
+}
+
+void Writer::finish(const I_Buffer& buffer)
+{
+    describe(buffer);
+    for (SetWriter& set : m_sets) {
+        set.flush();
+    }
+    m_sets.clear();
+    m_file->flush();
+    m_file->close();
+    m_file.reset();
+}
+
+} // namespace BufferApi::Formats::Native
