@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/LazyPlane.h"
+#include "Tests/Support/Frames.h"
+#include "Tests/Support/SampleBuffers.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+namespace
+{
+
+using namespace BufferApi;
+using TestSupport::BufferPointer;
+using TestSupport::buffersEqual;
+using TestSupport::SampleBuffer;
+
+constexpr int packed = 2;
+constexpr int unpacked = 0;
+
+void exportTo(const I_Buffer& buffer, const QString& path, int packType)
+{
+    ExportBuffer(&buffer, path, {{"PackType", packType}});
+}
+
+BufferPointer import(const QString& path)
+{
+    return BufferPointer(ImportBuffer(path));
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+void writeContent(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    ASSERT_EQ(file.write(content), content.size());
+}
+
+void readAllPlanes(const I_Buffer& buffer)
+{
+    for (unsigned int i = 0; i < buffer.GetFrameCount(); ++i) {
+        const I_Frame& frame = *buffer.GetFrame(i);
+        for (unsigned int c = 0; c < frame.GetComponentCount(); ++c) {
+            for (unsigned int z = 0; z < frame.GetDepth(); ++z) {
+                static_cast<void>(frame.GetPlane(c, z)->GetData());
+            }
+        }
+    }
+}
+
+class NativeFile : public testing::Test
+{
+protected:
+    [[nodiscard]] QString path(const QString& name = QStringLiteral("file.qfi")) const
+    {
+        return m_directory.filePath(name);
+    }
+    [[nodiscard]] QStringList fileNames() const { return QDir(m_directory.path()).entryList(QDir::Files); }
+
+private:
+    QTemporaryDir m_directory;
+};
+
+class NativeFileRoundTrip : public NativeFile, public testing::WithParamInterface<SampleBuffer>
+{
+};
+
+TEST_P(NativeFileRoundTrip, GivesEverythingBack)
+{
+    const BufferPointer buffer = GetParam().make();
+    for (const int packType : {packed, unpacked}) {
+        SCOPED_TRACE(packType);
+        exportTo(*buffer, path(), packType);
+        const BufferPointer back = import(path());
+        EXPECT_FALSE(back->IsModified(0));
+        EXPECT_TRUE(buffersEqual(*buffer, *back));
+        exportTo(*import(path()), path(QStringLiteral("again.qfv")), packType);
+        EXPECT_EQ(contentOf(path()), contentOf(path(QStringLiteral("again.qfv"))));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, NativeFileRoundTrip, testing::ValuesIn(TestSupport::sampleBuffers()),
+                         [](const auto& sample) { return sample.param.name; });
+
+TEST_F(NativeFile, ReadsAPlaneWhenItIsAskedForAlsoOnceTheNameIsGone)
+{
+    const BufferPointer buffer = TestSupport::particleImages(64, 48, 3);
+    exportTo(*buffer, path(), packed);
+    const BufferPointer first = import(path());
+    const BufferPointer second = import(path());
+    exportTo(*TestSupport::vectorFields(1), path(), packed);
+    EXPECT_TRUE(isUnread(*first->GetFrame(2)->GetPlane(0, 0)));
+    EXPECT_TRUE(
+        TestSupport::planesEqual(first->GetFrame(2)->GetPlane(0, 0), buffer->GetFrame(2)->GetPlane(0, 0)));
+    EXPECT_TRUE(isUnread(*first->GetFrame(1)->GetPlane(0, 0)));
+    exportTo(*first, path(QStringLiteral("copy.qfi")), unpacked);
+    EXPECT_TRUE(isUnread(*first->GetFrame(1)->GetPlane(0, 0)));
+    EXPECT_TRUE(buffersEqual(*import(path(QStringLiteral("copy.qfi"))), *buffer));
+    QFile::remove(path());
+    EXPECT_TRUE(buffersEqual(*second, *buffer));
+}
+
+TEST_F(NativeFile, ReplacesTheFileThatItsPlanesAreStillIn)
+{
+    const BufferPointer buffer = TestSupport::particleImages(64, 48, 2);
+    exportTo(*buffer, path(), packed);
+    const BufferPointer lazy = import(path());
+    exportTo(*lazy, path(), unpacked);
+    EXPECT_TRUE(buffersEqual(*import(path()), *buffer));
+    EXPECT_TRUE(buffersEqual(*lazy, *buffer));
+}
+
+TEST_F(NativeFile, OpensManyFramesOfManyScalesAndAttributesQuickly)
+{
+    constexpr unsigned int frames = 1000;
+    BufferPointer buffer(CreateBuffer());
+    for (unsigned int i = 0; i < frames; ++i) {
+        auto* frame = CreateImageFrame(DT_BYTE, 2, 2, 1);
+        TestSupport::fillWithNoise(*frame, i);
+        frame->SetScaleX({1.0 + i, 0, QStringLiteral("mm"), QString::number(i)});
+        TestSupport::setNumber(*frame, "attribute " + std::to_string(i), i);
+        buffer->AddFrame(frame);
+    }
+    exportTo(*buffer, path(), packed);
+    QElapsedTimer timer;
+    timer.start();
+    const BufferPointer back = import(path());
+    EXPECT_LT(timer.elapsed(), 100);
+    EXPECT_TRUE(buffersEqual(*buffer, *back));
+}
+
+TEST_F(NativeFile, KeepsTheOldFileAndNothingElseWhenAnExportFails)
+{
+    BufferPointer buffer = TestSupport::particleImages(8, 8, 2);
+    exportTo(*buffer, path(), packed);
+    const QByteArray before = contentOf(path());
+    delete[] static_cast<unsigned short*>(buffer->GetFrame(1)->GetPlane(0, 0)->ReleaseData());
+    EXPECT_THROW(exportTo(*buffer, path(), packed), RTE::FileWriteError);
+    EXPECT_EQ(contentOf(path()), before);
+    EXPECT_EQ(fileNames(), QStringList{QStringLiteral("file.qfi")});
+}
+
+TEST_F(NativeFile, NamesTheFileThatItCannotWrite)
+{
+    const BufferPointer buffer = TestSupport::particleImages(8, 8, 1);
+    QDir().mkpath(path(QStringLiteral("directory.qfi")));
+    for (const char* name : {"none/file.qfi", "directory.qfi"}) {
+        const QString target = path(QLatin1String(name));
+        try {
+            exportTo(*buffer, target, packed);
+            ADD_FAILURE() << name;
+        } catch (const RTE::FileWriteError& error) {
+            EXPECT_TRUE(error.message().contains(target)) << error.what();
+        }
+    }
+    EXPECT_THROW(ExportBuffer(nullptr, path()), RTE::InvalidArgumentError);
+}
+
+TEST_F(NativeFile, FollowsALinkAndKeepsThePermissionsOfTheFileBehindIt)
+{
+    const BufferPointer buffer = TestSupport::particleImages(8, 8, 1);
+    writeContent(path(), "old");
+    const auto permissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    ASSERT_TRUE(QFile::setPermissions(path(), permissions));
+    const QString link = path(QStringLiteral("link.qfi"));
+    ASSERT_TRUE(QFile::link(path(), link));
+    exportTo(*buffer, link, packed);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_TRUE(buffersEqual(*import(path()), *buffer));
+    EXPECT_FALSE(QFile::permissions(path()).testFlag(QFileDevice::ReadOther));
+}
+
+TEST_F(NativeFile, WritesAnyExtensionThatNoFormatOwns)
+{
+    const BufferPointer buffer = TestSupport::vectorFields(2);
+    for (const char* name : {"a.b", "run.1", "field.qfv", "without", "Größe 速度.QFI"}) {
+        const QString target = path(QString::fromUtf8(name));
+        exportTo(*buffer, target, packed);
+        EXPECT_TRUE(buffersEqual(*import(target), *buffer)) << name;
+    }
+}
+
+/// What is no file of ours: content, and a part of the message besides the file's name.
+struct BadFile
+{
+    std::string name;
+    QByteArray content;
+    QString reason;
+};
+
+TEST_F(NativeFile, RefusesWhatIsNoFileOfFrames)
+{
+    const std::vector<BadFile> files{
+        {"empty", "", QStringLiteral("the file is empty")},
+        {"text", "x y u v\n1 2 3 4\n", QStringLiteral("unknown content; known are native (.qfi, .qfv)")},
+        {"signature", QByteArray("\x89HDF\r\n\x1a\n", 8), QStringLiteral("Cannot open")},
+        {"zeros", QByteArray("\x89HDF\r\n\x1a\n", 8) + QByteArray(5000, '\0'),
+         QStringLiteral("Cannot open")}};
+    for (const BadFile& file : files) {
+        SCOPED_TRACE(file.name);
+        writeContent(path(), file.content);
+        try {
+            import(path());
+            ADD_FAILURE();
+        } catch (const RTE::FileOpenError& error) {
+            EXPECT_TRUE(error.message().contains(path()) && error.message().contains(file.reason))
+                << error.what();
+        }
+    }
+    EXPECT_THROW(import(path(QStringLiteral("missing.qfi"))), RTE::FileOpenError);
+    EXPECT_THROW(import(QFileInfo(path()).absolutePath()), RTE::FileOpenError);
+    EXPECT_THROW(import(QStringLiteral("/dev/zero")), RTE::FileOpenError);
+}
+
+/// Imports and reads everything: an exception of the family or the same data, nothing else.
+testing::AssertionResult isHarmless(const QString& path, const I_Buffer& original)
+{
+    try {
+        const BufferPointer buffer = import(path);
+        readAllPlanes(*buffer);
+        return buffersEqual(original, *buffer);
+    } catch (const RTE::Exception& error) {
+        return error.message().contains(path) ? testing::AssertionSuccess()
+                                              : testing::AssertionFailure() << error.what();
+    }
+}
+
+class NativeFileDamage : public NativeFile, public testing::WithParamInterface<int>
+{
+};
+
+TEST_P(NativeFileDamage, ShowsOrDoesNotMatter)
+{
+    BufferPointer buffer = TestSupport::vectorFields(3);
+    buffer->AddFrame(CreateImageFrame(DT_WORD, 40, 30, 1));
+    TestSupport::fillWithNoise(*buffer->GetFrame(3), 1);
+    buffer->GetFrame(2)->SetScaleX({7, 8, QStringLiteral("m"), QString()});
+    exportTo(*buffer, path(), GetParam());
+    const QByteArray whole = contentOf(path());
+    std::mt19937 random(5);
+    for (int attempt = 0; attempt < 300; ++attempt) {
+        const auto at = static_cast<qsizetype>(random() % static_cast<unsigned>(whole.size()));
+        SCOPED_TRACE(testing::Message() << "byte " << at);
+        QByteArray damaged = whole;
+        damaged[at] = static_cast<char>(damaged[at] ^ static_cast<char>(1 + random() % 255));
+        writeContent(path(), damaged);
+        ASSERT_TRUE(isHarmless(path(), *buffer));
+        if (attempt % 3 == 0) {
+            writeContent(path(), whole.left(at));
+            ASSERT_TRUE(isHarmless(path(), *buffer));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(PackTypes, NativeFileDamage, testing::Values(packed, unpacked));
+
+TEST_F(NativeFile, ThreadsWorkOnDifferentBuffersAndReadOneTogether)
+{
+    const BufferPointer shared = TestSupport::particleImages(100, 80, 16);
+    exportTo(*shared, path(), packed);
+    const BufferPointer lazy = import(path());
+    std::atomic<int> equal = 0;
+    const auto work = [&](int number) {
+        const QString own = path(QStringLiteral("own%1.qfi").arg(number));
+        for (int round = 0; round < 4; ++round) {
+            const BufferPointer buffer = TestSupport::particleImages(70, 60, 3);
+            exportTo(*buffer, own, round % 2 == 0 ? packed : unpacked);
+            equal += buffersEqual(*buffer, *import(own)) ? 1 : 0;
+        }
+        equal += buffersEqual(*shared, *lazy) ? 1 : 0;
+    };
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number) {
+        threads.emplace_back(work, number);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(equal, 4 * 5);
+}
+
+} // namespace
