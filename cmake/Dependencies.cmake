@@ -6,7 +6,6 @@ find_package(Boost REQUIRED)
 pkg_check_modules(Hwy REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(Hdf5 REQUIRED IMPORTED_TARGET hdf5-serial)
 pkg_check_modules(Isal REQUIRED IMPORTED_TARGET libisal)
-pkg_check_modules(Deflate REQUIRED IMPORTED_TARGET libdeflate)
 pkg_check_modules(Png REQUIRED IMPORTED_TARGET libpng)
 
 # hdf5-serial.pc names the C library alone; the dimension scales (H5DS) live in the high-level library beside it.
@@ -18,6 +17,8 @@ if(DATAOBJECTS_BUILD_TOOLS)
 endif()
 if(DATAOBJECTS_BUILD_TESTS)
     find_package(GTest REQUIRED)
+    # The system's own Python has the packages that Debian installs; another one in the path has not.
+    set(Python3_EXECUTABLE /usr/bin/python3 CACHE FILEPATH "Python with h5py, xarray, h5netcdf and netCDF4")
     find_package(Python3 REQUIRED COMPONENTS Interpreter)
 endif()
 if(DATAOBJECTS_BUILD_BENCHMARKS)

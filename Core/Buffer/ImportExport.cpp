@@ -40,9 +40,11 @@ const FileFormat& formatOfContent(const QString& path)
             return *format;
         }
     }
-    const QString reason = head.isEmpty() ? QStringLiteral("the file is empty")
-                                          : QStringLiteral("unknown content; known are %1")
-                                                .arg(list([](const FileFormat&) { return true; }));
+    const QString reason =
+        head.isEmpty() ? QStringLiteral("the file is empty")
+                       : QStringLiteral("unknown content; known are %1").arg(list([](const FileFormat&) {
+                             return true;
+                         }));
     RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open '%1': %2").arg(path, reason)));
 }
 

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+// The C++ side of Python/native_file_test.py: writes files that Python reads, and reads files that it
+// changed.
+#include "Core/Buffer/BufferApi.h"
+#include "Tests/Support/Frames.h"
+#include "Tests/Support/SampleBuffers.h"
+
+#include <QDir>
+
+#include <cstring>
+
+namespace
+{
+
+using namespace BufferApi;
+using TestSupport::BufferPointer;
+
+void writeBoth(const I_Buffer& buffer, const QDir& directory, const std::string& name)
+{
+    const QString base = QString::fromStdString(name);
+    ExportBuffer(&buffer, directory.filePath(base + QStringLiteral(".packed.qfi")), {{"PackType", 2}});
+    ExportBuffer(&buffer, directory.filePath(base + QStringLiteral(".plain.qfi")), {{"PackType", 0}});
+}
+
+void writePixels(const I_Buffer& buffer, const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    for (unsigned int i = 0; i < buffer.GetFrameCount(); ++i) {
+        const I_PlaneBase& plane = *buffer.GetFrame(i)->GetPlane(0, 0);
+        const auto bytes = GetDataTypeSize(plane.GetDataType()) * plane.GetWidth() * plane.GetHeight();
+        file.write(static_cast<const char*>(plane.GetData()), static_cast<qsizetype>(bytes));
+    }
+}
+
+BufferPointer images()
+{
+    BufferPointer buffer = TestSupport::particleImages(640, 600, 5);
+    TestSupport::setText(*buffer, "Camera", QStringLiteral("Größe"));
+    return buffer;
+}
+
+void writeFiles(const QDir& directory)
+{
+    for (const TestSupport::SampleBuffer& sample : TestSupport::sampleBuffers()) {
+        writeBoth(*sample.make(), directory, "sample-" + sample.name);
+    }
+    writeBoth(*images(), directory, "images");
+    writePixels(*images(), directory.filePath(QStringLiteral("images.raw")));
+    writeBoth(*TestSupport::vectorFields(4), directory, "vectors");
+    writeBoth(*TestSupport::vectorFields(1), directory, "one");
+}
+
+template <typename T>
+std::vector<T> numbersOf(const I_Buffer& buffer, const std::string& name)
+{
+    const auto* attribute = dynamic_cast<const I_AttributePlane*>(buffer.FindAttribute(name));
+    const I_PlaneBase* plane = attribute == nullptr ? nullptr : attribute->GetPlane();
+    if (plane == nullptr || !IsOfType<T>(*plane)) {
+        return {};
+    }
+    const auto* values = static_cast<const T*>(plane->GetData());
+    return {values, values + plane->GetWidth()};
+}
+
+/// Five frames of images and a sixth that Python appended: all pixels 7.
+void checkAppended(const QString& path)
+{
+    const BufferPointer changed(ImportBuffer(path));
+    const BufferPointer original = images();
+    ASSERT_EQ(changed->GetFrameCount(), 6U);
+    for (unsigned int i = 0; i < 5; ++i) {
+        EXPECT_TRUE(TestSupport::framesEqual(*changed->GetFrame(i), *original->GetFrame(i))) << i;
+    }
+    const I_Frame& last = *changed->GetFrame(5);
+    const auto* pixels = static_cast<const unsigned short*>(last.GetPlane(0, 0)->GetData());
+    EXPECT_TRUE(std::all_of(pixels, pixels + 640 * 600, [](unsigned short pixel) { return pixel == 7; }));
+    EXPECT_TRUE(last.GetAttributeList().empty());
+    const auto* comment = dynamic_cast<const I_Attribute<QString>*>(changed->FindAttribute("comment"));
+    ASSERT_NE(comment, nullptr);
+    EXPECT_EQ(comment->GetValue(), QStringLiteral("über"));
+    EXPECT_EQ(numbersOf<double>(*changed, "gain"), std::vector<double>{2.5});
+    EXPECT_EQ(numbersOf<int>(*changed, "window"), (std::vector<int>{32, 16}));
+}
+
+/// What other programs wrote anew, in other chunks and through other filters.
+void checkRewritten(const QString& path)
+{
+    const BufferPointer rewritten(ImportBuffer(path));
+    const BufferPointer original = images();
+    EXPECT_TRUE(TestSupport::buffersEqual(*rewritten, *original));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "write") == 0) {
+        writeFiles(QDir(QString::fromLocal8Bit(argv[2])));
+    } else if (argc == 3 && std::strcmp(argv[1], "check-appended") == 0) {
+        checkAppended(QString::fromLocal8Bit(argv[2]));
+    } else if (argc == 3 && std::strcmp(argv[1], "check-rewritten") == 0) {
+        checkRewritten(QString::fromLocal8Bit(argv[2]));
+    } else {
+        return 2;
+    }
+    return testing::Test::HasFailure() ? 1 : 0;
+}

@@ -1,0 +1,170 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Opens the files of the store with the tools that others have, and the other way round.
+
+usage: native_file_test.py NativeFilePeer
+"""
+import glob
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+import warnings
+
+import h5py
+import netCDF4
+import numpy
+import xarray
+
+ENGINES = ("h5netcdf", "netcdf4")
+NETCDF_DIMENSION = b"This is a netCDF dimension"
+
+
+def peer(*arguments):
+    return subprocess.run([PEER, *arguments], check=False).returncode
+
+
+def open_dataset(path, engine, **arguments):
+    with warnings.catch_warnings():
+        warnings.simplefilter("error", UserWarning)
+        return xarray.open_dataset(path, engine=engine, **arguments)
+
+
+def datasets(path):
+    """All datasets of a file; reading them goes through the stock filters and their checksums."""
+    found = []
+    with h5py.File(path, "r") as file:
+        file.visititems(lambda name, item: found.append(name) if isinstance(item, h5py.Dataset) else None)
+        for name in found:
+            yield file[name]
+
+
+class NativeFileTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.directory = tempfile.mkdtemp()
+        cls.addClassCleanup(shutil.rmtree, cls.directory)
+        if peer("write", cls.directory) != 0:
+            raise RuntimeError("the files were not written")
+
+    def path(self, name):
+        return os.path.join(self.directory, name)
+
+    def pixels(self):
+        return numpy.fromfile(self.path("images.raw"), "<u2").reshape(5, 1, 600, 640)
+
+    def test_every_dataset_has_a_checksum_and_scales_on_all_dimensions(self):
+        files = glob.glob(self.path("*.qfi"))
+        self.assertEqual(len(files), 26)
+        for path in files:
+            for dataset in datasets(path):
+                with self.subTest(file=os.path.basename(path), dataset=dataset.name):
+                    self.assertIsNotNone(dataset.chunks)
+                    self.assertTrue(dataset.fletcher32 or dataset.compression == "gzip")
+                    self.assertFalse(h5py.check_dtype(vlen=dataset.dtype))
+                    if not dataset.attrs.get("NAME", b"").startswith(NETCDF_DIMENSION):
+                        dataset[...]
+                    if not h5py.h5ds.is_scale(dataset.id):
+                        for dimension in dataset.dims:
+                            self.assertEqual(len(dimension), 1)
+
+    def test_attributes_have_fixed_length_and_keep_their_order(self):
+        for path in glob.glob(self.path("*.qfi")):
+            with h5py.File(path, "r") as file:
+                self.assertEqual(file.attrs["Conventions"], b"CF-1.8")
+                order = []
+                h5py.h5a.iterate(file.id, order.append, index_type=h5py.h5.INDEX_CRT_ORDER)
+                self.assertEqual(order[:3], [b"Conventions", b"qf_format", b"qf_version"])
+                for name in file.attrs:
+                    kind = file.attrs.get_id(name).get_type()
+                    self.assertFalse(isinstance(kind, h5py.h5t.TypeStringID) and kind.is_variable_str(), name)
+
+    def test_every_group_of_every_file_opens(self):
+        for path in sorted(glob.glob(self.path("*.qfi"))):
+            with h5py.File(path, "r") as file:
+                groups = [None] + [name for name in file if isinstance(file[name], h5py.Group)]
+            for engine in ENGINES:
+                for group in groups:
+                    with self.subTest(file=os.path.basename(path), engine=engine, group=group):
+                        # An empty dimension has no values that could be decoded.
+                        with open_dataset(path, engine, group=group, decode_cf="Unusual" not in path) as data:
+                            data.load()
+
+    def test_images_have_their_pixels_and_coordinates_with_units(self):
+        for form in ("packed", "plain"):
+            for engine in ENGINES:
+                with self.subTest(form=form, engine=engine):
+                    with open_dataset(self.path(f"images.{form}.qfi"), engine) as data:
+                        self.assertEqual(data.PIXEL.dtype, numpy.dtype("u2"))
+                        numpy.testing.assert_array_equal(data.PIXEL.values, self.pixels())
+                        numpy.testing.assert_allclose(data.x.values, numpy.arange(640) * 0.05 - 12)
+                        numpy.testing.assert_allclose(data.y.values, numpy.arange(600) * -0.05 + 8)
+                        self.assertEqual(data.x.attrs["units"], "mm")
+                        self.assertEqual(data.x.attrs["long_name"], "position x")
+                        numpy.testing.assert_allclose(data.time.values, 0.001 * numpy.arange(5))
+                        self.assertIn("time", data.PIXEL.coords)
+                        self.assertEqual(data.attrs["Camera"], "Größe")
+
+    def test_vectors_have_physical_values_choices_and_flags(self):
+        for engine in ENGINES:
+            with self.subTest(engine=engine):
+                with open_dataset(self.path("vectors.packed.qfi"), engine) as data:
+                    self.assertEqual(data.u.dims, ("frame", "choice", "z", "y", "x"))
+                    self.assertEqual(data.u.attrs["units"], "m/s")
+                    expected = 2.5 * 0.25 * numpy.arange(1, 121).reshape(10, 12)
+                    numpy.testing.assert_allclose(data.u.values[3, 0, 0], expected)
+                    numpy.testing.assert_allclose(data.x.values, numpy.arange(12) * 16 * 0.05 - 12)
+                    self.assertEqual(data.enabled.attrs["flag_meanings"], "disabled enabled")
+                    self.assertEqual(set(data.u.attrs["ancillary_variables"].split()),
+                                     {"enabled", "active_choice", "mask"})
+                    self.assertEqual(data.Correlation.shape, (4, 1, 10, 12))
+
+    def test_a_scale_that_differs_between_frames_is_not_shown(self):
+        with open_dataset(self.path("sample-ChangingScales.packed.qfi"), "h5netcdf") as data:
+            numpy.testing.assert_array_equal(data.x.values, numpy.arange(3))
+            self.assertNotIn("units", data.x.attrs)
+
+    def test_one_frame_is_found_by_dask_free_slicing(self):
+        with open_dataset(self.path("images.packed.qfi"), "h5netcdf") as data:
+            numpy.testing.assert_array_equal(data.PIXEL[3, 0, 10:20].values, self.pixels()[3, 0, 10:20])
+
+    def test_frames_and_attributes_that_netcdf4_appends_come_back(self):
+        for form in ("packed", "plain"):
+            path = self.path(f"appended.{form}.qfi")
+            shutil.copy(self.path(f"images.{form}.qfi"), path)
+            with netCDF4.Dataset(path, "a") as data:
+                data.set_auto_maskandscale(False)
+                data["frame"][5] = 5
+                data["PIXEL"][5] = 7
+                data.comment = "über"
+                data.gain = 2.5
+                data.window = numpy.array([32, 16], "i4")
+            self.assertEqual(peer("check-appended", path), 0)
+
+    def test_files_that_others_wrote_anew_come_back(self):
+        def rewrite(dataset, **layout):
+            arguments = dict(dtype=dataset.dtype, data=dataset[...], maxshape=dataset.maxshape)
+            return {**arguments, **layout}
+
+        layouts = {"contiguous": dict(maxshape=None), "chunked": dict(chunks=(2, 1, 7, 11)),
+                   "big-endian": dict(dtype=">u2", chunks=True),
+                   "checked": dict(chunks=(1, 1, 100, 640), shuffle=True, compression="gzip", fletcher32=True)}
+        for name, layout in layouts.items():
+            with self.subTest(layout=name):
+                path = self.path(f"rewritten-{name}.qfi")
+                shutil.copy(self.path("images.packed.qfi"), path)
+                with h5py.File(path, "a") as file:
+                    old = file["PIXEL"]
+                    arguments = rewrite(old, **layout)
+                    attributes = {key: value for key, value in old.attrs.items() if key.islower()}
+                    del file["PIXEL"]
+                    new = file.create_dataset("PIXEL", **arguments)
+                    for key, value in attributes.items():
+                        new.attrs[key] = value
+                self.assertEqual(peer("check-rewritten", path), 0)
+
+
+if __name__ == "__main__":
+    PEER = sys.argv.pop(1)
+    unittest.main()
