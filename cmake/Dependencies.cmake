@@ -7,6 +7,7 @@ pkg_check_modules(Hwy REQUIRED IMPORTED_TARGET libhwy)
 pkg_check_modules(Hdf5 REQUIRED IMPORTED_TARGET hdf5-serial)
 pkg_check_modules(Isal REQUIRED IMPORTED_TARGET libisal)
 pkg_check_modules(Png REQUIRED IMPORTED_TARGET libpng)
+pkg_check_modules(Tiff REQUIRED IMPORTED_TARGET libtiff-4)
 
 # hdf5-serial.pc names the C library alone; the dimension scales (H5DS) live in the high-level library beside it.
 find_library(DATAOBJECTS_HDF5_HL hdf5_serial_hl REQUIRED)

@@ -7,7 +7,7 @@ packages=(
     # build
     g++ cmake ninja-build ccache lld pkg-config git
     # libraries
-    qt6-base-dev libpugixml-dev libboost-dev libhdf5-dev libisal-dev libpng-dev libhwy-dev libcli11-dev
+    qt6-base-dev libpugixml-dev libboost-dev libhdf5-dev libisal-dev libpng-dev libtiff-dev libhwy-dev libcli11-dev
     # tests: GoogleTest, and the tools of others that open our files
     libgtest-dev libgmock-dev python3 python3-h5py python3-xarray python3-h5netcdf python3-netcdf4
     # benchmarks and the peer that they compare with

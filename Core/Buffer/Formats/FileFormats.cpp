@@ -4,6 +4,7 @@
 #include "Core/Buffer/Formats/NativeFormat.h"
 #include "Core/Buffer/Formats/PgmFormat.h"
 #include "Core/Buffer/Formats/PngFormat.h"
+#include "Core/Buffer/Formats/TiffFormat.h"
 
 namespace BufferApi::Formats
 {
@@ -15,6 +16,7 @@ std::vector<std::unique_ptr<const FileFormat>> allFormats()
 {
     std::vector<std::unique_ptr<const FileFormat>> formats;
     formats.push_back(createNativeFormat());
+    formats.push_back(createTiffFormat());
     formats.push_back(createPngFormat());
     formats.push_back(createBmpFormat());
     formats.push_back(createPgmFormat());

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/TiffFormat.h"
+
+#include "Core/Buffer/Formats/TiffReader.h"
+
+namespace BufferApi::Formats
+{
+
+namespace
+{
+
+class TiffFormat : public FileFormat
+{
+public:
+    [[nodiscard]] QString name() const override { return QStringLiteral("TIFF"); }
+    [[nodiscard]] QStringList extensions() const override
+    {
+        return {QStringLiteral("tif"), QStringLiteral("tiff")};
+    }
+    [[nodiscard]] bool recognises(const QByteArray& head) const override
+    {
+        static const QByteArray marks[] = {QByteArray("II\x2A\0", 4), QByteArray("MM\0\x2A", 4),
+                                           QByteArray("II\x2B\0", 4), QByteArray("MM\0\x2B", 4)};
+        return std::any_of(std::begin(marks), std::end(marks),
+                           [&head](const QByteArray& mark) { return head.startsWith(mark); });
+    }
+    [[nodiscard]] std::unique_ptr<I_Buffer> read(const QString& path) const override
+    {
+        return readTiff(path);
+    }
+    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& /*path*/,
+                                                      const BufferOptions& /*options*/) const override
+    {
+        return nullptr;
+    }
+};
+
+} // namespace
+
+std::unique_ptr<const FileFormat> createTiffFormat()
+{
+    return std::make_unique<const TiffFormat>();
+}
+
+} // namespace BufferApi::Formats
