@@ -101,8 +101,9 @@ void LinearScale::setChangedCallback(ChangedCallback callback)
 
 void LinearScale::changed() const
 {
-    if (m_changed) {
-        m_changed(*this);
+    // Called on a copy: the callback may install another or remove itself.
+    if (const ChangedCallback callback = m_changed) {
+        callback(*this);
     }
 }
 

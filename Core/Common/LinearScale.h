@@ -57,7 +57,7 @@ public:
     void set(const LinearScale& other);
 
     /// Installs the callback that fires after each change, with this scale as its argument; an empty one
-    /// removes it.
+    /// removes it. The callback may replace or remove itself.
     void setChangedCallback(ChangedCallback callback);
 
     /// Compares factor, offset, unit and description.

@@ -251,7 +251,8 @@ QString Settings::nameOf(const Settings& child) const
     for (const Group& group : m_groups) {
         for (std::size_t i = 0; i < group.nodes.size(); ++i) {
             if (group.nodes[i].get() == &child) {
-                return group.nodes.size() == 1 ? group.key : QStringLiteral("%1[%2]").arg(group.key).arg(i);
+                return group.nodes.size() == 1 ? group.key
+                                               : QStringLiteral("%1[%2]").arg(group.key, QString::number(i));
             }
         }
     }
@@ -286,6 +287,8 @@ void Settings::setText(const QString& key, const QString& text)
         nodes[i]->m_parent = nullptr;
     }
     nodes.resize(1);
+    nodes.front()->m_class.clear();
+    nodes.front()->m_version = 0;
     nodes.front()->setOwnText(text);
 }
 

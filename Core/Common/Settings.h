@@ -87,7 +87,7 @@ public:
     /// \name Values under keys
     /// \{
 
-    /// Makes `value` the only thing that stands under the key.
+    /// Makes `value` the only thing that stands under the key, without class and version.
     template <SettingsValue T>
     void Set(const QString& key, const T& value)
     {
@@ -120,7 +120,7 @@ public:
     /// \{
 
     [[nodiscard]] bool HasValue() const noexcept { return m_value.has_value(); }
-    /// Replaces value and children.
+    /// Replaces value and children; class and version stay.
     template <SettingsValue T>
     void SetValue(const T& value)
     {

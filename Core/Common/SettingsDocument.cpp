@@ -22,8 +22,9 @@ namespace
 
 constexpr const char* rootElement = "settings";
 constexpr const char* entryElement = "entry";
-/// Deeper nesting is damage, and would exhaust the stack.
+/// Deeper nesting is damage, and would exhaust the stack; it is not written either.
 constexpr int maximalDepth = 200;
+constexpr const char* tooDeep = "entries are nested too deeply";
 
 class ByteWriter : public pugi::xml_writer
 {
@@ -43,8 +44,12 @@ void setAttribute(pugi::xml_node element, const char* name, const QString& value
     element.append_attribute(name).set_value(value.toUtf8().constData());
 }
 
-void write(const Settings& node, pugi::xml_node element)
+/// False if the tree is nested too deeply.
+[[nodiscard]] bool write(const Settings& node, pugi::xml_node element, int depth)
 {
+    if (depth > maximalDepth) {
+        return false;
+    }
     if (!node.GetClass().isEmpty()) {
         setAttribute(element, "class", node.GetClass());
     }
@@ -59,18 +64,24 @@ void write(const Settings& node, pugi::xml_node element)
         for (unsigned long long i = 0; i < count; ++i) {
             pugi::xml_node entry = element.append_child(entryElement);
             setAttribute(entry, "key", key);
-            write(*node.GetChild(key, i), entry);
+            if (!write(*node.GetChild(key, i), entry, depth + 1)) {
+                return false;
+            }
         }
     }
+    return true;
 }
 
-QByteArray toXml(const Settings& settings)
+QByteArray toXml(const SettingsDocument& settings)
 {
     pugi::xml_document document;
     pugi::xml_node declaration = document.append_child(pugi::node_declaration);
     setAttribute(declaration, "version", QStringLiteral("1.0"));
     setAttribute(declaration, "encoding", QStringLiteral("UTF-8"));
-    write(settings, document.append_child(rootElement));
+    if (!write(settings, document.append_child(rootElement), 0)) {
+        RTE::raise(RTE::InvalidRequest(QStringLiteral("Settings document %1 could not be written: %2")
+                                           .arg(settings.GetFilePath(), QString::fromLatin1(tooDeep))));
+    }
     ByteWriter writer;
     document.save(writer, "  ", pugi::format_default, pugi::encoding_utf8);
     return writer.bytes();
@@ -104,7 +115,7 @@ public:
     void read(const pugi::xml_node& element, Settings& node, int depth) const
     {
         if (depth > maximalDepth) {
-            failDamaged(m_path, QStringLiteral("entries are nested too deeply"));
+            failDamaged(m_path, QString::fromLatin1(tooDeep));
         }
         node.SetClass(ZtPugi::attributeAsQString(element, "class"));
         node.SetVersion(version(element));
@@ -193,6 +204,7 @@ void SettingsDocument::Save()
     if (!m_isChanged) {
         return;
     }
+    const QByteArray xml = toXml(*this);
     // A folder that cannot be made shows when the file is opened.
     static_cast<void>(QDir().mkpath(QFileInfo(m_path).absolutePath()));
     QSaveFile file(m_path);
@@ -200,7 +212,7 @@ void SettingsDocument::Save()
         RTE::raise(RTE::FileOpenError(
             QStringLiteral("Settings document %1 could not be written: %2").arg(m_path, file.errorString())));
     }
-    if (!writeAll(file, toXml(*this)) || !file.commit()) {
+    if (!writeAll(file, xml) || !file.commit()) {
         RTE::raise(RTE::FileWriteError(
             file, QStringLiteral("Settings document %1 could not be written").arg(m_path)));
     }

@@ -26,7 +26,8 @@ enum class Scope
 /// "value", "class" and "version".
 ///
 /// The file is replaced at once and as a whole: a write that fails leaves the former one. Missing folders are
-/// made. A path is made absolute when the document is constructed.
+/// made. A path is made absolute when the document is constructed. Documents on one path do not know of each
+/// other: the file holds the one that was written last.
 class DATAOBJECTS_COMMON_EXPORT SettingsDocument : public Settings
 {
 public:
@@ -50,7 +51,7 @@ public:
     [[nodiscard]] QString GetFilePath() const { return m_path; }
 
     /// Writes now, if the document was changed since it was read or written.
-    /// \throws RTE::InvalidRequest if the document is only read
+    /// \throws RTE::InvalidRequest if the document is only read, or nests more than 200 entries
     /// \throws RTE::FileOpenError if the file cannot be made
     /// \throws RTE::FileWriteError if it cannot be written
     void Save();

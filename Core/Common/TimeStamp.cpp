@@ -112,22 +112,23 @@ TimeStamp::TimeStamp(long long seconds, unsigned long long picoseconds)
 
 TimeStamp TimeStamp::FromISO8601String(const QString& text)
 {
-    static const QRegularExpression form(QStringLiteral(
-        "^\\s*(\\d{4})-?(\\d\\d)-?(\\d\\d)"
-        "(?:[T "
-        "](\\d\\d):?(\\d\\d)(?::?([0-5]\\d|60)(?:[.,](\\d+))?)?\\s*(Z|[+-]\\d\\d(?::?[0-5]\\d)?)?)?\\s*$"));
+    static const QRegularExpression form(
+        QStringLiteral("^\\s*(\\d{4})-?(\\d\\d)-?(\\d\\d)"
+                       "(?:[T ](\\d\\d):?(\\d\\d)(?::?([0-5]\\d|60)(?:[.,](\\d+))?)?"
+                       "\\s*(Z|[+-](?:[01]\\d|2[0-3])(?::?[0-5]\\d)?)?)?\\s*$"));
     const QRegularExpressionMatch match = form.match(text.toUpper());
     const QDate date(match.captured(1).toInt(), match.captured(2).toInt(), match.captured(3).toInt());
     const long long hour = match.captured(4).toLongLong();
     const long long minute = match.captured(5).toLongLong();
     const long long second = match.captured(6).toLongLong();
-    const bool endOfDay = hour == 24 && minute == 0 && second == 0;
+    const unsigned long long afterSecond = picoseconds(match.captured(7));
+    const bool endOfDay = hour == 24 && minute == 0 && second == 0 && afterSecond == 0;
     if (!match.hasMatch() || !date.isValid() || (hour > 23 && !endOfDay) || minute > 59) {
         raise(ParseError(QStringLiteral("'%1' is not an ISO 8601 time stamp").arg(text)));
     }
     const long long days = date.toJulianDay() - julianDayOfEpoch;
     const long long seconds = days * secondsPerDay + hour * 3600 + minute * 60 + second;
-    return {seconds - zoneOffset(match.captured(8)), picoseconds(match.captured(7))};
+    return {seconds - zoneOffset(match.captured(8)), afterSecond};
 }
 
 QString TimeStamp::ToISO8601String(const E_Timezone& timezone) const

@@ -2,6 +2,7 @@
 #include "Core/Common/ZtPugi.h"
 
 #include <QFile>
+#include <QStringDecoder>
 
 #include <pugixml.hpp>
 
@@ -23,7 +24,9 @@ pugi::xml_parse_result failed(pugi::xml_document& document, pugi::xml_parse_stat
 
 QString attributeAsQString(const pugi::xml_node& node, const char* name)
 {
-    return QString::fromUtf8(node.attribute(name).value());
+    // QString::fromUtf8 would drop a first sign U+FEFF, which the value may hold.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder(node.attribute(name).value());
 }
 
 pugi::xml_parse_result loadFromFile(pugi::xml_document& document, const QString& path)

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -38,6 +39,25 @@ TEST(LinearScale, CallbackBelongsToTheObjectNotToTheValue)
     Zt::LinearScale other(Zt::ScalePreset::Y);
     other = linked;
     EXPECT_EQ(fired, 1);
+}
+
+TEST(LinearScale, CallbackMayRemoveItself)
+{
+    auto token = std::make_shared<int>(0);
+    const std::weak_ptr<int> held = token;
+    int fired = 0;
+    bool alive = false;
+    Zt::LinearScale scale(Zt::ScalePreset::X);
+    scale.setChangedCallback([&, token = std::move(token)](const Zt::LinearScale& changed) {
+        ++fired;
+        scale.setChangedCallback({});
+        alive = !held.expired() && &changed == &scale;
+    });
+    scale.setFactor(2.0);
+    scale.setFactor(3.0);
+    EXPECT_EQ(fired, 1);
+    EXPECT_TRUE(alive) << "destroyed while it ran";
+    EXPECT_TRUE(held.expired());
 }
 
 } // namespace

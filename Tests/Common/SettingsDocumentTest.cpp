@@ -216,6 +216,52 @@ TEST_F(SettingsDocumentTest, DamagedFileIsNamedWithTheReason)
         [] { SettingsDocument(QDir::tempPath(), AutoSync::Never); }));
 }
 
+TEST_F(SettingsDocumentTest, RefusesToWriteWhatItCouldNotRead)
+{
+    const auto chain = [](Storage::Settings& root, int depth) {
+        std::shared_ptr<Storage::Settings> node = root.GetChild(key("k"));
+        for (int i = 1; i < depth; ++i) {
+            node = node->GetChild(key("k"));
+        }
+    };
+    {
+        SettingsDocument document(path(), AutoSync::OnDestruction);
+        chain(document, 200);
+    }
+    const QByteArray before = content(path());
+    SettingsDocument document(path(), AutoSync::OnDestruction);
+    chain(document, 201);
+    EXPECT_TRUE(raises<RTE::InvalidRequest>(
+        QStringLiteral("Settings document %1 could not be written: entries are nested too deeply")
+            .arg(path()),
+        [&] { document.Save(); }));
+    EXPECT_EQ(content(path()), before);
+}
+
+TEST_F(SettingsDocumentTest, OddTextsComeBack)
+{
+    QStringList texts{QString(), key("%1"), key("]]>"), key("&#10;"), key("-->"), key("\U0001F4F7")};
+    for (const char16_t sign : u"\u007F\u0085\u2028\uFEFF\uFFFD\uFFFF") {
+        texts.append(QString(QChar(sign == 0 ? u' ' : sign)));
+    }
+    for (char16_t sign = 1; sign < 0x20; ++sign) {
+        texts.append(QString(QChar(sign)));
+    }
+    {
+        SettingsDocument document(path("%1 \"é\".xml"), AutoSync::OnDestruction);
+        for (const QString& text : texts) {
+            document.Set(text, text + text);
+            document.GetChild(text)->SetClass(text);
+        }
+    }
+    const SettingsDocument document(path("%1 \"é\".xml"), AutoSync::Never);
+    ASSERT_EQ(document.GetKeys(), std::vector<QString>(texts.begin(), texts.end()));
+    for (const QString& text : texts) {
+        EXPECT_EQ(document.Get<QString>(text), text + text);
+        EXPECT_EQ(document.GetClass(text, 0), text);
+    }
+}
+
 TEST_F(SettingsDocumentTest, NoTruncationIsTakenForAWholeDocument)
 {
     {

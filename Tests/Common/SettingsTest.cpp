@@ -110,6 +110,9 @@ TEST(Settings, CollectionsCountFromZero)
 
     settings.Set(key("Shape"), 1);
     EXPECT_EQ(settings.GetNextCollectionIndex(key("Shape")), 1U);
+    EXPECT_EQ(settings.GetClass(key("Shape"), 0), QString());
+    settings.GetChild(key("%2"), 0);
+    EXPECT_EQ(settings.GetChild(key("%2"), 1)->GetPath(), QStringLiteral("%2[1]"));
 }
 
 TEST(Settings, CopiesAreDeepAndMayOverlap)

@@ -109,7 +109,8 @@ TEST(TimeStamp, ReadsTheFormsOfIso8601)
 TEST(TimeStamp, RefusesOtherTexts)
 {
     for (const char* text : {"", "yesterday", "2023-02-29", "2024-13-01", "0000-01-01", "2024-01-01T25:00",
-                             "2024-01-01T24:00:01", "2024-01-01T12:60", "2024-01-01T12:00:61", "2024-01-01T",
+                             "2024-01-01T24:00:01", "2024-01-01T24:00:00.5", "2024-01-01T12:00:00+24:00",
+                             "2024-01-01T12:60", "2024-01-01T12:00:61", "2024-01-01T",
                              "2024-01-01T12:00:00+1", "2024-01-01T12:00:00Zulu", "24-01-01"}) {
         const QString given = QString::fromLatin1(text);
         EXPECT_TRUE(raises<RTE::ParseError>(QStringLiteral("'%1' is not an ISO 8601 time stamp").arg(given),
