@@ -220,6 +220,9 @@ TEST(FrameDecoders, RegistryCreatesByIdWhatTheLibraryRegistered)
             EXPECT_EQ(typeid(**created), typeid(*description.decoder));
         }
     }
+    const QStringList inOrder{"mono-10p",    "mono-10pmsb", "mono-12p", "mono-12packed",
+                              "mono-12pmsb", "raw-16-bit",  "raw-8-bit"};
+    EXPECT_EQ(frameDecoders().ids(), inOrder);
 }
 
 TEST(FrameDecoders, RegistryRefusesWhatItCannotKeep)

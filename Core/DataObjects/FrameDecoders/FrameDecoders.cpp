@@ -31,6 +31,15 @@ bool FrameDecoders::exists(const QString& id) const
     return find(id) != m_decoders.cend();
 }
 
+QStringList FrameDecoders::ids() const
+{
+    QStringList ids;
+    for (const auto& decoder : m_decoders) {
+        ids << decoder->id();
+    }
+    return ids;
+}
+
 std::optional<std::unique_ptr<I_FrameDecoder>> FrameDecoders::create(const QString& id) const
 {
     const auto found = find(id);

@@ -3,6 +3,8 @@
 
 #include "Core/DataObjects/FrameDecoders/I_FrameDecoder.h"
 
+#include <QStringList>
+
 #include <optional>
 #include <vector>
 
@@ -34,6 +36,9 @@ public:
     int deregisterDecoder(const QString& id);
 
     [[nodiscard]] bool exists(const QString& id) const;
+
+    /// All ids in order of registration.
+    [[nodiscard]] QStringList ids() const;
 
     /// A clone of the decoder of this id; nothing for an unknown one.
     [[nodiscard]] std::optional<std::unique_ptr<I_FrameDecoder>> create(const QString& id) const;
