@@ -1,0 +1,307 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Tests/Support/RunProgram.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+#include <csignal>
+
+#include <sys/stat.h>
+
+namespace
+{
+
+/// Two frames of 4 x 2 pixels as Mono12p, and the words that they stand for.
+const QByteArray rawFrames = QByteArray::fromHex("214365876543012efffff0f0"
+                                                 "0000ff00f00f100200300400");
+const std::vector<unsigned short> frameWords{0x321, 0x654, 0x587, 0x436, 0xe01, 0xff2, 0x0ff, 0xf0f,
+                                             0x000, 0xff0, 0x000, 0x0ff, 0x210, 0x000, 0x430, 0x000};
+
+QString hashOf(const std::vector<unsigned short>& words)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const unsigned short word : words) {
+        const char bytes[] = {static_cast<char>(word & 255), static_cast<char>(word >> 8)};
+        hash.addData(QByteArrayView(bytes, 2));
+    }
+    return QString::fromLatin1(hash.result().toHex());
+}
+
+/// Runs qf in a folder of its own with good and bad files in it.
+class CommandLine : public testing::Test
+{
+protected:
+    CommandLine()
+    {
+        write("good.raw", rawFrames);
+        write("second.raw", rawFrames.left(12));
+        write("empty.raw", {});
+        write("short.raw", rawFrames.left(11));
+        write("odd.raw", rawFrames + 'x');
+        write("existing.qfi", "keep me");
+        write("existing.png", "keep me");
+        QDir(m_folder.path()).mkdir("folder");
+    }
+
+    void write(const QString& name, const QByteArray& bytes) const
+    {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    [[nodiscard]] QByteArray read(const QString& name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+    }
+
+    [[nodiscard]] QString path(const QString& name) const { return m_folder.filePath(name); }
+
+    [[nodiscard]] std::string files() const
+    {
+        const auto all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
+        return QDir(m_folder.path()).entryList(all).join(' ').toStdString();
+    }
+
+    /// Runs one line of arguments that are separated by spaces.
+    [[nodiscard]] TestSupport::ProgramRun qf(const QString& arguments) const
+    {
+        return TestSupport::runProgram(QF_PROGRAM, arguments.split(' ', Qt::SkipEmptyParts), m_folder.path());
+    }
+
+    /// run.qfi with both frames.
+    void makeRun() const
+    {
+        const auto run = qf("decode --format mono-12p --size 4x2 --pixel-size 0.5mm -o run.qfi good.raw");
+        ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    }
+
+    QTemporaryDir m_folder;
+};
+
+struct Case
+{
+    const char* arguments;
+    int exitCode;
+    const char* error;
+};
+
+TEST_F(CommandLine, refusesWithAReasonAndLeavesNothing)
+{
+    makeRun();
+    write("damaged.qfi", read("run.qfi").left(500));
+    const std::vector<Case> cases{
+        {"", 2, "qf: name a command: decode, info or plot"},
+        {"dekode", 2, "dekode"},
+        {"decode good.raw", 2, "required"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi", 2, "FILE is required"},
+        {"decode -f rgb-24 -s 4x2 -o new.qfi good.raw", 2,
+         "known are mono-10p, mono-10pmsb, mono-12p, mono-12packed"},
+        {"decode -f mono-12p -s 0x5 -o new.qfi good.raw", 2, "'0x5' is no size; write width x height"},
+        {"decode -f mono-12p --size=-1x3 -o new.qfi good.raw", 2, "'-1x3' is no size"},
+        {"decode -f mono-12p -s -1x3 -o new.qfi good.raw", 2, "--size"},
+        {"decode -f mono-12p -s axb -o new.qfi good.raw", 2, "'axb' is no size"},
+        {"decode -f mono-12p -s 4x -o new.qfi good.raw", 2, "'4x' is no size"},
+        {"decode -f mono-12p -s 4x2x2 -o new.qfi good.raw", 2, "'4x2x2' is no size"},
+        {"decode -f mono-12p -s 99999999999x2 -o new.qfi good.raw", 2, "is no size"},
+        {"decode -f mono-12p -s 65536x65537 -o new.qfi good.raw", 2, "more pixels than a frame can hold"},
+        {"decode -f mono-12p -s 65536x65535 -o new.qfi good.raw", 1, "good.raw: too short: 24 bytes"},
+        {"decode -f mono-12p -s 3x1 -o new.qfi good.raw", 1,
+         "--size 3x1: Mono12p: Invalid frame dimensions (3)"},
+        {"decode -f mono-10pmsb -s 4x1 -o new.qfi good.raw", 1,
+         "good.raw: 24 bytes are no whole number of frames"},
+        {"decode -f mono-12p -s 4x2 --pixel-size 0mm -o new.qfi good.raw", 2, "'0mm' is no length"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi missing.raw", 1, "missing.raw: no such file; check the name"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi empty.raw", 1, "empty.raw: the file is empty"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi short.raw", 1, "short.raw: too short: 11 bytes"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi odd.raw", 1,
+         "odd.raw: 25 bytes are no whole number of frames"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi good.raw odd.raw", 1,
+         "1 bytes are left over; check --size and --format"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi folder", 1, "folder: is a folder"},
+        {"decode -f mono-12p -s 4x2 -o existing.qfi good.raw", 1,
+         "existing.qfi: the file exists already; choose"},
+        {"decode -f mono-12p -s 4x2 -o folder --force good.raw", 1, "folder: is a folder; name a file in it"},
+        {"decode -f mono-12p -s 4x2 -o no/such/new.qfi good.raw", 1, "the folder no/such does not exist"},
+        {"decode -f mono-12p -s 4x2 -o /proc/new.qfi good.raw", 1, "/proc"},
+        {"decode -f mono-12p -s 4x2 -o good.raw --force good.raw", 2, "the output is also an input"},
+        {"info", 2, "FILE is required"},
+        {"info missing.qfi", 1, "missing.qfi: no such file"},
+        {"info empty.raw", 1, "empty.raw"},
+        {"info good.raw", 1, "good.raw"},
+        {"info damaged.qfi", 1, "damaged.qfi"},
+        {"info folder", 1, "folder: is a folder"},
+        {"plot run.qfi", 2, "--output is required"},
+        {"plot run.qfi -o picture.abc", 2, "picture.abc: no picture format; end the name in .png"},
+        {"plot run.qfi -o existing.png", 1, "existing.png: the file exists already"},
+        {"plot run.qfi -o picture.png --frame 2", 1,
+         "run.qfi: no frame 2; frames count from 0 and there are 2"},
+        {"plot run.qfi -o picture.png --frame -1", 2, "--frame"},
+        {"plot run.qfi -o picture.png --component U", 1, "run.qfi: no component 'U'; the frame has PIXEL"},
+        {"plot run.qfi -o picture.png --z 1", 1, "no plane 1"},
+        {"plot run.qfi -o picture.png --range 5:1", 2, "'5:1' is no range"},
+        {"plot run.qfi -o picture.png --range 1:nan", 2, "'1:nan' is no range"},
+        {"plot run.qfi -o picture.png --colormap jet", 2, "--colormap"},
+        {"plot run.qfi -o picture.png --region 4x2+1+0", 1, "the region exceeds the plane of 4x2 pixels"},
+        {"plot run.qfi -o picture.png --region 4x2+1", 2, "'4x2+1' is no region"},
+        {"plot run.qfi -o picture.png --width 1", 2, "--width"},
+        {"plot damaged.qfi -o picture.png", 1, "damaged.qfi"},
+    };
+    const std::string before = files();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.arguments);
+        const auto run = qf(c.arguments);
+        EXPECT_EQ(run.exitCode, c.exitCode);
+        EXPECT_THAT(run.err.toStdString(), testing::HasSubstr(c.error));
+        EXPECT_THAT(run.err.toStdString(), testing::StartsWith("qf"));
+        EXPECT_EQ(run.err.count("rte.exception"), 0);
+        EXPECT_EQ(run.out.toStdString(), "");
+        EXPECT_EQ(files(), before);
+    }
+    EXPECT_EQ(read("existing.qfi"), QByteArray("keep me"));
+    EXPECT_EQ(read("existing.png"), QByteArray("keep me"));
+    EXPECT_EQ(read("good.raw"), rawFrames);
+}
+
+TEST_F(CommandLine, decodesToWhatTheFormatSays)
+{
+    makeRun();
+    const auto run = qf("info --json --hash --stats run.qfi");
+    ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+    const QJsonObject file = QJsonDocument::fromJson(run.out.toUtf8()).array().at(0).toObject();
+    EXPECT_EQ(file["file"].toString(), QString("run.qfi"));
+    EXPECT_EQ(file["frame_count"].toInt(), 2);
+    const QJsonObject frame = file["frames"].toArray().at(1).toObject();
+    EXPECT_EQ(frame["kind"].toString(), QString("image"));
+    EXPECT_EQ(frame["type"].toString(), QString("uint16"));
+    EXPECT_EQ(frame["width"].toInt(), 4);
+    EXPECT_EQ(frame["height"].toInt(), 2);
+    const QJsonObject scale = frame["scales"].toObject()["y"].toObject();
+    EXPECT_EQ(scale["factor"].toDouble(), 0.5);
+    EXPECT_EQ(scale["unit"].toString(), QString("mm"));
+    EXPECT_EQ(frame["components"].toArray().at(0).toObject()["name"].toString(), QString("PIXEL"));
+    EXPECT_EQ(file["sha256"].toString(), hashOf(frameWords));
+    const QJsonObject first = file["statistics"].toArray().at(0).toObject();
+    EXPECT_EQ(first["minimum"].toDouble(), 255.0);
+    EXPECT_EQ(first["maximum"].toDouble(), 4082.0);
+    EXPECT_EQ(first["mean"].toDouble(), 2086.375);
+    EXPECT_NEAR(first["deviation"].toDouble(), 1416.3166963553738, 1e-9);
+}
+
+TEST_F(CommandLine, hashTellsOneChangedBit)
+{
+    QByteArray changed = rawFrames;
+    changed[20] = static_cast<char>(changed[20] ^ 4);
+    write("changed.raw", changed);
+    ASSERT_EQ(qf("decode -f mono-12p -s 4x2 -o changed.qfi changed.raw").exitCode, 0);
+    const auto run = qf("info --hash changed.qfi");
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out.toStdString(), testing::HasSubstr("sha256:"));
+    EXPECT_FALSE(run.out.contains(hashOf(frameWords)));
+}
+
+TEST_F(CommandLine, joinsRawFilesAndShowsOneAlignedLineEach)
+{
+    makeRun();
+    const auto decoded =
+        qf("decode -f mono-12p -s 4x2 --uncompressed -o longer-name.qfi good.raw second.raw");
+    EXPECT_EQ(decoded.exitCode, 0);
+    EXPECT_EQ(decoded.out, QString());
+    EXPECT_EQ(decoded.err, QString("longer-name.qfi: 3 frames of 4x2\n"));
+    const auto run = qf("info run.qfi missing.qfi longer-name.qfi");
+    EXPECT_EQ(run.exitCode, 1);
+    const QStringList lines = run.out.split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_THAT(lines[0].toStdString(),
+                testing::StartsWith("run.qfi          image  2 frames  4x2  uint16  "));
+    EXPECT_THAT(lines[1].toStdString(),
+                testing::StartsWith("longer-name.qfi  image  3 frames  4x2  uint16  "));
+    EXPECT_THAT(run.err.toStdString(), testing::StartsWith("qf info: missing.qfi: no such file"));
+}
+
+TEST_F(CommandLine, replacesOnlyWhenForced)
+{
+    const auto run = qf("decode -f raw-16-bit -s 2x1 -o existing.qfi --force good.raw");
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_THAT(qf("info existing.qfi").out.toStdString(), testing::HasSubstr("6 frames  2x1"));
+}
+
+TEST_F(CommandLine, tellsScalesComponentsAndStatistics)
+{
+    makeRun();
+    const auto run = qf("info -v --stats run.qfi");
+    EXPECT_EQ(run.exitCode, 0);
+    for (const char* text :
+         {"frames 0 to 1: 4x2, uint16", "0.5 * value mm  Position y", "component PIXEL",
+          "uint16, 1 plane, 1 * value counts  Intensity", "min 255  max 4082  mean 2086.38"}) {
+        EXPECT_THAT(run.out.toStdString(), testing::HasSubstr(text));
+    }
+}
+
+TEST_F(CommandLine, drawsPictures)
+{
+    makeRun();
+    const auto gray = qf("plot run.qfi --frame 1 -o gray.png");
+    EXPECT_EQ(gray.exitCode, 0) << gray.err.toStdString();
+    EXPECT_EQ(gray.err.count('\n'), 1);
+    const QImage grayImage(path("gray.png"));
+    EXPECT_TRUE(grayImage.allGray());
+    const auto colored =
+        qf("plot run.qfi --colormap viridis --range 0:4095 --width 500 --force -o existing.png");
+    EXPECT_EQ(colored.exitCode, 0) << colored.err.toStdString();
+    const QImage coloredImage(path("existing.png"));
+    EXPECT_FALSE(coloredImage.allGray());
+    EXPECT_LE(coloredImage.width(), 500);
+    EXPECT_GT(coloredImage.width(), 400);
+}
+
+TEST_F(CommandLine, helpsWithExamplesFirst)
+{
+    for (const char* arguments : {"--help", "decode --help", "info --help", "plot --help"}) {
+        const auto run = qf(arguments);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_THAT(run.out.toStdString(), testing::StartsWith("Examples:\n  qf "));
+        EXPECT_EQ(run.err, QString());
+    }
+    EXPECT_THAT(qf("--version").out.toStdString(), testing::ContainsRegex("^qf [0-9]+\\.[0-9]+\\.[0-9]+\n$"));
+}
+
+TEST_F(CommandLine, failsWhenResultsCannotBeWritten)
+{
+    makeRun();
+    QProcess process;
+    process.setStandardOutputFile("/dev/full");
+    process.start(QF_PROGRAM, {"info", path("run.qfi")});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_THAT(process.readAllStandardError().toStdString(), testing::HasSubstr("cannot write the results"));
+}
+
+TEST_F(CommandLine, readsAPipeAndStopsWhenInterrupted)
+{
+    ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
+    const std::string before = files();
+    QProcess process;
+    process.setWorkingDirectory(m_folder.path());
+    process.start(QF_PROGRAM, {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "camera.pipe"});
+    ASSERT_TRUE(process.waitForStarted());
+    // Opening waits until the other side has opened the pipe too.
+    QFile pipe(path("camera.pipe"));
+    ASSERT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    ASSERT_EQ(pipe.write(rawFrames), rawFrames.size());
+    EXPECT_FALSE(process.waitForFinished(300));
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(process.waitForFinished(20000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 130);
+    EXPECT_THAT(process.readAllStandardError().toStdString(), testing::HasSubstr("interrupted"));
+    EXPECT_EQ(files(), before);
+}
+
+} // namespace

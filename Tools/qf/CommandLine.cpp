@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Tools/qf/CommandLine.h"
+
+#include "Tools/qf/DecodeCommand.h"
+#include "Tools/qf/InfoCommand.h"
+#include "Tools/qf/PlotCommand.h"
+
+#include <QLoggingCategory>
+
+#include <CLI/CLI.hpp>
+
+#include <sstream>
+
+namespace Qf
+{
+
+namespace
+{
+
+/// Examples first: they are what most readers of a help text look for. An app keeps them in its footer.
+class HelpFormatter : public CLI::Formatter
+{
+public:
+    std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override
+    {
+        if (mode == CLI::AppFormatMode::Sub) {
+            return make_expanded(app);
+        }
+        return app->get_footer() + make_description(app) + make_usage(app, name) + make_positionals(app) +
+               make_groups(app, mode) + make_subcommands(app, mode);
+    }
+};
+
+void setUp(CLI::App& app)
+{
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.footer("Examples:\n"
+               "  qf decode --format mono-12p --size 1280x1024 --output run.qfi camera.raw\n"
+               "  qf info -v run.qfi\n"
+               "  qf plot run.qfi --frame 1 --output picture.png\n"
+               "  qf decode --help\n\n");
+    app.set_version_flag("--version", "qf " DATAOBJECTS_VERSION);
+    app.require_subcommand(0, 1);
+    app.failure_message([](const CLI::App* failed, const CLI::Error& error) {
+        const CLI::App* shown =
+            failed->get_subcommands().empty() ? failed : failed->get_subcommands().front();
+        const std::string name = shown == failed ? "qf" : "qf " + shown->get_name();
+        return name + ": " + error.what() + "\nSee '" + name + " --help'.\n";
+    });
+}
+
+/// The parser's own exceptions carry the help and version texts too; its many exit codes become one.
+int reportParsing(const CLI::App& app, const CLI::ParseError& result)
+{
+    std::ostringstream help;
+    std::ostringstream error;
+    const int code = app.exit(result, help, error);
+    Session::say(QString::fromStdString(error.str()));
+    const auto print = [&] {
+        Session::print(QString::fromStdString(help.str()));
+        return Success;
+    };
+    return code == 0 ? Session().attempt(print) : Usage;
+}
+
+} // namespace
+
+int runCommandLine(int argc, const char* const* argv)
+{
+    // A failure is told once, in the error message, and Qt's hints on the desktop do not concern the users of
+    // qf; who wants to read them sets QT_LOGGING_RULES.
+    QLoggingCategory::setFilterRules(QStringLiteral("rte.exception=false\ndefault.warning=false"));
+    Session session;
+    Job job;
+    CLI::App app("Frames of image-based flow and particle measurement: decode, look into, draw.", "qf");
+    setUp(app);
+    addDecodeCommand(app, session, job);
+    addInfoCommand(app, session, job);
+    addPlotCommand(app, session, job);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& result) {
+        return reportParsing(app, result);
+    }
+    if (!job) {
+        session.reportError(
+            QStringLiteral("name a command: decode, info or plot; 'qf --help' shows examples"));
+        return Usage;
+    }
+    session.setCommand(QStringLiteral("qf ") +
+                       QString::fromStdString(app.get_subcommands().front()->get_name()));
+    return session.attempt(job);
+}
+
+} // namespace Qf

@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Tools/qf/InfoText.h"
+
+#include "Tools/qf/Arguments.h"
+#include "Tools/qf/Session.h"
+
+#include <QLocale>
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <set>
+
+namespace Qf
+{
+
+namespace
+{
+
+QString number(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
+/// Exactly, with as few digits as that takes.
+QString exact(double value)
+{
+    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+}
+
+QString byteCount(qint64 bytes)
+{
+    const std::array<const char*, 5> units{"B", "KiB", "MiB", "GiB", "TiB"};
+    auto value = static_cast<double>(bytes);
+    std::size_t unit = 0;
+    for (; value >= 1024.0 && unit + 1 < units.size(); ++unit) {
+        value /= 1024.0;
+    }
+    return QString::number(value, 'f', unit == 0 ? 0 : 1) + QLatin1Char(' ') + QLatin1String(units[unit]);
+}
+
+QString sizeText(const FrameStructure& frame)
+{
+    QString text = QStringLiteral("%1x%2").arg(frame.width).arg(frame.height);
+    return frame.depth > 1 ? QStringLiteral("%1x%2").arg(text).arg(frame.depth) : text;
+}
+
+/// One text when all runs of frames agree, else "mixed".
+template <typename Text>
+QString common(const BufferSummary& buffer, Text&& text)
+{
+    if (buffer.runs.empty()) {
+        return QStringLiteral("-");
+    }
+    const QString first = text(buffer.runs.front().structure);
+    const bool same = std::all_of(buffer.runs.begin(), buffer.runs.end(),
+                                  [&](const FrameRun& run) { return text(run.structure) == first; });
+    return same ? first : QStringLiteral("mixed");
+}
+
+QStringList columnsOf(const FileInfo& info)
+{
+    QStringList columns{printable(info.path),
+                        common(info.buffer, [](const FrameStructure& frame) { return frame.kind; }),
+                        counted(info.buffer.frameCount, QStringLiteral("frame")),
+                        common(info.buffer, sizeText),
+                        common(info.buffer, [](const FrameStructure& frame) { return typeName(frame.type); }),
+                        byteCount(info.bytes)};
+    if (!info.hash.isEmpty()) {
+        columns << QStringLiteral("sha256:") + info.hash;
+    }
+    return columns;
+}
+
+QString scaleText(const Zt::LinearScale& scale)
+{
+    QString text = exact(scale.getFactor()) + QStringLiteral(" * value");
+    if (scale.getOffset() != 0.0) {
+        text += (scale.getOffset() < 0.0 ? QStringLiteral(" - ") : QStringLiteral(" + ")) +
+                exact(std::abs(scale.getOffset()));
+    }
+    return printable(
+        QStringLiteral("%1 %2  %3").arg(text, scale.getUnit(), scale.getDescription()).trimmed());
+}
+
+QString attributeText(const AttributeSummary& attribute)
+{
+    if (attribute.isText) {
+        return printable(attribute.text);
+    }
+    const std::size_t shown = 8;
+    QStringList numbers;
+    for (std::size_t i = 0; i < std::min(shown, attribute.numbers.size()); ++i) {
+        numbers << exact(attribute.numbers[i]);
+    }
+    if (attribute.numbers.size() > shown) {
+        numbers << QStringLiteral("... %1 numbers").arg(attribute.numbers.size());
+    }
+    return QStringLiteral("[%1]").arg(numbers.join(QStringLiteral(", ")));
+}
+
+/// The attribute in the first frame, and in the last where not all frames agree.
+QString attributeText(const FrameRun& run, const std::string& name)
+{
+    const auto textOf = [&](const AttributeSummaries& attributes) {
+        const auto found = attributes.find(name);
+        return found == attributes.end() ? QStringLiteral("none") : attributeText(found->second);
+    };
+    const QString first = textOf(run.attributes.front());
+    const bool same = std::all_of(run.attributes.begin(), run.attributes.end(),
+                                  [&](const AttributeSummaries& frame) { return textOf(frame) == first; });
+    return same ? first : QStringLiteral("%1 ... %2").arg(first, textOf(run.attributes.back()));
+}
+
+std::set<std::string> attributeNames(const FrameRun& run)
+{
+    std::set<std::string> names;
+    for (const AttributeSummaries& attributes : run.attributes) {
+        for (const auto& entry : attributes) {
+            names.insert(entry.first);
+        }
+    }
+    return names;
+}
+
+/// Lines of a name and a value, the values below one another.
+class Details
+{
+public:
+    void addHeading(const QString& text) { m_text += QStringLiteral("  %1\n").arg(text); }
+    void add(const QString& name, const QString& value)
+    {
+        const qsizetype width = std::max<qsizetype>(28, name.size() + 2);
+        m_text += QStringLiteral("    %1%2\n").arg(printable(name).leftJustified(width), value);
+    }
+    void addAttribute(const std::string& name, const QString& value)
+    {
+        add(QStringLiteral("attribute ") + QString::fromLatin1(name.c_str()), value);
+    }
+    [[nodiscard]] QString text() const { return m_text; }
+
+private:
+    QString m_text;
+};
+
+void addStructure(Details& details, const FrameStructure& frame)
+{
+    if (!frame.grid.empty()) {
+        details.add(
+            QStringLiteral("grid"),
+            QStringLiteral("%1 x %2 x %3 pixels").arg(frame.grid[0]).arg(frame.grid[1]).arg(frame.grid[2]));
+        details.add(QStringLiteral("choices"), QString::number(frame.choices));
+    }
+    const std::array<const char*, 4> axes{"x", "y", "z", "I"};
+    for (std::size_t i = 0; i < axes.size(); ++i) {
+        details.add(QStringLiteral("scale ") + QLatin1String(axes[i]), scaleText(frame.scales[i]));
+    }
+    for (const ComponentSummary& component : frame.components) {
+        details.add(QStringLiteral("component ") + component.name,
+                    QStringLiteral("%1, %2, %3")
+                        .arg(typeName(component.type), counted(component.planes, QStringLiteral("plane")),
+                             scaleText(component.scale)));
+    }
+}
+
+void addRun(Details& details, const FrameRun& run)
+{
+    const auto last = run.first + run.attributes.size() - 1;
+    const QString which = last == run.first ? QStringLiteral("frame %1").arg(run.first)
+                                            : QStringLiteral("frames %1 to %2").arg(run.first).arg(last);
+    details.addHeading(
+        QStringLiteral("%1: %2, %3").arg(which, sizeText(run.structure), typeName(run.structure.type)));
+    addStructure(details, run.structure);
+    for (const std::string& name : attributeNames(run)) {
+        details.addAttribute(name, attributeText(run, name));
+    }
+}
+
+void addBuffer(Details& details, const BufferSummary& buffer)
+{
+    if (!buffer.name.isEmpty() || !buffer.attributes.empty()) {
+        details.addHeading(QStringLiteral("buffer"));
+    }
+    if (!buffer.name.isEmpty()) {
+        details.add(QStringLiteral("name"), printable(buffer.name));
+    }
+    for (const auto& [name, attribute] : buffer.attributes) {
+        details.addAttribute(name, attributeText(attribute));
+    }
+    for (const FrameRun& run : buffer.runs) {
+        addRun(details, run);
+    }
+}
+
+void addStatistics(Details& details, const std::vector<Statistics>& statistics)
+{
+    for (const Statistics& values : statistics) {
+        QString text = QStringLiteral("min %1  max %2  mean %3  deviation %4 %5")
+                           .arg(number(values.minimum), number(values.maximum), number(values.mean),
+                                number(values.deviation), printable(values.unit));
+        if (values.notFinite > 0) {
+            text += QStringLiteral("  %1 not finite").arg(values.notFinite);
+        }
+        details.add(QStringLiteral("frame %1 %2").arg(values.frame).arg(values.component), text);
+    }
+}
+
+/// Each column as wide as its widest text.
+QStringList aligned(const std::vector<QStringList>& rows)
+{
+    std::vector<qsizetype> widths;
+    for (const QStringList& row : rows) {
+        widths.resize(std::max(widths.size(), static_cast<std::size_t>(row.size())), 0);
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            widths[static_cast<std::size_t>(i)] =
+                std::max(widths[static_cast<std::size_t>(i)], row[i].size());
+        }
+    }
+    QStringList lines;
+    for (const QStringList& row : rows) {
+        QString line;
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            line += row[i].leftJustified(widths[static_cast<std::size_t>(i)] + 2);
+        }
+        lines << line.trimmed() + QLatin1Char('\n');
+    }
+    return lines;
+}
+
+} // namespace
+
+QString infoText(const std::vector<FileInfo>& infos, bool verbose)
+{
+    std::vector<QStringList> rows;
+    for (const FileInfo& info : infos) {
+        rows.push_back(columnsOf(info));
+    }
+    const QStringList lines = aligned(rows);
+    QString text;
+    for (std::size_t i = 0; i < infos.size(); ++i) {
+        Details details;
+        if (verbose) {
+            addBuffer(details, infos[i].buffer);
+        }
+        addStatistics(details, infos[i].statistics);
+        text += lines[static_cast<qsizetype>(i)] + details.text();
+    }
+    return text;
+}
+
+} // namespace Qf

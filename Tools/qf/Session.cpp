@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Tools/qf/Session.h"
+
+#include "Core/Common/Raise.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <new>
+
+namespace Qf
+{
+
+namespace
+{
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+void writeTo(std::FILE* stream, const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    const auto size = static_cast<std::size_t>(bytes.size());
+    if (std::fwrite(bytes.constData(), 1, size, stream) != size || std::fflush(stream) != 0) {
+        const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+        if (stream == stdout) {
+            RTE::raise(RTE::FileWriteError(QStringLiteral("cannot write the results: %1").arg(reason)));
+        }
+    }
+}
+
+} // namespace
+
+void Session::listenToInterrupts()
+{
+    struct sigaction action = {};
+    action.sa_handler = [](int) { stopRequested = 1; };
+    // The second signal finds the default action, so that a hanging device or network cannot hold the user
+    // up.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+bool Session::isStopRequested() noexcept
+{
+    return stopRequested != 0;
+}
+
+void Session::stopIfRequested()
+{
+    if (isStopRequested()) {
+        RTE::raise(InterruptedError(QStringLiteral("interrupted")));
+    }
+}
+
+int Session::attempt(const Job& work) const noexcept
+{
+    try {
+        return work();
+    } catch (const InterruptedError& interrupted) {
+        reportError(interrupted.message());
+        return Interrupted;
+    } catch (const UsageError& error) {
+        reportError(error.message());
+        return Usage;
+    } catch (const RTE::Exception& error) {
+        reportError(error.message());
+    } catch (const std::bad_alloc&) {
+        reportError(QStringLiteral("not enough memory; use smaller or fewer files"));
+    } catch (const std::exception& error) {
+        reportError(QString::fromUtf8(error.what()));
+    }
+    return Trouble;
+}
+
+void Session::reportError(const QString& message) const
+{
+    const bool named = m_subject.isEmpty() || message.contains(m_subject);
+    say(QStringLiteral("%1: %2%3\n")
+            .arg(m_command, named ? QString() : printable(m_subject) + QStringLiteral(": "),
+                 printable(message)));
+}
+
+void Session::print(const QString& text)
+{
+    writeTo(stdout, text);
+}
+
+void Session::say(const QString& text)
+{
+    writeTo(stderr, text);
+}
+
+QString printable(const QString& text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (const QChar character : text) {
+        if (character.category() == QChar::Other_Control) {
+            result += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+        } else {
+            result += character;
+        }
+    }
+    return result;
+}
+
+} // namespace Qf
