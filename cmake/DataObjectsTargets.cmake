@@ -14,7 +14,7 @@ function(dataobjects_library)
     target_sources(${target} PRIVATE ${ARG_SOURCES})
     # Export and import are the same attribute with ELF; without the define all libraries share one precompiled header.
     set_target_properties(${target} PROPERTIES
-        DEFINE_SYMBOL "" EXPORT_NAME ${ARG_NAME} VERSION ${PROJECT_VERSION}
+        DEFINE_SYMBOL "" INSTALL_RPATH "$ORIGIN" EXPORT_NAME ${ARG_NAME} VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} VERIFY_INTERFACE_HEADER_SETS ON)
 
     string(TOUPPER ${ARG_NAME} upper)

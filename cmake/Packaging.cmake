@@ -10,6 +10,7 @@ function(dataobjects_package)
         COMPATIBILITY SameMinorVersion)
     install(FILES "${PROJECT_BINARY_DIR}/DataObjectsConfig.cmake"
         "${PROJECT_BINARY_DIR}/DataObjectsConfigVersion.cmake" DESTINATION ${destination})
+    file(RELATIVE_PATH DATAOBJECTS_PREFIX_FROM_PC "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
     configure_file("${PROJECT_SOURCE_DIR}/cmake/dataobjects.pc.in" "${PROJECT_BINARY_DIR}/dataobjects.pc" @ONLY)
     install(FILES "${PROJECT_BINARY_DIR}/dataobjects.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
     install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${CMAKE_INSTALL_DOCDIR})

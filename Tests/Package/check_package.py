@@ -52,8 +52,8 @@ def build_consumer(cmake, prefix, folder):
 def build_with_pkg_config(prefix, folder):
     paths = [str(path.parent) for path in prefix.rglob("dataobjects.pc")]
     environment = dict(os.environ, PKG_CONFIG_PATH=":".join(paths))
-    flags = subprocess.run(["pkg-config", f"--define-variable=prefix={prefix}", "--cflags", "--libs", "dataobjects"],
-                           check=True, capture_output=True, text=True, env=environment).stdout.split()
+    flags = subprocess.run(["pkg-config", "--cflags", "--libs", "dataobjects"], check=True,
+                           capture_output=True, text=True, env=environment).stdout.split()
     program = folder / "with-pkg-config"
     run("c++", HERE / "Consumer" / "main.cpp", "-fPIC", "-o", program, *flags)
     library = next(prefix.rglob("libDataObjects.so")).parent
@@ -70,6 +70,7 @@ def main():
         run(arguments.cmake, "--install", arguments.build, "--prefix", prefix, stdout=subprocess.DEVNULL)
         check_files(prefix, arguments.version)
         check_headers(prefix / "include" / "DataObjects")
+        run(prefix / "bin" / "qf", "--version", stdout=subprocess.DEVNULL)
         build_consumer(arguments.cmake, prefix, Path(folder) / "build")
         build_with_pkg_config(prefix, Path(folder))
 
