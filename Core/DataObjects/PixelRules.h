@@ -107,12 +107,12 @@ struct Rules
     /// Pixel over pixel: truncated in all integer types, and a negative pixel over 0 is 0.
     [[nodiscard]] static constexpr T ratio(T pixel, T divisor) noexcept
     {
-        if (divisor == 0) {
-            return pixel > 0 ? std::numeric_limits<T>::max() : T{0};
-        }
-        return fromDouble(static_cast<double>(pixel) / static_cast<double>(divisor));
+        const T whole = fromDouble(static_cast<double>(pixel) / static_cast<double>(divisor));
+        const T saturated = pixel > 0 ? std::numeric_limits<T>::max() : T{0};
+        return divisor != 0 ? whole : saturated;
     }
 };
+;
 
 /// Arithmetic on real numbers: in the type itself, with the operand rounded to it, except for a quotient by a
 /// number.
@@ -137,7 +137,8 @@ struct Rules<T>
     }
     [[nodiscard]] static constexpr T ratio(T pixel, T divisor) noexcept
     {
-        return divisor == 0 ? overZero(pixel) : pixel / divisor;
+        const T quotient = pixel / divisor;
+        return divisor != 0 ? quotient : overZero(pixel);
     }
 };
 
