@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/PixelKernels.h"
 
-#include "Core/Common/CacheSize.h"
 #include "Core/Common/PixelTypes.h"
+#include "Core/DataObjects/CacheLines.h"
 #include "Core/DataObjects/PixelRules.h"
 
 #include <array>
@@ -91,13 +91,21 @@ void divideEachBy(T* pixels, std::size_t count, const T* divisors)
 }
 /// \}
 
-/// Pixels before the first one on a vector's boundary, at most `count`.
-template <typename T, class D>
-std::size_t unalignedPixels(D d, const T* pixels, std::size_t count)
+/// Bytes that a plain loop takes between two looks ahead; whole vectors on every processor.
+inline constexpr std::size_t stepBytes = 1024;
+
+/// Runs a plain loop from a cache line on, after the pixels before it.
+template <auto pass, typename T>
+void alongLines(T* pixels, std::size_t count, double operand)
 {
-    const std::size_t bytes = hn::Lanes(d) * sizeof(T);
-    const std::size_t beyond = reinterpret_cast<std::uintptr_t>(pixels) % bytes;
-    return std::min(count, (bytes - beyond) % bytes / sizeof(T));
+    constexpr std::size_t step = stepBytes / sizeof(T);
+    std::size_t done = pixelsBeforeLine(pixels, count);
+    pass(pixels, done, operand);
+    for (; done + step <= count; done += step) {
+        prefetchAhead(pixels + done, step);
+        pass(pixels + done, step, operand);
+    }
+    pass(pixels + done, count - done, operand);
 }
 
 template <typename T>
@@ -105,10 +113,10 @@ void fill(T* pixels, std::size_t count, T value)
 {
     const hn::ScalableTag<T> d;
     const auto values = hn::Set(d, value);
-    const bool streams = count * sizeof(T) > RTE::lastLevelCacheBytes();
-    std::size_t i = unalignedPixels(d, pixels, count);
+    std::size_t i = pixelsBeforeLine(pixels, count);
     std::fill_n(pixels, i, value);
-    if (streams) {
+    // Other stores read each line first, which for a fill is half the work.
+    if (isWorthStreaming(4 * count * sizeof(T))) {
         for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
             hn::Stream(values, d, pixels + i);
         }
@@ -128,9 +136,10 @@ void addWhole(T* pixels, std::size_t count, int operand)
     const hn::ScalableTag<T> d;
     const auto up = hn::Set(d, static_cast<T>(std::max(operand, 0)));
     const auto down = hn::Set(d, static_cast<T>(std::max(-operand, 0)));
-    std::size_t i = unalignedPixels(d, pixels, count);
+    std::size_t i = pixelsBeforeLine(pixels, count);
     addEach(pixels, i, operand);
     for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        prefetchAhead(pixels + i);
         const auto raised = hn::SaturatedAdd(hn::Load(d, pixels + i), up);
         hn::Store(hn::SaturatedSub(raised, down), d, pixels + i);
     }
@@ -171,6 +180,7 @@ void lookUp(unsigned char* pixels, std::size_t count, const std::array<unsigned 
     }
     const auto rowLength = hn::Set(dIndex, 16);
     for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        prefetchAhead(pixels + i);
         const auto values = hn::LoadU(d, pixels + i);
         auto lower = hn::BitCast(dIndex, values);
         auto upper = hn::BitCast(dIndex, hn::Xor(values, hn::Set(d, 0x80)));
@@ -206,86 +216,196 @@ void lookUpResultOf(unsigned char* pixels, std::size_t count, double operand)
     lookUp(pixels, count, table);
 }
 
-/// Multiplies words in one step, rounding to the nearest and to even.
+/// Multiplies words by a factor that is not negative, rounding half up.
 void scaleWords(unsigned short* pixels, std::size_t count, double factor)
 {
-    // Added to a number below 2^16, this leaves the rounded number in the low bits of the sum.
-    constexpr double shifter = 0x1p52;
+    std::size_t i = pixelsBeforeLine(pixels, count);
+    multiplyEach(pixels, i, factor);
+#if HWY_TARGET != HWY_SCALAR
+    // Ored into a whole number, the bits of 2^52 make it a double that is larger by 2^52.
+    constexpr double offset = 0x1p52;
+    // Added to a number from 1/2 to 2^36, this rounds it down to a multiple of 2^-16: the whole part ends up
+    // in the second lowest 16 bits. A sum halfway between two multiples goes to the even one, so whole
+    // numbers stay.
+    constexpr double floorShifter = 0x1p36 - 0x1p-17;
     const hn::ScalableTag<double> d;
-    const hn::Rebind<std::uint64_t, decltype(d)> dBits;
-    const hn::Rebind<std::int32_t, decltype(d)> dInt;
-    const hn::Rebind<unsigned short, decltype(d)> dWord;
-    const auto factors = hn::Set(d, factor);
-    const auto shifters = hn::Set(d, shifter);
-    const auto limit = hn::Set(d, shifter + highest<unsigned short>);
-    std::size_t i = 0;
-    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
-        const auto values = hn::PromoteTo(d, hn::PromoteTo(dInt, hn::LoadU(dWord, pixels + i)));
-        const auto sums = hn::Min(hn::MulAdd(values, factors, shifters), limit);
-        hn::StoreU(hn::TruncateTo(dWord, hn::BitCast(dBits, sums)), dWord, pixels + i);
+    const hn::RebindToUnsigned<decltype(d)> dBits;
+    const hn::Repartition<std::uint32_t, decltype(d)> dPair;
+    const hn::Rebind<unsigned short, decltype(dPair)> dWord;
+    const auto offsets = hn::Set(d, offset);
+    const auto lower = hn::Set(dBits, 0xFFFFFFFFU);
+    const auto factors = hn::Set(d, std::min(factor, std::numeric_limits<double>::max()));
+    const auto half = hn::Set(d, 0.5);
+    const auto limit = hn::Set(d, highest<unsigned short> + 0.5);
+    const auto shifter = hn::Set(d, floorShifter);
+    for (; i + hn::Lanes(dPair) <= count; i += hn::Lanes(dPair)) {
+        prefetchAhead(pixels + i);
+        const auto pairs = hn::BitCast(dBits, hn::PromoteTo(dPair, hn::LoadU(dWord, pixels + i)));
+        const auto evenBits = hn::Or(hn::And(pairs, lower), hn::BitCast(dBits, offsets));
+        const auto oddBits = hn::Or(hn::ShiftRight<32>(pairs), hn::BitCast(dBits, offsets));
+        const auto even = hn::Mul(hn::Sub(hn::BitCast(d, evenBits), offsets), factors);
+        const auto odd = hn::Mul(hn::Sub(hn::BitCast(d, oddBits), offsets), factors);
+        const auto evenFloor = hn::Add(hn::Min(hn::Add(even, half), limit), shifter);
+        const auto oddFloor = hn::Add(hn::Min(hn::Add(odd, half), limit), shifter);
+        const auto evenWords = hn::BitCast(dPair, hn::ShiftRight<16>(hn::BitCast(dBits, evenFloor)));
+        const auto oddWords = hn::BitCast(dPair, hn::ShiftLeft<16>(hn::BitCast(dBits, oddFloor)));
+        hn::StoreU(hn::TruncateTo(dWord, hn::OddEven(oddWords, evenWords)), dWord, pixels + i);
     }
+#endif
     multiplyEach(pixels + i, count - i, factor);
 }
 
-using WordPass = void (*)(unsigned short*, std::size_t, double);
-
-/// Tries all 65536 words: does scaling by `factor` equal `pass`?
-template <WordPass pass>
-bool scalingEquals(double factor, double operand)
+void multiplyWords(unsigned short* pixels, std::size_t count, double operand)
 {
-    std::array<unsigned short, 1024> expected;
-    std::array<unsigned short, 1024> scaled;
-    for (std::size_t first = 0; first < 0x10000; first += expected.size()) {
-        std::iota(expected.begin(), expected.end(), static_cast<unsigned short>(first));
-        scaled = expected;
-        pass(expected.data(), expected.size(), operand);
-        scaleWords(scaled.data(), scaled.size(), factor);
-        if (std::memcmp(expected.data(), scaled.data(), sizeof expected) != 0) {
+    if (operand >= 0) {
+        scaleWords(pixels, count, operand);
+    } else {
+        std::fill_n(pixels, count, static_cast<unsigned short>(0));
+    }
+}
+
+/// Tries all 65536 words: does multiplication by `factor` equal division by `divisor`?
+bool isReciprocal(double factor, double divisor)
+{
+    std::array<unsigned short, 1024> quotients;
+    std::array<unsigned short, 1024> products;
+    for (std::size_t first = 0; first < 0x10000; first += quotients.size()) {
+        std::iota(quotients.begin(), quotients.end(), static_cast<unsigned short>(first));
+        products = quotients;
+        divideEach(quotients.data(), quotients.size(), divisor);
+        multiplyWords(products.data(), products.size(), factor);
+        if (quotients != products) {
             return false;
         }
     }
     return true;
 }
 
-/// The exact passes over words round twice, and halves up. Scaling by a factor that is a trace larger lifts
-/// exact halves over the tie, and nothing else for nearly every operand; where the image is large, it is
-/// tried whether this operand is one of them.
-template <WordPass pass>
-void scaleOr(unsigned short* pixels, std::size_t count, double factor, double operand)
+/// Division takes several times as long as multiplication, which for nearly all divisors rounds to the same
+/// words: with the reciprocal or, where that fell short of a tie, with the next larger number.
+void divideWords(unsigned short* pixels, std::size_t count, double operand)
 {
     constexpr std::size_t worthTheTrial = 1U << 18U;
-    const double lifted = factor * (1 + 0x1p-48);
-    if (count >= worthTheTrial && scalingEquals<pass>(lifted, operand)) {
-        scaleWords(pixels, count, lifted);
-    } else {
-        pass(pixels, count, operand);
+    if (count >= worthTheTrial) {
+        const double reciprocal = 1 / operand;
+        const double larger = std::nextafter(reciprocal, std::numeric_limits<double>::infinity());
+        for (const double factor : {reciprocal, larger}) {
+            if (isReciprocal(factor, operand)) {
+                multiplyWords(pixels, count, factor);
+                return;
+            }
+        }
     }
+    alongLines<divideEach<unsigned short>>(pixels, count, operand);
 }
 
-/// Divides words or bytes in `float`. The approximate reciprocal with one Newton step is good to 2^-20, and a
-/// quotient of half a pixel more stays away from whole numbers by 2^-17 of itself, so truncation is exact.
+/// \name Quotients of pixels by way of approximate reciprocals
+///
+/// For whole numbers a and b a quotient that is no whole number stays away from the next one by 1 / b, which
+/// is at least 1 / a' of the quotient, where a' is the highest pixel. So the reciprocal may err, as long as
+/// it errs upward by less: truncation then gives the exact quotient. Each returns how many pixels it did.
+/// \{
+
+/// Bytes need the twelve bits of the approximation, words one Newton step more. What is divided by 0 becomes
+/// infinite and is clamped, except that 0 becomes NaN and ends as 0.
 template <typename T>
-std::size_t divideSmallBy(T* pixels, std::size_t count, const T* divisors)
+std::size_t divideVectorsBy(T* pixels, std::size_t count, const T* divisors)
 {
+    constexpr float upward = sizeof(T) == 1 ? 1 + 0x1p-10F : 1 + 0x1p-18F;
+    // As in scaleWords, to multiples of 1/2; needs a number of at least 1/4.
+    constexpr float floorShifter = 0x1p22F - 0.25F;
     const hn::ScalableTag<float> d;
-    const hn::Rebind<std::int32_t, decltype(d)> dInt;
-    const hn::Rebind<T, decltype(d)> dSmall;
+    const hn::RebindToUnsigned<decltype(d)> dBits;
+    const hn::RebindToSigned<decltype(d)> dInt;
+    const hn::Rebind<T, decltype(d)> dPixel;
     const auto half = hn::Set(d, 0.5F);
     const auto two = hn::Set(d, 2.0F);
+    const auto limit = hn::Set(d, static_cast<float>(highest<T>));
     std::size_t i = 0;
     for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
-        const auto above = hn::PromoteTo(dInt, hn::LoadU(dSmall, pixels + i));
-        const auto below = hn::ConvertTo(d, hn::PromoteTo(dInt, hn::LoadU(dSmall, divisors + i)));
-        const auto near = hn::ApproximateReciprocal(below);
-        const auto reciprocal = hn::Mul(near, hn::NegMulAdd(near, below, two));
-        const auto quotient =
-            hn::ConvertTo(dInt, hn::Mul(hn::Add(hn::ConvertTo(d, above), half), reciprocal));
-        const auto saturated = hn::IfThenElseZero(hn::Gt(above, hn::Zero(dInt)), hn::Set(dInt, 0xFFFF));
-        const auto isZero = hn::RebindMask(dInt, hn::Eq(below, hn::Zero(d)));
-        hn::StoreU(hn::DemoteTo(dSmall, hn::IfThenElse(isZero, saturated, quotient)), dSmall, pixels + i);
+        prefetchAhead(pixels + i);
+        prefetchAhead(divisors + i);
+        const auto above = hn::ConvertTo(d, hn::PromoteTo(dInt, hn::LoadU(dPixel, pixels + i)));
+        const auto below = hn::ConvertTo(d, hn::PromoteTo(dInt, hn::LoadU(dPixel, divisors + i)));
+        auto reciprocal = hn::ApproximateReciprocal(below);
+        if constexpr (sizeof(T) == 2) {
+            const auto refined = hn::Mul(reciprocal, hn::NegMulAdd(reciprocal, below, two));
+            reciprocal = hn::IfThenElse(hn::Eq(below, hn::Zero(d)), reciprocal, refined);
+        }
+        const auto quotient = hn::Mul(above, hn::Mul(reciprocal, hn::Set(d, upward)));
+        const auto number = hn::IfThenElse(hn::Gt(quotient, half), quotient, half);
+        const auto floored = hn::Add(hn::Min(number, limit), hn::Set(d, floorShifter));
+        hn::StoreU(hn::TruncateTo(dPixel, hn::ShiftRight<1>(hn::BitCast(dBits, floored))), dPixel,
+                   pixels + i);
     }
     return i;
 }
+
+/// The reciprocal of whole numbers: two Newton steps make 45 bits of it, the second one errs upward.
+template <class D>
+hn::Vec<D> upwardReciprocal(D d, hn::Vec<D> numbers, hn::Vec<hn::Rebind<float, D>> rounded)
+{
+    const auto two = hn::Set(d, 2.0);
+    const auto near = hn::PromoteTo(d, hn::ApproximateReciprocal(rounded));
+    const auto nearer = hn::Mul(near, hn::NegMulAdd(near, numbers, two));
+    return hn::Mul(nearer, hn::NegMulAdd(nearer, numbers, hn::Set(d, 2 + 0x1p-38)));
+}
+
+inline std::size_t divideVectorsBy(int* pixels, std::size_t count, const int* divisors)
+{
+    const hn::ScalableTag<double> d;
+    const hn::Rebind<float, decltype(d)> dFloat;
+    const hn::Rebind<int, decltype(d)> dInt;
+    const auto zero = hn::Zero(dInt);
+    std::size_t i = 0;
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        prefetchAhead(pixels + i);
+        prefetchAhead(divisors + i);
+        const auto above = hn::LoadU(dInt, pixels + i);
+        const auto below = hn::LoadU(dInt, divisors + i);
+        const auto reciprocal = upwardReciprocal(d, hn::PromoteTo(d, below), hn::ConvertTo(dFloat, below));
+        const auto quotient = hn::DemoteTo(dInt, hn::Mul(hn::PromoteTo(d, above), reciprocal));
+        const auto overZero =
+            hn::IfThenElseZero(hn::Gt(above, zero), hn::Set(dInt, std::numeric_limits<int>::max()));
+        hn::StoreU(hn::IfThenElse(hn::Eq(below, zero), overZero, quotient), dInt, pixels + i);
+    }
+    return i;
+}
+
+template <class D>
+hn::Vec<D> toDouble(D d, hn::Vec<hn::Rebind<unsigned int, D>> numbers)
+{
+    const hn::RebindToUnsigned<D> dBits;
+    const auto offset = hn::Set(d, 0x1p52);
+    return hn::Sub(hn::BitCast(d, hn::Or(hn::PromoteTo(dBits, numbers), hn::BitCast(dBits, offset))), offset);
+}
+
+inline std::size_t divideVectorsBy(unsigned int* pixels, std::size_t count, const unsigned int* divisors)
+{
+    constexpr double floorShifter = 0x1p42 - 0x1p-11;
+    const hn::ScalableTag<double> d;
+    const hn::RebindToUnsigned<decltype(d)> dBits;
+    const hn::Rebind<float, decltype(d)> dFloat;
+    const hn::Rebind<unsigned int, decltype(d)> dPixel;
+    const auto half = hn::Set(d, 0.5);
+    const auto zero = hn::Zero(dPixel);
+    std::size_t i = 0;
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        prefetchAhead(pixels + i);
+        prefetchAhead(divisors + i);
+        const auto above = hn::LoadU(dPixel, pixels + i);
+        const auto below = hn::LoadU(dPixel, divisors + i);
+        const auto numbers = toDouble(d, below);
+        const auto reciprocal = upwardReciprocal(d, numbers, hn::DemoteTo(dFloat, numbers));
+        const auto number = hn::Max(hn::Mul(toDouble(d, above), reciprocal), half);
+        const auto floored = hn::Add(number, hn::Set(d, floorShifter));
+        const auto quotient = hn::TruncateTo(dPixel, hn::ShiftRight<10>(hn::BitCast(dBits, floored)));
+        const auto overZero = hn::IfThenElse(hn::Eq(above, zero), zero, hn::Not(zero));
+        hn::StoreU(hn::IfThenElse(hn::Eq(below, zero), overZero, quotient), dPixel, pixels + i);
+    }
+    return i;
+}
+/// \}
 
 template <typename T>
 void multiply(T* pixels, std::size_t count, double operand)
@@ -293,9 +413,9 @@ void multiply(T* pixels, std::size_t count, double operand)
     if constexpr (sizeof(T) == 1) {
         lookUpResultOf<multiplyEach<T>>(pixels, count, operand);
     } else if constexpr (sizeof(T) == 2) {
-        scaleOr<multiplyEach<T>>(pixels, count, operand, operand);
+        multiplyWords(pixels, count, operand);
     } else {
-        multiplyEach(pixels, count, operand);
+        alongLines<multiplyEach<T>>(pixels, count, operand);
     }
 }
 
@@ -305,7 +425,7 @@ void add(T* pixels, std::size_t count, double operand)
     if constexpr (sizeof(T) <= 2) {
         addToSmall(pixels, count, operand);
     } else {
-        addEach(pixels, count, operand);
+        alongLines<addEach<T>>(pixels, count, operand);
     }
 }
 
@@ -317,9 +437,9 @@ void divide(T* pixels, std::size_t count, double operand)
     } else if constexpr (sizeof(T) == 1) {
         lookUpResultOf<divideEach<T>>(pixels, count, operand);
     } else if constexpr (sizeof(T) == 2) {
-        scaleOr<divideEach<T>>(pixels, count, 1 / operand, operand);
+        divideWords(pixels, count, operand);
     } else {
-        divideEach(pixels, count, operand);
+        alongLines<divideEach<T>>(pixels, count, operand);
     }
 }
 
@@ -327,11 +447,17 @@ template <typename T>
 void divideBy(T* pixels, std::size_t count, const T* divisors)
 {
     std::size_t done = 0;
-#if HWY_ARCH_X86
-    if constexpr (sizeof(T) <= 2) {
-        done = divideSmallBy(pixels, count, divisors);
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_SCALAR
+    if constexpr (std::integral<T>) {
+        done = divideVectorsBy(pixels, count, divisors);
     }
 #endif
+    constexpr std::size_t step = stepBytes / sizeof(T);
+    for (; done + step <= count; done += step) {
+        prefetchAhead(pixels + done, step);
+        prefetchAhead(divisors + done, step);
+        divideEachBy(pixels + done, step, divisors + done);
+    }
     divideEachBy(pixels + done, count - done, divisors + done);
 }
 

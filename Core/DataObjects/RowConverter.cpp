@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/RowConverter.h"
 
-#include "Core/Common/CacheSize.h"
+#include "Core/DataObjects/CacheLines.h"
 #include "Core/DataObjects/PixelRules.h"
 
 #include <array>
@@ -20,50 +20,51 @@ namespace DataObjects::Private::HWY_NAMESPACE
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-template <class DInt, class D>
-hn::Vec<DInt> toInt(DInt dInt, D, hn::Vec<D> values)
+/// A whole number added to this has its bits at the low end of the sum.
+template <typename Real>
+inline constexpr Real shifter = sizeof(Real) == sizeof(float) ? Real{0x1p23} : Real{0x1p52};
+
+/// Numbers within the range of T, which lies below the shifter, to T by truncation.
+template <typename T, class D>
+hn::Vec<hn::Rebind<T, D>> truncateInRange(D d, hn::Vec<D> values)
 {
-    if constexpr (sizeof(hn::TFromD<D>) == sizeof(std::int32_t)) {
-        return hn::ConvertTo(dInt, values);
-    } else {
-        return hn::DemoteTo(dInt, values);
-    }
+    const hn::RebindToUnsigned<D> dBits;
+    const auto sums = hn::Add(hn::Trunc(values), hn::Set(d, shifter<hn::TFromD<D>>));
+    return hn::TruncateTo(hn::Rebind<T, D>(), hn::BitCast(dBits, sums));
 }
 
-/// Beyond `int` in two halves: what lies above 2^31 is lowered by it and gets it back as the sign bit.
-template <class DUInt, class D>
-hn::Vec<DUInt> toUnsigned(DUInt dUInt, D d, hn::Vec<D> values)
+/// Positive floats to `unsigned int` in two halves: what is above 2^31 is lowered by it and gets it back as
+/// the sign bit.
+template <class D>
+hn::Vec<hn::RebindToUnsigned<D>> toUnsigned(D d, hn::Vec<D> values)
 {
-    if constexpr (sizeof(hn::TFromD<D>) == sizeof(std::uint32_t)) {
-        const hn::Rebind<std::int32_t, D> dInt;
-        const auto half = hn::Set(d, 0x1p31F);
-        const auto isUpper = hn::Ge(values, half);
-        const auto lowered = hn::IfThenElse(isUpper, hn::Sub(values, half), values);
-        const auto signBit = hn::IfThenElseZero(hn::RebindMask(dUInt, isUpper), hn::Set(dUInt, 0x80000000U));
-        return hn::Xor(hn::BitCast(dUInt, hn::ConvertTo(dInt, lowered)), signBit);
-    } else {
-        // Added to a whole number below 2^52, 2^52 leaves that number in the low bits.
-        const hn::Rebind<std::uint64_t, D> dBits;
-        const auto whole = hn::Trunc(hn::Min(values, hn::Set(d, highest<unsigned int>)));
-        return hn::TruncateTo(dUInt, hn::BitCast(dBits, hn::Add(whole, hn::Set(d, 0x1p52))));
-    }
+    const hn::RebindToUnsigned<D> dUnsigned;
+    const auto half = hn::Set(d, 0x1p31F);
+    const auto isUpper = hn::Ge(values, half);
+    const auto lowered = hn::IfThenElse(isUpper, hn::Sub(values, half), values);
+    const auto signBit =
+        hn::IfThenElseZero(hn::RebindMask(dUnsigned, isUpper), hn::Set(dUnsigned, 0x80000000U));
+    return hn::Xor(hn::BitCast(dUnsigned, hn::ConvertTo(hn::RebindToSigned<D>(), lowered)), signBit);
 }
 
 /// Real numbers to T: clamped, truncated toward zero, NaN is 0.
 template <typename T, class D>
-auto truncatedTo(D d, hn::Vec<D> values)
+hn::Vec<hn::Rebind<T, D>> truncateTo(D d, hn::Vec<D> values)
 {
-    const hn::Rebind<T, D> dTo;
-    const hn::Rebind<std::int32_t, D> dInt;
+    using Real = hn::TFromD<D>;
     if constexpr (std::is_same_v<T, int>) {
-        return toInt(dInt, d, hn::IfThenElseZero(hn::Eq(values, values), values));
+        const auto numbers = hn::IfThenElseZero(hn::Eq(values, values), values);
+        if constexpr (sizeof(Real) == sizeof(T)) {
+            return hn::ConvertTo(hn::Rebind<T, D>(), numbers);
+        } else {
+            return hn::DemoteTo(hn::Rebind<T, D>(), numbers);
+        }
     } else {
         const auto positive = hn::IfThenElseZero(hn::Gt(values, hn::Zero(d)), values);
-        if constexpr (std::is_same_v<T, unsigned int>) {
-            return toUnsigned(dTo, d, positive);
+        if constexpr (sizeof(Real) == sizeof(T)) {
+            return toUnsigned(d, positive);
         } else {
-            const auto limit = hn::Set(d, static_cast<hn::TFromD<D>>(highest<T>));
-            return hn::DemoteTo(dTo, toInt(dInt, d, hn::Min(positive, limit)));
+            return truncateInRange<T>(d, hn::Min(positive, hn::Set(d, static_cast<Real>(highest<T>))));
         }
     }
 }
@@ -78,6 +79,11 @@ auto clampedToFloat(D d, hn::Vec<D> values)
     return hn::DemoteTo(dTo, hn::IfThenElse(hn::Lt(lowered, hn::Neg(limit)), hn::Neg(limit), lowered));
 }
 
+/// The pairs for which the compiler makes no good vectors of the rule.
+template <typename From, typename To>
+inline constexpr bool isByVectors = (std::floating_point<From> && sizeof(To) <= 4) ||
+                                    (std::is_same_v<From, int> && sizeof(To) == 2);
+
 /// The whole vectors of a run; returns how many pixels they were.
 template <typename From, typename To>
 std::size_t convertVectors(const From* source, To* destination, std::size_t count)
@@ -87,8 +93,10 @@ std::size_t convertVectors(const From* source, To* destination, std::size_t coun
     std::size_t i = 0;
     for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
         const auto values = hn::LoadU(d, source + i);
-        if constexpr (std::integral<To>) {
-            hn::StoreU(truncatedTo<To>(d, values), dTo, destination + i);
+        if constexpr (std::is_same_v<From, int>) {
+            hn::StoreU(hn::DemoteTo(dTo, values), dTo, destination + i);
+        } else if constexpr (std::integral<To>) {
+            hn::StoreU(truncateTo<To>(d, values), dTo, destination + i);
         } else {
             hn::StoreU(clampedToFloat(d, values), dTo, destination + i);
         }
@@ -109,24 +117,25 @@ template <typename From, typename To>
 void convertRun(const From* source, To* destination, std::size_t count)
 {
     std::size_t done = 0;
-    if constexpr (std::floating_point<From> && sizeof(To) <= 4) {
+    if constexpr (isByVectors<From, To>) {
         done = convertVectors(source, destination, count);
     }
     convertEach(source + done, destination + done, count - done);
 }
 
-/// Converts into a small buffer and writes that past the cache, which saves reading the destination.
+/// Converts into a small buffer and writes that past the cache, which saves reading the destination first.
+/// The destination begins at a cache line.
 template <typename From, typename To>
 void convertStreaming(const From* source, To* destination, std::size_t count)
 {
+    // Small steps keep reading and writing interleaved.
     const hn::ScalableTag<To> d;
-    HWY_ALIGN std::array<To, 4096 / sizeof(To)> stage;
-    const std::size_t vectorBytes = hn::Lanes(d) * sizeof(To);
-    const std::size_t beyond = reinterpret_cast<std::uintptr_t>(destination) % vectorBytes;
-    std::size_t done = std::min(count, (vectorBytes - beyond) % vectorBytes / sizeof(To));
-    convertRun(source, destination, done);
+    HWY_ALIGN std::array<To, 4 * cacheLine / sizeof(To)> stage;
+    std::size_t done = 0;
     for (; done + stage.size() <= count; done += stage.size()) {
-        convertRun(source + done, stage.data(), stage.size());
+        const From* const step = source + done;
+        prefetchAhead(step, stage.size());
+        convertRun(step, stage.data(), stage.size());
         for (std::size_t i = 0; i < stage.size(); i += hn::Lanes(d)) {
             hn::Stream(hn::Load(d, stage.data() + i), d, destination + done + i);
         }
@@ -142,10 +151,12 @@ void convert(const void* source, void* destination, std::size_t count)
     auto* to = static_cast<To*>(destination);
     if constexpr (std::is_same_v<From, To>) {
         std::memcpy(to, from, count * sizeof(To));
-    } else if (count * (sizeof(From) + sizeof(To)) > RTE::lastLevelCacheBytes()) {
-        convertStreaming(from, to, count);
     } else {
-        convertRun(from, to, count);
+        const std::size_t head = pixelsBeforeLine(to, count);
+        const auto body = isWorthStreaming(count * (sizeof(From) + sizeof(To))) ? convertStreaming<From, To>
+                                                                                : convertRun<From, To>;
+        convertEach(from, to, head);
+        body(from + head, to + head, count - head);
     }
 }
 
