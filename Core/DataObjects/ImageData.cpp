@@ -2,7 +2,7 @@
 #include "Core/DataObjects/ImageData.h"
 
 #include "Core/Common/Array.h"
-#include "Core/DataObjects/PixelKernels.h"
+#include "Core/DataObjects/PixelArithmetic.h"
 #include "Core/DataObjects/RowConverter.h"
 
 #include <cstring>

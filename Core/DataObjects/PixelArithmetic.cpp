@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Core/DataObjects/PixelKernels.h"
+#include "Core/DataObjects/PixelArithmetic.h"
 
 #include "Core/Common/PixelTypes.h"
 #include "Core/DataObjects/CacheLines.h"
@@ -14,14 +14,14 @@
 #include <tuple>
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "Core/DataObjects/PixelKernels.cpp"
+#define HWY_TARGET_INCLUDE "Core/DataObjects/PixelArithmetic.cpp"
 #include <hwy/foreach_target.h>
 
 #include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
-#ifndef DATAOBJECTS_PIXEL_KERNELS
-#define DATAOBJECTS_PIXEL_KERNELS
+#ifndef DATAOBJECTS_PIXEL_ARITHMETIC
+#define DATAOBJECTS_PIXEL_ARITHMETIC
 namespace DataObjects::Private
 {
 
