@@ -92,6 +92,9 @@ TEST(FrameDecoders, Mono12packedMeasuresTheSourceAndAdmitsAnOddCount)
     EXPECT_EQ(Mono12packed().encodedSize(3), 6U);
     EXPECT_EQ(decoded(Mono12packed(), bytes, 3), (Words{0x213, 0x654, 0x879}));
     EXPECT_EQ(decoded(Mono12packed(), bytes, 1), Words{0x213});
+    for (std::size_t pixels = 1; pixels <= 200; ++pixels) {
+        EXPECT_EQ(decoded(Mono12packed(), Bytes(306, 0xFF), pixels), Words(pixels, 4095));
+    }
     Words word{0xEEEE, 0xEEEE};
     // The odd byte of a capacity of 3 bytes is not a pixel.
     Mono12packed().decode({bytes.data(), 3}, RTE::UnmanagedMemory(word.data(), 3));
@@ -103,6 +106,16 @@ TEST(FrameDecoders, Rgb24TakesABrokenLastPixelIfThereIsRoom)
     EXPECT_EQ(decoded(Rgb24(), {0, 0, 0, 10}, 2), (Words{0, 298}));
     EXPECT_EQ(decoded(Rgb24(), {0, 0, 0, 10, 10}, 1), Words{0});
     EXPECT_EQ(decoded(Rgb24(), {10}, 0), Words{});
+    for (std::size_t size = 1; size <= 200; ++size) {
+        const Bytes source(size, 255);
+        Words expected(size / 3, 25497);
+        EXPECT_EQ(decoded(Rgb24(), source, expected.size()), expected) << size;
+        if (size % 3 != 0) {
+            expected.push_back(size % 3 == 1 ? 7621 : 10528);
+        }
+        expected.push_back(0xEEEE);
+        EXPECT_EQ(decoded(Rgb24(), source, expected.size()), expected) << size;
+    }
 }
 
 TEST(FrameDecoders, MakeFrames)
