@@ -283,6 +283,25 @@ TEST_F(CommandLine, failsWhenResultsCannotBeWritten)
     EXPECT_THAT(process.readAllStandardError().toStdString(), testing::HasSubstr("cannot write the results"));
 }
 
+TEST_F(CommandLine, refusesAPipeThatEndsWithinAFrame)
+{
+    ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
+    const std::string before = files();
+    QProcess process;
+    process.setWorkingDirectory(m_folder.path());
+    process.start(QF_PROGRAM,
+                  {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "good.raw", "camera.pipe"});
+    QFile pipe(path("camera.pipe"));
+    ASSERT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    pipe.write(rawFrames.left(5));
+    pipe.close();
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_THAT(process.readAllStandardError().toStdString(),
+                testing::HasSubstr("camera.pipe: too short: 5 bytes"));
+    EXPECT_EQ(files(), before);
+}
+
 TEST_F(CommandLine, readsAPipeAndStopsWhenInterrupted)
 {
     ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
