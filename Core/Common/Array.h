@@ -16,6 +16,10 @@ namespace RTE
 /// The page faults of a fresh array cost more than any pass over its pixels.
 DATAOBJECTS_COMMON_EXPORT void adviseHugePages(void* data, unsigned long long bytes) noexcept;
 
+/// Takes the pages of a fresh array from the system at once, which is faster than fault by fault where they
+/// are then written past the cache; does nothing where the system cannot.
+DATAOBJECTS_COMMON_EXPORT void populatePages(void* data, unsigned long long bytes) noexcept;
+
 /// The one allocator of pixels, masks and planes: `new T[count]`, left uninitialised, freed with `delete[]`.
 ///
 /// Arrays change hands between objects and the frame store, which is why all of them come from here.

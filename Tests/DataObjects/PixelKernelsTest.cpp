@@ -16,7 +16,6 @@
 #include <cstring>
 #include <functional>
 #include <random>
-#include <utility>
 
 namespace
 {

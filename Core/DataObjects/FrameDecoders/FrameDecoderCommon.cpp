@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/FrameDecoders/FrameDecoderCommon.h"
 
+#include "Core/Common/Array.h"
+#include "Core/Common/CacheSize.h"
 #include "Core/Common/Raise.h"
 
 namespace DataObjects::FrameDecoder
@@ -19,6 +21,9 @@ unsigned long long FrameDecoderCommon::encodedSize(const QSize& size) const
 FrameData FrameDecoderCommon::decode(Zt::span<const unsigned char> source, const QSize& size)
 {
     FrameData frame(size);
+    if (source.size() + frame.dataSize() > RTE::lastLevelCacheBytes()) {
+        RTE::populatePages(frame.data(), frame.dataSize());
+    }
     const RTE::UnmanagedMemory destination(frame.data(), frame.dataSize());
     decode(source, destination);
     return frame;

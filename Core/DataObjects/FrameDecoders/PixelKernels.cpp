@@ -347,10 +347,13 @@ std::size_t groupsToAlignment(const Run<Kernel>& run)
     return missing % groupBytes == 0 ? missing / groupBytes : run.groups + 1;
 }
 
-inline void prefetch(const unsigned char* address, std::size_t distance)
+/// Asks for `bytes` at some distance ahead of their use; an address beyond the array does no harm.
+inline void prefetch(const unsigned char* address, std::size_t bytes, std::size_t distance)
 {
-    hwy::Prefetch(
-        reinterpret_cast<const unsigned char*>(reinterpret_cast<std::uintptr_t>(address) + distance));
+    const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(address) + distance;
+    for (std::size_t line = 0; line < bytes; line += 64) {
+        hwy::Prefetch(reinterpret_cast<const unsigned char*>(ahead + line));
+    }
 }
 
 template <typename Kernel>
@@ -360,10 +363,8 @@ void decodeVectors(const Kernel& kernel, Run<Kernel>& run)
     const unsigned char* source = run.source;
     unsigned char* destination = run.destination;
     for (std::size_t i = 0; i < steps; ++i) {
-        for (std::size_t line = 0; line < run.stepBytes; line += 64) {
-            prefetch(source + line, 1024);
-        }
-        prefetch(destination, 1024);
+        prefetch(source, run.stepBytes, 4096);
+        prefetch(destination, vectorBytes, 2048);
         hn::StoreU(hn::BitCast(D8(), kernel(source)), D8(), destination);
         source += run.stepBytes;
         destination += vectorBytes;
@@ -375,7 +376,6 @@ void decodeVectors(const Kernel& kernel, Run<Kernel>& run)
 template <std::size_t strips, typename Kernel>
 void streamVectors(const Kernel& kernel, Run<Kernel>& run, std::size_t stripSteps)
 {
-    constexpr std::size_t distance = 1024;
     const std::size_t sourceStrip = stripSteps * run.stepBytes;
     const std::size_t destinationStrip = stripSteps * vectorBytes;
     const unsigned char* source = run.source;
@@ -383,9 +383,7 @@ void streamVectors(const Kernel& kernel, Run<Kernel>& run, std::size_t stripStep
     for (std::size_t i = 0; i < stripSteps; ++i) {
         for (std::size_t strip = 0; strip < strips; ++strip) {
             const unsigned char* from = source + strip * sourceStrip;
-            for (std::size_t line = 0; line < run.stepBytes; line += 64) {
-                prefetch(from + line, distance);
-            }
+            prefetch(from, run.stepBytes, 2048);
             hn::Stream(hn::BitCast(D8(), kernel(from)), D8(), destination + strip * destinationStrip);
         }
         source += run.stepBytes;

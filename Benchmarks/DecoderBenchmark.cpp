@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: Apache-2.0
+// Decoding random frames of n² pixels into an array that exists, beside memcpy of as many words; and into a
+// fresh frame. Bytes processed are those read and written: what memcpy reads and writes is twice the frame.
+#include "Core/Common/Array.h"
+#include "Core/DataObjects/DataObjects.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <random>
+
+namespace
+{
+
+using namespace DataObjects::FrameDecoder;
+
+constexpr std::int64_t sides[] = {256, 1024, 2048, 5120};
+
+template <typename T>
+std::unique_ptr<T[]> array(std::size_t count)
+{
+    return std::unique_ptr<T[]>(RTE::newArray<T>(count));
+}
+
+std::unique_ptr<unsigned char[]> randomBytes(std::size_t count)
+{
+    std::mt19937_64 random(count);
+    auto bytes = array<unsigned char>(count + 8);
+    for (std::size_t i = 0; i < count; i += 8) {
+        const std::uint64_t value = random();
+        std::memcpy(bytes.get() + i, &value, sizeof value);
+    }
+    return bytes;
+}
+
+/// A whole frame is what its groups of eight pixels are one by one.
+bool decodesPiecewise(const I_FrameDecoder& decoder, const unsigned char* source, std::size_t groupBytes,
+                      const unsigned short* words, std::size_t pixels)
+{
+    for (std::size_t i = 0; i + 8 <= pixels; i += 8) {
+        unsigned short group[8];
+        decoder.decode({source + i / 8 * groupBytes, groupBytes}, RTE::UnmanagedMemory(group, sizeof group));
+        if (std::memcmp(group, words + i, sizeof group) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+template <typename Decoder>
+void decode(benchmark::State& state)
+{
+    const Decoder decoder;
+    const auto pixels = static_cast<std::size_t>(state.range(0) * state.range(0));
+    const std::size_t sourceBytes = decoder.encodedSize(pixels);
+    const auto source = randomBytes(sourceBytes);
+    const auto words = array<unsigned short>(pixels);
+    const RTE::UnmanagedMemory destination(words.get(), 2 * pixels);
+    std::memset(words.get(), 0, 2 * pixels);
+    decoder.decode({source.get(), sourceBytes}, destination);
+    if (!decodesPiecewise(decoder, source.get(), decoder.encodedSize(8), words.get(), pixels)) {
+        state.SkipWithError("wrong result");
+        return;
+    }
+    for (auto _ : state) {
+        decoder.decode({source.get(), sourceBytes}, destination);
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(sourceBytes + 2 * pixels));
+}
+
+void copyWords(benchmark::State& state)
+{
+    const auto bytes = static_cast<std::size_t>(2 * state.range(0) * state.range(0));
+    const auto source = randomBytes(bytes);
+    const auto words = array<unsigned short>(bytes / 2);
+    std::memset(words.get(), 0, bytes);
+    for (auto _ : state) {
+        std::memcpy(words.get(), source.get(), bytes);
+        benchmark::ClobberMemory();
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(2 * bytes));
+}
+
+/// Allocates, decodes and frees a frame.
+void decodeFreshFrame(benchmark::State& state)
+{
+    Mono12p decoder;
+    const QSize size(static_cast<int>(state.range(0)), static_cast<int>(state.range(0)));
+    const std::size_t sourceBytes = decoder.encodedSize(size);
+    const auto source = randomBytes(sourceBytes);
+    std::size_t frameBytes = 0;
+    for (auto _ : state) {
+        const DataObjects::FrameData frame = decoder.decode({source.get(), sourceBytes}, size);
+        benchmark::DoNotOptimize(frame.data());
+        frameBytes = frame.dataSize();
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(sourceBytes + frameBytes));
+}
+
+void overSides(benchmark::internal::Benchmark* benchmark)
+{
+    for (const std::int64_t side : sides) {
+        benchmark->Arg(side);
+    }
+}
+
+BENCHMARK(copyWords)->Apply(overSides);
+BENCHMARK(decode<Mono10p>)->Apply(overSides);
+BENCHMARK(decode<Mono10pmsb>)->Apply(overSides);
+BENCHMARK(decode<Mono12p>)->Apply(overSides);
+BENCHMARK(decode<Mono12packed>)->Apply(overSides);
+BENCHMARK(decode<Mono12pmsb>)->Apply(overSides);
+BENCHMARK(decode<Raw16>)->Apply(overSides);
+BENCHMARK(decode<Raw8>)->Apply(overSides);
+BENCHMARK(decode<Rgb24>)->Apply(overSides);
+BENCHMARK(decodeFreshFrame)->Apply(overSides);
+
+} // namespace
