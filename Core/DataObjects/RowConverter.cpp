@@ -79,10 +79,12 @@ auto clampedToFloat(D d, hn::Vec<D> values)
     return hn::DemoteTo(dTo, hn::IfThenElse(hn::Lt(lowered, hn::Neg(limit)), hn::Neg(limit), lowered));
 }
 
-/// The pairs for which the compiler makes no good vectors of the rule.
+/// The pairs for which the compiler makes no good vectors of the rule. Without vectors the rule is as good,
+/// and Highway's scalar form gives the lowest `int` for what lies just above it.
 template <typename From, typename To>
-inline constexpr bool isByVectors = (std::floating_point<From> && sizeof(To) <= 4) ||
-                                    (std::is_same_v<From, int> && sizeof(To) == 2);
+inline constexpr bool isByVectors = HWY_TARGET != HWY_SCALAR &&
+                                    ((std::floating_point<From> && sizeof(To) <= 4) ||
+                                     (std::is_same_v<From, int> && sizeof(To) == 2));
 
 /// The whole vectors of a run; returns how many pixels they were.
 template <typename From, typename To>
