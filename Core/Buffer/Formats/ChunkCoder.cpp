@@ -16,8 +16,6 @@ namespace BufferApi::Formats
 namespace
 {
 
-constexpr unsigned deflateLevel = 1;
-constexpr unsigned levelBufferBytes = ISAL_DEF_LVL1_DEFAULT;
 constexpr unsigned checksumBytes = 4;
 
 /// What is left of the filters for one chunk: HDF5 counts them in the order of the pipeline.
@@ -42,16 +40,6 @@ unsigned int readChecksum(const unsigned char* bytes)
 }
 
 } // namespace
-
-unsigned char* Scratch::reserve(unsigned long long bytes)
-{
-    if (bytes > m_size) {
-        m_bytes.reset();
-        m_bytes.reset(new unsigned char[bytes]);
-        m_size = bytes;
-    }
-    return m_bytes.get();
-}
 
 unsigned long long chunkBytes(const Hdf5::DatasetLayout& layout) noexcept
 {
@@ -82,7 +70,7 @@ std::span<const unsigned char> ChunkCoder::encode(const Hdf5::DatasetLayout& lay
         plain = {copy, whole};
     }
     if (filters.deflate) {
-        return deflate(plain);
+        return m_deflater.pack(plain);
     }
     if (filters.fletcher32) {
         const unsigned int checksum = fletcher32(plain.data(), whole);
@@ -90,27 +78,6 @@ std::span<const unsigned char> ChunkCoder::encode(const Hdf5::DatasetLayout& lay
         return {plain.data(), whole + checksumBytes};
     }
     return plain;
-}
-
-std::span<const unsigned char> ChunkCoder::deflate(std::span<const unsigned char> source)
-{
-    // Bytes that do not shrink are stored in blocks with five bytes before each, which this margin covers.
-    const unsigned long long room = source.size() + source.size() / 128 + 1024;
-    RTE::verify(room <= std::numeric_limits<unsigned int>::max(), "Chunk too large to be packed");
-    isal_zstream stream;
-    isal_deflate_stateless_init(&stream);
-    stream.level = deflateLevel;
-    stream.level_buf = m_levelBuffer.reserve(levelBufferBytes);
-    stream.level_buf_size = levelBufferBytes;
-    stream.gzip_flag = IGZIP_ZLIB;
-    stream.end_of_stream = 1;
-    stream.flush = NO_FLUSH;
-    stream.next_in = const_cast<unsigned char*>(source.data());
-    stream.avail_in = static_cast<unsigned int>(source.size());
-    stream.next_out = m_coded.reserve(room);
-    stream.avail_out = static_cast<unsigned int>(room);
-    RTE::verify(isal_deflate_stateless(&stream) == COMP_OK, "Chunk could not be packed");
-    return {m_coded.reserve(0), stream.total_out};
 }
 
 const char* ChunkCoder::decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Core/Buffer/Formats/Deflate.h"
 #include "Core/Buffer/Formats/Hdf5.h"
 
 #include <memory>
@@ -12,17 +13,6 @@ struct inflate_state;
 
 namespace BufferApi::Formats
 {
-
-/// Memory that grows and is not initialised.
-class Scratch
-{
-public:
-    [[nodiscard]] unsigned char* reserve(unsigned long long bytes);
-
-private:
-    std::unique_ptr<unsigned char[]> m_bytes;
-    unsigned long long m_size = 0;
-};
 
 /// Does what HDF5's filters shuffle, deflate and Fletcher32 do to a chunk, outside of HDF5 and faster.
 ///
@@ -47,14 +37,12 @@ public:
     [[nodiscard]] unsigned char* storedBytes(unsigned long long bytes) { return m_stored.reserve(bytes); }
 
 private:
-    [[nodiscard]] std::span<const unsigned char> deflate(std::span<const unsigned char> source);
     [[nodiscard]] const char* inflate(std::span<const unsigned char> source, unsigned char* destination,
                                       unsigned long long bytes);
 
     std::unique_ptr<inflate_state> m_inflate;
-    Scratch m_levelBuffer;
+    Deflater m_deflater;
     Scratch m_plain;
-    Scratch m_coded;
     Scratch m_stored;
 };
 

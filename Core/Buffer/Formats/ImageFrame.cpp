@@ -3,6 +3,7 @@
 
 #include "Core/Buffer/FrameBuilder.h"
 #include "Core/Buffer/I_FrameImage.h"
+#include "Core/Common/Raise.h"
 
 namespace BufferApi::Formats
 {
@@ -20,6 +21,41 @@ std::unique_ptr<I_Frame> lazyImageFrame(E_DataType type, unsigned int width, uns
                        .depth = 1,
                        .choices = 1},
                       std::move(components));
+}
+
+const I_PlaneBase& onlyPlane(const I_Frame& frame, const OutputFile& file, const QString& format)
+{
+    const auto refuse = [&](bool isRefused, const QString& what) {
+        if (isRefused) {
+            file.refuse(QStringLiteral("%1 cannot hold %2; a .qfi file can").arg(format, what));
+        }
+    };
+    refuse(isVectorKind(frameShape(frame).kind), QStringLiteral("vectors"));
+    refuse(frame.GetDepth() != 1, QStringLiteral("%1 planes").arg(frame.GetDepth()));
+    for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
+        const std::string name = frame.GetComponent(i)->GetName();
+        refuse(name != I_FrameImage::COMPONENT_PIXEL,
+               QStringLiteral("the component '%1'").arg(QString::fromStdString(name)));
+    }
+    const I_Component* pixels = frame.GetComponent(I_FrameImage::COMPONENT_PIXEL);
+    refuse(pixels == nullptr || frame.GetWidth() == 0 || frame.GetHeight() == 0,
+           QStringLiteral("an image without pixels"));
+    const I_PlaneBase& plane = *pixels->GetPlane(0);
+    refuse(plane.GetWidth() != frame.GetWidth() || plane.GetHeight() != frame.GetHeight(),
+           QStringLiteral("pixels of another size than the frame"));
+    return plane;
+}
+
+PlanePixels::PlanePixels(const I_PlaneBase& plane)
+{
+    if (isUnread(plane)) {
+        m_copy.resize(planeBytes(plane.GetDataType(), plane.GetWidth(), plane.GetHeight()));
+        readPlane(plane, m_copy.data());
+        m_data = m_copy.data();
+    } else {
+        m_data = static_cast<const unsigned char*>(plane.GetData());
+        RTE::verify(m_data != nullptr, "Plane has no data");
+    }
 }
 
 } // namespace BufferApi::Formats

@@ -267,6 +267,26 @@ T JsonReader::number()
     return value;
 }
 
+std::string_view JsonReader::json()
+{
+    skipSpace();
+    const std::size_t start = m_position;
+    for (unsigned int depth = 0; m_position < m_text.size(); ++m_position) {
+        const char character = m_text[m_position];
+        if (character == '"') {
+            static_cast<void>(text());
+            --m_position;
+        } else if (character == '[' || character == '{') {
+            ++depth;
+        } else if (depth == 0 && (character == ',' || character == ']' || character == '}')) {
+            break;
+        } else if (character == ']' || character == '}') {
+            --depth;
+        }
+    }
+    return m_text.substr(start, m_position - start);
+}
+
 void JsonReader::end()
 {
     skipSpace();

@@ -25,6 +25,8 @@ public:
     /// UTF-8; unpaired surrogates and control characters as \uXXXX.
     void text(const QString& text);
     void null() { token("null"); }
+    /// A value that is JSON already.
+    void json(const QByteArray& value) { token({value.constData(), static_cast<std::size_t>(value.size())}); }
 
     /// Shortest form that reads back as the same bits; what JSON has no number for becomes a text: "nan",
     /// "inf", "-inf", or the bits of any other NaN such as "0x7fc00001".
@@ -65,6 +67,8 @@ public:
     [[nodiscard]] bool takeNull();
     template <typename T>
     [[nodiscard]] T number();
+    /// Passes over the next value and gives its text.
+    [[nodiscard]] std::string_view json();
     /// Nothing but white space is left.
     void end();
 

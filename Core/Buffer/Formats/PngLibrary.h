@@ -10,6 +10,9 @@
 namespace BufferApi::Formats
 {
 
+/// Names the text chunk that holds our own record, see FrameRecord.h.
+inline constexpr char pngRecordKeyword[] = "Frame record";
+
 /// One libpng structure for reading or writing. libpng reports errors by a long jump, which passes over
 /// destructors: all its calls go through `run`, in lambdas that hold nothing that has one.
 class PngLibrary

@@ -2,6 +2,7 @@
 #include "Core/Buffer/Formats/PngReader.h"
 
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/Formats/FrameRecord.h"
 #include "Core/Buffer/Formats/ImageFrame.h"
 #include "Core/Buffer/Formats/InputFile.h"
 #include "Core/Buffer/Formats/PngLibrary.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 
 namespace BufferApi::Formats
 {
@@ -47,11 +49,15 @@ public:
     {
         run([this](png_structp png, png_infop info) {
             png_set_read_fn(png, this, &readBytes);
+            // Texts may be longer than libpng's own limit, but not than the file.
+            png_set_chunk_malloc_max(png, m_file.size() + 1);
             png_read_info(png, info);
         });
     }
 
     [[nodiscard]] Layout layout();
+    /// Our own record; empty when the file has none.
+    [[nodiscard]] QByteArray record();
     void readPixels(const Layout& layout, void* destination);
 
 private:
@@ -115,6 +121,18 @@ Layout PngInput::layout()
             QStringLiteral("the file is too small for %1 x %2 pixels").arg(layout.width).arg(layout.height));
     }
     return layout;
+}
+
+QByteArray PngInput::record()
+{
+    png_textp texts = nullptr;
+    int count = 0;
+    run([&](png_structp png, png_infop info) { png_get_text(png, info, &texts, &count); });
+    const png_textp end = texts + count;
+    const auto* found = std::find_if(texts, end, [](const png_text& text) {
+        return std::strcmp(text.key, pngRecordKeyword) == 0 && text.compression == PNG_ITXT_COMPRESSION_NONE;
+    });
+    return found != end ? QByteArray(found->text, static_cast<qsizetype>(found->itxt_length)) : QByteArray();
 }
 
 void PngInput::readPalette(Layout& layout)
@@ -239,11 +257,21 @@ private:
 std::unique_ptr<I_Buffer> readPng(const QString& path)
 {
     const auto file = std::make_shared<const InputFile>(path);
-    const Layout layout = PngInput(*file).layout();
+    PngInput input(*file);
+    const Layout layout = input.layout();
+    auto frame =
+        lazyImageFrame(layout.type(), layout.width, layout.height, std::make_shared<PngPixels>(file, layout));
     std::unique_ptr<I_Buffer> buffer(CreateBuffer());
-    buffer->AddFrame(
-        lazyImageFrame(layout.type(), layout.width, layout.height, std::make_shared<PngPixels>(file, layout))
-            .release());
+    if (const QByteArray text = input.record(); !text.isEmpty()) {
+        const FrameRecord record(text, path);
+        // Another program may have made this picture of one out of several.
+        if (record.frameCount() == 1) {
+            record.applyTo(*buffer);
+            record.applyTo(*frame, 0);
+        }
+    }
+    buffer->AddFrame(frame.get());
+    static_cast<void>(frame.release());
     buffer->SetModified(false);
     return buffer;
 }

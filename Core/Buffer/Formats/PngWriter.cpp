@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Formats/PngWriter.h"
 
+#include "Core/Buffer/Formats/FrameRecord.h"
+#include "Core/Buffer/Formats/ImageFrame.h"
 #include "Core/Buffer/Formats/PngLibrary.h"
-#include "Core/Buffer/FrameBuilder.h"
-#include "Core/Buffer/I_FrameImage.h"
-#include "Core/Buffer/LazyPlane.h"
 #include "Core/Common/Raise.h"
 
-#include <QFile>
-
 #include <bit>
+#include <optional>
 
 namespace BufferApi::Formats
 {
@@ -20,111 +18,114 @@ namespace
 class PngWriter : public FrameWriter
 {
 public:
-    explicit PngWriter(const QString& path) : m_file(path)
-    {
-        if (!m_file.open(QIODevice::WriteOnly)) {
-            raiseWriteError(m_file.errorString());
-        }
-    }
+    explicit PngWriter(const QString& path) : m_file(path) {}
 
     void append(const I_Frame& frame) override;
     void finish(const I_Buffer& buffer) override;
 
 private:
-    [[noreturn]] void raiseWriteError(const QString& reason) const
-    {
-        RTE::raise(
-            RTE::FileWriteError(QStringLiteral("Cannot write '%1': %2").arg(m_file.fileName(), reason)));
-    }
-    void refuse(bool refused, const QString& what) const
-    {
-        if (refused) {
-            raiseWriteError(QStringLiteral("PNG cannot hold %1; a .qfi file can").arg(what));
-        }
-    }
-    void check(const I_Frame& frame) const;
-    void writePixels(const I_PlaneBase& plane, unsigned char* pixels);
+    [[nodiscard]] const I_PlaneBase& check(const I_Frame& frame) const;
+    void write(png_structp png, png_infop info, png_textp record, png_bytepp rows) const;
     static void writeBytes(png_structp png, png_bytep bytes, std::size_t count);
     static void flushBytes(png_structp /*png*/) {}
 
-    QFile m_file;
-    bool m_hasFrame = false;
+    OutputFile m_file;
+    std::optional<RTE::FileWriteError> m_failure;
+    FrameRecordWriter m_record;
+    E_DataType m_type = DT_UNKNOWN;
+    png_uint_32 m_width = 0;
+    png_uint_32 m_height = 0;
+    /// Readers need the record before the pixels, and it is known last.
+    std::vector<unsigned char> m_pixels;
 };
 
-void PngWriter::check(const I_Frame& frame) const
+const I_PlaneBase& PngWriter::check(const I_Frame& frame) const
 {
-    refuse(m_hasFrame, QStringLiteral("more than one frame"));
-    refuse(isVectorKind(frameShape(frame).kind), QStringLiteral("vectors"));
-    refuse(frame.GetDepth() != 1, QStringLiteral("%1 planes").arg(frame.GetDepth()));
-    refuse(frame.GetWidth() == 0 || frame.GetHeight() == 0, QStringLiteral("an image without pixels"));
-    const E_DataType type = frame.GetDataType();
-    refuse(type != DT_BYTE && type != DT_WORD && type != DT_RGB,
-           QStringLiteral("pixels other than bytes, words and packed colour"));
-    for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
-        const std::string name = frame.GetComponent(i)->GetName();
-        refuse(name != I_FrameImage::COMPONENT_PIXEL,
-               QStringLiteral("the component '%1'").arg(QString::fromStdString(name)));
+    if (!m_pixels.empty()) {
+        m_file.refuse(QStringLiteral("PNG cannot hold more than one frame; .tif and .qfi files can"));
     }
+    const I_PlaneBase& plane = onlyPlane(frame, m_file, QStringLiteral("PNG"));
+    const E_DataType type = plane.GetDataType();
+    if (type != DT_BYTE && type != DT_WORD && type != DT_RGB) {
+        m_file.refuse(QStringLiteral(
+            "PNG cannot hold pixels other than bytes, words and packed colour; .tif and .qfi files can"));
+    }
+    return plane;
 }
 
 void PngWriter::append(const I_Frame& frame)
 {
-    check(frame);
-    const I_PlaneBase& plane = *frame.GetComponent(I_FrameImage::COMPONENT_PIXEL)->GetPlane(0);
-    std::vector<unsigned char> pixels(planeBytes(plane.GetDataType(), plane.GetWidth(), plane.GetHeight()));
+    const I_PlaneBase& plane = check(frame);
+    m_type = plane.GetDataType();
+    m_width = plane.GetWidth();
+    m_height = plane.GetHeight();
+    std::vector<unsigned char> pixels(planeBytes(m_type, m_width, m_height));
     readPlane(plane, pixels.data());
-    writePixels(plane, pixels.data());
-    m_hasFrame = true;
+    m_pixels = std::move(pixels);
+    m_record.add(frame);
 }
 
-void PngWriter::writePixels(const I_PlaneBase& plane, unsigned char* pixels)
+void PngWriter::finish(const I_Buffer& buffer)
 {
-    const E_DataType type = plane.GetDataType();
-    const unsigned int height = plane.GetHeight();
-    std::vector<png_bytep> rows(height);
-    for (unsigned int y = 0; y < height; ++y) {
-        rows[y] = pixels + GetDataTypeSize(type) * plane.GetWidth() * y;
+    if (m_pixels.empty()) {
+        m_file.refuse(QStringLiteral("PNG needs one frame"));
     }
+    std::vector<png_bytep> rows(m_height);
+    for (std::size_t y = 0; y < m_height; ++y) {
+        rows[y] = m_pixels.data() + GetDataTypeSize(m_type) * m_width * y;
+    }
+    QByteArray record = m_record.finish(buffer);
+    QByteArray keyword(pngRecordKeyword);
+    png_text text{};
+    text.compression = PNG_ITXT_COMPRESSION_NONE;
+    text.key = keyword.data();
+    text.text = record.data();
     PngLibrary library(PngLibrary::Direction::Write);
-    const bool written = library.run([&](png_structp png, png_infop info) {
+    const bool isWritten = library.run([&](png_structp png, png_infop info) {
         png_set_write_fn(png, this, &writeBytes, &flushBytes);
-        png_set_IHDR(png, info, plane.GetWidth(), height, type == DT_WORD ? 16 : 8,
-                     type == DT_RGB ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
-                     PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-        png_write_info(png, info);
-        png_set_bgr(png);
-        if (type == DT_RGB) {
-            png_set_filler(png, 0, PNG_FILLER_AFTER);
-        }
-        if constexpr (std::endian::native == std::endian::little) {
-            png_set_swap(png);
-        }
-        png_write_image(png, rows.data());
-        png_write_end(png, info);
+        write(png, info, &text, rows.data());
     });
-    if (!written) {
-        raiseWriteError(library.reason());
+    if (m_failure) {
+        RTE::raise(*m_failure);
     }
+    if (!isWritten) {
+        m_file.refuse(library.reason());
+    }
+    m_file.close();
+}
+
+void PngWriter::write(png_structp png, png_infop info, png_textp record, png_bytepp rows) const
+{
+    png_set_IHDR(png, info, m_width, m_height, m_type == DT_WORD ? 16 : 8,
+                 m_type == DT_RGB ? PNG_COLOR_TYPE_RGB : PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE,
+                 PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    png_set_text(png, info, record, 1);
+    png_write_info(png, info);
+    png_set_bgr(png);
+    if (m_type == DT_RGB) {
+        png_set_filler(png, 0, PNG_FILLER_AFTER);
+    }
+    if constexpr (std::endian::native == std::endian::little) {
+        png_set_swap(png);
+    }
+    png_write_image(png, rows);
+    png_write_end(png, info);
 }
 
 void PngWriter::writeBytes(png_structp png, png_bytep bytes, std::size_t count)
 {
-    auto& file = static_cast<PngWriter*>(png_get_io_ptr(png))->m_file;
-    if (file.write(reinterpret_cast<const char*>(bytes), static_cast<qint64>(count)) !=
-        static_cast<qint64>(count)) {
-        png_error(png, "the disk may be full");
+    auto& writer = *static_cast<PngWriter*>(png_get_io_ptr(png));
+    bool isWritten = true;
+    try {
+        writer.m_file.append(bytes, count);
+    } catch (const RTE::FileWriteError& failure) {
+        // An exception must not pass through C code; libpng's own error reaches `finish` instead.
+        writer.m_failure.emplace(failure);
+        isWritten = false;
     }
-}
-
-void PngWriter::finish(const I_Buffer& /*buffer*/)
-{
-    if (!m_hasFrame) {
-        raiseWriteError(QStringLiteral("PNG needs one frame"));
+    if (!isWritten) {
+        png_error(png, "a write failed");
     }
-    if (!m_file.flush()) {
-        raiseWriteError(m_file.errorString());
-    }
-    m_file.close();
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 
 #include <QtEndian>
 
+#include <tiff.h>
+
 #include <unordered_set>
 
 namespace BufferApi::Formats
@@ -31,6 +33,14 @@ public:
             refuseEnd();
         }
         return offset(directory + countBytes + entries * entryBytes);
+    }
+
+    /// By the tag NewSubfileType, which stands first if it is there.
+    [[nodiscard]] bool isCopyOrMask(unsigned long long directory) const
+    {
+        const unsigned long long entry = directory + (m_isBig ? 8 : 2);
+        return number<quint16>(entry) == TIFFTAG_SUBFILETYPE &&
+               (number<quint32>(entry + (m_isBig ? 12 : 8)) & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) != 0;
     }
 
 private:
@@ -71,7 +81,9 @@ std::vector<unsigned long long> tiffDirectories(const InputFile& file)
         if (!seen.insert(directory).second) {
             file.refuse(QStringLiteral("its chain of directories has no end"));
         }
-        directories.push_back(directory);
+        if (!chain.isCopyOrMask(directory)) {
+            directories.push_back(directory);
+        }
     }
     if (directories.empty()) {
         file.refuse(QStringLiteral("it has no pages"));

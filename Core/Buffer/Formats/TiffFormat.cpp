@@ -2,12 +2,19 @@
 #include "Core/Buffer/Formats/TiffFormat.h"
 
 #include "Core/Buffer/Formats/TiffReader.h"
+#include "Core/Buffer/Formats/TiffWriter.h"
 
 namespace BufferApi::Formats
 {
 
 namespace
 {
+
+bool isPacked(const BufferOptions& options)
+{
+    const auto packing = options.find("PackType");
+    return packing == options.end() || packing->second != BufferOptions::mapped_type(0);
+}
 
 class TiffFormat : public FileFormat
 {
@@ -28,10 +35,10 @@ public:
     {
         return readTiff(path);
     }
-    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& /*path*/,
-                                                      const BufferOptions& /*options*/) const override
+    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& path,
+                                                      const BufferOptions& options) const override
     {
-        return nullptr;
+        return createTiffWriter(path, isPacked(options));
     }
 };
 

@@ -59,7 +59,7 @@ TiffPage PageTags::read()
     m_page.width = dword(TIFFTAG_IMAGEWIDTH);
     m_page.height = dword(TIFFTAG_IMAGELENGTH);
     if (m_page.width == 0 || m_page.height == 0) {
-        m_library.refuse(QStringLiteral("it has no pixels"));
+        m_library.file().refuse(QStringLiteral("it has no pixels"));
     }
     readSamples();
     readColour();
@@ -83,12 +83,12 @@ void PageTags::readSamples()
         m_page.samples > 1 && word(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE;
     m_page.orientation = word(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
     if (m_page.orientation > ORIENTATION_BOTLEFT) {
-        m_library.refuse(
+        m_library.file().refuse(
             QStringLiteral("rows and columns are exchanged (orientation %1), which is not supported")
                 .arg(m_page.orientation));
     }
     if (m_library.field<uint32_t>(TIFFTAG_IMAGEDEPTH, 1) != 1) {
-        m_library.refuse(QStringLiteral("pages of several planes are not supported"));
+        m_library.file().refuse(QStringLiteral("pages of several planes are not supported"));
     }
 }
 
@@ -112,7 +112,7 @@ void PageTags::readColour()
         m_page.colour = TiffColour::Rgb;
         break;
     default:
-        m_library.refuse(
+        m_library.file().refuse(
             QStringLiteral("colours of kind %1 are not supported; save them as RGB").arg(photometric));
     }
 }
@@ -126,7 +126,7 @@ void PageTags::readAlpha()
     m_page.hasAlpha =
         m_page.samples == colours + 1 && extraCount == 1 && extras[0] != EXTRASAMPLE_UNSPECIFIED;
     if (m_page.samples != colours + (m_page.hasAlpha ? 1 : 0)) {
-        m_library.refuse(QStringLiteral("%1 samples a pixel are not supported").arg(m_page.samples));
+        m_library.file().refuse(QStringLiteral("%1 samples a pixel are not supported").arg(m_page.samples));
     }
 }
 
@@ -139,7 +139,7 @@ void PageTags::readPalette()
     uint16_t* green = nullptr;
     uint16_t* blue = nullptr;
     if (m_page.bits > 8 || TIFFGetField(m_library.tiff(), TIFFTAG_COLORMAP, &red, &green, &blue) == 0) {
-        m_library.refuse(QStringLiteral("its palette is missing or has more than 256 colours"));
+        m_library.file().refuse(QStringLiteral("its palette is missing or has more than 256 colours"));
     }
     const std::size_t count = std::size_t{1} << m_page.bits;
     const auto largest = [count](const uint16_t* channel) {
@@ -189,7 +189,7 @@ void PageTags::chooseType()
         static const std::array<const char*, 7> names = {
             "", "unsigned", "signed", "floating-point", "untyped", "complex integer", "complex"};
         const char* name = m_page.format < names.size() ? names[m_page.format] : "unknown";
-        m_library.refuse(
+        m_library.file().refuse(
             QStringLiteral("%1 %2 samples of %3 bits are not supported")
                 .arg(m_page.colour == TiffColour::Rgb ? QStringLiteral("coloured") : QStringLiteral("gray"),
                      QLatin1String(name))
@@ -204,7 +204,7 @@ void PageTags::readBlocks()
     m_page.blockHeight =
         m_page.isTiled ? dword(TIFFTAG_TILELENGTH) : std::min(dword(TIFFTAG_ROWSPERSTRIP), m_page.height);
     if (m_page.blockWidth == 0 || m_page.blockHeight == 0) {
-        m_library.refuse(QStringLiteral("its strips or tiles have no pixels"));
+        m_library.file().refuse(QStringLiteral("its strips or tiles have no pixels"));
     }
 }
 
@@ -216,7 +216,7 @@ unsigned long long PageTags::mostBytes() const
                                      [code](const Compression& c) { return c.code == code; });
     if (known == compressions.end()) {
         const TIFFCodec* codec = TIFFFindCODEC(static_cast<uint16_t>(code));
-        m_library.refuse(
+        m_library.file().refuse(
             QStringLiteral("compression %1 is not supported; save it with deflate or LZW")
                 .arg(codec != nullptr ? QString::fromLatin1(codec->name) : QString::number(code)));
     }
@@ -229,13 +229,13 @@ void PageTags::checkSizes() const
     const unsigned long long rowBytes = m_page.storedRowBytes(m_page.width) * m_page.storedPlanes();
     const unsigned long long blockRowBytes = m_page.storedRowBytes(m_page.blockWidth);
     if (rowBytes > most / m_page.height || blockRowBytes > most / m_page.blockHeight) {
-        m_library.refuse(
+        m_library.file().refuse(
             QStringLiteral("the file is too small for %1 x %2 pixels").arg(m_page.width).arg(m_page.height));
     }
     const unsigned long long blockBytes =
         m_page.isTiled ? TIFFTileSize64(m_library.tiff()) : TIFFStripSize64(m_library.tiff());
     if (blockBytes != blockRowBytes * m_page.blockHeight) {
-        m_library.refuse(QStringLiteral("its strips or tiles have an unexpected size"));
+        m_library.file().refuse(QStringLiteral("its strips or tiles have an unexpected size"));
     }
 }
 

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Formats/TiffReader.h"
 
-#include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/Formats/FrameRecord.h"
 #include "Core/Buffer/Formats/ImageFrame.h"
+#include "Core/Buffer/Formats/OmeXml.h"
 #include "Core/Buffer/Formats/TiffDirectories.h"
 #include "Core/Buffer/Formats/TiffPage.h"
 #include "Core/Buffer/Formats/TiffRows.h"
+#include "Core/Buffer/LazyBuffer.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace BufferApi::Formats
 {
@@ -83,7 +86,7 @@ void PageReader::readBlock(const Block& block)
     for (unsigned int row = 0; row < block.height; ++row) {
         if (!convertTiffRow(m_page, block.sample, m_stored.data() + row * rowBytes, block.width,
                             pixelsAt(block.x, block.y + row))) {
-            m_library.refuse(QStringLiteral("it has transparent pixels"));
+            m_library.file().refuse(QStringLiteral("it has transparent pixels"));
         }
     }
 }
@@ -134,29 +137,57 @@ private:
     unsigned int m_height;
 };
 
-bool isCopyOrMask(const TiffLibrary& library)
+/// The pages as frames, with what our own record tells of them.
+class TiffFrames : public FrameSource
 {
-    return (library.field<uint32_t>(TIFFTAG_SUBFILETYPE, 0) & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) != 0;
-}
+public:
+    explicit TiffFrames(const QString& path)
+        : m_file(std::make_shared<const InputFile>(path)), m_directories(tiffDirectories(*m_file))
+    {
+        TiffLibrary library(*m_file);
+        library.openDirectory(m_directories.front());
+        // A file of one page, the most common, proves here whether it can be taken.
+        static_cast<void>(readTiffPage(library));
+        const QByteArray text = recordOfOmeXml(library.field<const char*>(TIFFTAG_IMAGEDESCRIPTION, nullptr));
+        if (!text.isEmpty()) {
+            m_record.emplace(text, path);
+        }
+        // Another program added or removed pages: nobody knows any more which frame the record tells of.
+        if (m_record && m_record->frameCount() != count()) {
+            m_record.reset();
+        }
+    }
+
+    [[nodiscard]] unsigned int count() const { return static_cast<unsigned int>(m_directories.size()); }
+    [[nodiscard]] const FrameRecord* record() const { return m_record ? &*m_record : nullptr; }
+
+    [[nodiscard]] std::unique_ptr<I_Frame> frame(unsigned int index) const override
+    {
+        TiffLibrary library(*m_file);
+        library.openDirectory(m_directories[index]);
+        const TiffPage page = readTiffPage(library);
+        auto frame = lazyImageFrame(page.type, page.width, page.height,
+                                    std::make_shared<TiffPixels>(m_file, m_directories[index], page));
+        if (m_record) {
+            m_record->applyTo(*frame, index);
+        }
+        return frame;
+    }
+
+private:
+    std::shared_ptr<const InputFile> m_file;
+    std::vector<unsigned long long> m_directories;
+    std::optional<FrameRecord> m_record;
+};
 
 } // namespace
 
 std::unique_ptr<I_Buffer> readTiff(const QString& path)
 {
-    const auto file = std::make_shared<const InputFile>(path);
-    std::unique_ptr<I_Buffer> buffer(CreateBuffer());
-    TiffLibrary library(*file);
-    for (const unsigned long long directory : tiffDirectories(*file)) {
-        library.openDirectory(directory);
-        if (!isCopyOrMask(library)) {
-            const TiffPage page = readTiffPage(library);
-            buffer->AddFrame(lazyImageFrame(page.type, page.width, page.height,
-                                            std::make_shared<TiffPixels>(file, directory, page))
-                                 .release());
-        }
-    }
-    if (buffer->GetFrameCount() == 0) {
-        file->refuse(QStringLiteral("it has no pages of its own"));
+    const auto frames = std::make_shared<const TiffFrames>(path);
+    std::unique_ptr<I_Buffer> buffer = createLazyBuffer(frames->count(), frames);
+    if (const FrameRecord* record = frames->record()) {
+        record->applyTo(*buffer);
     }
     buffer->SetModified(false);
     return buffer;

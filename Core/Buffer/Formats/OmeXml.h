@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/DataType.h"
+#include "Core/Common/LinearScale.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace BufferApi::Formats
+{
+
+/// Consecutive pages of one size and type, a time series.
+struct OmeImage
+{
+    E_DataType type = DT_UNKNOWN;
+    unsigned int width = 0;
+    unsigned int height = 0;
+    Zt::LinearScale scaleX{Zt::ScalePreset::X};
+    Zt::LinearScale scaleY{Zt::ScalePreset::Y};
+    unsigned int firstPage = 0;
+    unsigned int pages = 0;
+};
+
+/// Metres of one pixel along the axis of a scale; nothing when its unit is no length or its factor no size.
+[[nodiscard]] std::optional<double> metresPerPixel(const Zt::LinearScale& scale);
+
+/// A description of pages in ASCII characters, from which Fiji, napari and others take the size of a pixel,
+/// with our own record among its annotations. Format: http://www.openmicroscopy.org/Schemas/OME/2016-06
+[[nodiscard]] QByteArray omeXml(const std::vector<OmeImage>& images, const QString& name,
+                                const QByteArray& record);
+
+/// Our own record; empty when the text has none.
+[[nodiscard]] QByteArray recordOfOmeXml(const QByteArray& xml);
+
+} // namespace BufferApi::Formats
