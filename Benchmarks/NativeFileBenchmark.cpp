@@ -163,6 +163,7 @@ void Write(benchmark::State& state)
 {
     static_cast<void>(recording());
     for (auto _ : state) {
+        QFile::remove(path());
         write(state.range(0) != 0);
     }
     setCounters(state);
@@ -208,6 +209,7 @@ void ReadPeer(benchmark::State& state)
 
 void CopyPixels(benchmark::State& state)
 {
+    static_cast<void>(recording());
     for (auto _ : state) {
         for (unsigned int i = 0; i < frames; ++i) {
             const std::unique_ptr<unsigned short[]> copy(

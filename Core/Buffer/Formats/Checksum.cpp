@@ -16,6 +16,7 @@ constexpr unsigned long long modulus = 65535;
 constexpr unsigned lanes = 32;
 // The weighted sum of a lane stays below 2^32 for so many steps of the largest word.
 constexpr unsigned long long stepsPerBlock = 360;
+constexpr unsigned bytesAhead = 1024;
 
 struct Sums
 {
@@ -23,15 +24,22 @@ struct Sums
     unsigned long long weighted = 0;
 };
 
-/// Adds `steps` groups of `lanes` words, weighted by the number of words from each to the end.
-DATAOBJECTS_TARGET_CLONES
-Sums sumBlock(const unsigned char* data, unsigned long long steps)
+/// Adds `steps` groups of `lanes` words, weighted by the number of words from each to the end, and copies
+/// them where `copies`; bytes ahead are fetched meanwhile.
+template <bool copies>
+inline __attribute__((always_inline)) Sums sumLanes(const unsigned char* data, unsigned long long steps,
+                                                    unsigned char* destination)
 {
     unsigned int plain[lanes] = {};
     unsigned int weighted[lanes] = {};
     for (unsigned long long step = 0; step < steps; ++step) {
         unsigned short words[lanes];
-        std::memcpy(words, data + step * sizeof(words), sizeof(words));
+        const unsigned long long offset = step * sizeof(words);
+        std::memcpy(words, data + offset, sizeof(words));
+        if constexpr (copies) {
+            __builtin_prefetch(data + offset + bytesAhead);
+            std::memcpy(destination + offset, words, sizeof(words));
+        }
         for (unsigned lane = 0; lane < lanes; ++lane) {
             plain[lane] += words[lane];
             weighted[lane] += plain[lane];
@@ -44,6 +52,18 @@ Sums sumBlock(const unsigned char* data, unsigned long long steps)
         sums.weighted -= static_cast<unsigned long long>(lane) * plain[lane];
     }
     return sums;
+}
+
+DATAOBJECTS_TARGET_CLONES
+Sums sumBlock(const unsigned char* data, unsigned long long steps, unsigned char* /*destination*/)
+{
+    return sumLanes<false>(data, steps, nullptr);
+}
+
+DATAOBJECTS_TARGET_CLONES
+Sums copyBlock(const unsigned char* data, unsigned long long steps, unsigned char* destination)
+{
+    return sumLanes<true>(data, steps, destination);
 }
 
 void append(Sums& sums, const Sums& block, unsigned long long words)
@@ -65,28 +85,46 @@ bool isZero(const unsigned char* data, unsigned long long bytes)
     return bytes == 0 || (data[0] == 0 && std::memcmp(data, data + 1, bytes - 1) == 0);
 }
 
+using Block = Sums (*)(const unsigned char* data, unsigned long long steps, unsigned char* destination);
+
+unsigned int checksum(const unsigned char* data, unsigned long long bytes, Block block,
+                      unsigned char* destination)
+{
+    const unsigned long long whole = bytes / (2ULL * lanes) * lanes;
+    Sums sums;
+    unsigned long long word = 0;
+    while (word < whole) {
+        const unsigned long long steps = std::min((whole - word) / lanes, stepsPerBlock);
+        append(sums, block(data + 2 * word, steps, destination + 2 * word), steps * lanes);
+        word += steps * lanes;
+    }
+    for (; word < bytes / 2; ++word) {
+        const unsigned long long value = data[2 * word] | static_cast<unsigned>(data[2 * word + 1]) << 8U;
+        append(sums, {value, value}, 1);
+    }
+    if (bytes % 2 != 0) {
+        append(sums, {data[bytes - 1], data[bytes - 1]}, 1);
+    }
+    const bool isAllZero = sums.plain == 0 && isZero(data, bytes);
+    return finished(sums.weighted, isAllZero) << 16U | finished(sums.plain, isAllZero);
+}
+
 } // namespace
 
 unsigned int fletcher32(const void* data, unsigned long long bytes)
 {
-    const auto* next = static_cast<const unsigned char*>(data);
-    unsigned long long words = bytes / 2;
-    Sums sums;
-    while (words >= lanes) {
-        const unsigned long long steps = std::min(words / lanes, stepsPerBlock);
-        append(sums, sumBlock(next, steps), steps * lanes);
-        next += steps * lanes * 2;
-        words -= steps * lanes;
-    }
-    for (; words > 0; --words, next += 2) {
-        const unsigned long long word = next[0] | static_cast<unsigned>(next[1]) << 8U;
-        append(sums, {word, word}, 1);
-    }
-    if (bytes % 2 != 0) {
-        append(sums, {*next, *next}, 1);
-    }
-    const bool isAllZero = sums.plain == 0 && isZero(static_cast<const unsigned char*>(data), bytes);
-    return finished(sums.weighted, isAllZero) << 16U | finished(sums.plain, isAllZero);
+    // Where nothing is copied the destination is only counted along.
+    const auto* source = static_cast<const unsigned char*>(data);
+    return checksum(source, bytes, sumBlock, const_cast<unsigned char*>(source));
+}
+
+unsigned int copyWithFletcher32(void* destination, const void* data, unsigned long long bytes)
+{
+    const auto* source = static_cast<const unsigned char*>(data);
+    auto* copy = static_cast<unsigned char*>(destination);
+    const unsigned long long tail = bytes % (2ULL * lanes);
+    std::memcpy(copy + bytes - tail, source + bytes - tail, tail);
+    return checksum(source, bytes, copyBlock, copy);
 }
 
 } // namespace BufferApi::Formats

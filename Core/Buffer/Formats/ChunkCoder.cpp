@@ -59,9 +59,12 @@ std::span<const unsigned char> ChunkCoder::encode(const Hdf5::DatasetLayout& lay
 {
     const unsigned long long whole = chunkBytes(layout);
     const Hdf5::Filters& filters = layout.filters;
+    if (filters == Hdf5::Filters{false, false, true}) {
+        return withChecksum(data, bytes, whole);
+    }
     std::span<const unsigned char> plain(static_cast<const unsigned char*>(data), bytes);
-    if (filters.shuffle || filters.fletcher32 || bytes < whole) {
-        unsigned char* copy = m_plain.reserve(whole + checksumBytes);
+    if (filters.shuffle || bytes < whole) {
+        unsigned char* copy = m_plain.reserve(whole);
         const auto size = filters.shuffle ? static_cast<unsigned>(Hdf5::elementSize(layout.element)) : 1U;
         if (bytes < whole) {
             std::memset(copy, 0, whole);
@@ -69,15 +72,24 @@ std::span<const unsigned char> ChunkCoder::encode(const Hdf5::DatasetLayout& lay
         shuffleBytes(data, bytes / size, size, copy, whole / size);
         plain = {copy, whole};
     }
-    if (filters.deflate) {
-        return m_deflater.pack(plain);
+    RTE::verify(filters.deflate && !filters.fletcher32, "Unknown form of a chunk");
+    return m_deflater.pack(plain);
+}
+
+std::span<const unsigned char> ChunkCoder::withChecksum(const void* data, unsigned long long bytes,
+                                                        unsigned long long whole)
+{
+    unsigned char* copy = m_plain.reserve(whole + checksumBytes);
+    unsigned int checksum = 0;
+    if (bytes == whole) {
+        checksum = copyWithFletcher32(copy, data, whole);
+    } else {
+        std::memcpy(copy, data, bytes);
+        std::memset(copy + bytes, 0, whole - bytes);
+        checksum = fletcher32(copy, whole);
     }
-    if (filters.fletcher32) {
-        const unsigned int checksum = fletcher32(plain.data(), whole);
-        std::memcpy(m_plain.reserve(0) + whole, &checksum, checksumBytes);
-        return {plain.data(), whole + checksumBytes};
-    }
-    return plain;
+    std::memcpy(copy + whole, &checksum, checksumBytes);
+    return {copy, whole + checksumBytes};
 }
 
 const char* ChunkCoder::decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,

@@ -24,7 +24,7 @@ public:
     ChunkCoder();
     ~ChunkCoder();
 
-    /// The bytes to store; valid until the next call.
+    /// The bytes to store, packed or with a checksum behind them; valid until the next call.
     [[nodiscard]] std::span<const unsigned char> encode(const Hdf5::DatasetLayout& layout, const void* data,
                                                         unsigned long long bytes);
     /// Fills the destination with the leading `bytes` of the chunk. \param filterMask bit n set: the stored
@@ -37,6 +37,8 @@ public:
     [[nodiscard]] unsigned char* storedBytes(unsigned long long bytes) { return m_stored.reserve(bytes); }
 
 private:
+    [[nodiscard]] std::span<const unsigned char> withChecksum(const void* data, unsigned long long bytes,
+                                                              unsigned long long whole);
     [[nodiscard]] const char* inflate(std::span<const unsigned char> source, unsigned char* destination,
                                       unsigned long long bytes);
 

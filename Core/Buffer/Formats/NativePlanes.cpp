@@ -14,26 +14,30 @@ namespace BufferApi::Formats::Native
 namespace
 {
 
-constexpr unsigned long long wantedChunkBytes = 1ULL << 20U;
+// A chunk and what it is coded to should stay in the processor's second cache.
+constexpr unsigned long long packedChunkBytes = 1ULL << 20U;
+constexpr unsigned long long plainChunkBytes = 1ULL << 19U;
 constexpr unsigned long long mostPerPackedByte = 1032;
 
-/// Rows of a chunk of about 1 MiB, chosen so that the last chunk of a plane is nearly as full as the others.
-unsigned long long chunkRows(const PlaneGeometry& geometry)
+/// Rows of a chunk of about so many bytes, such that the last chunk of a plane is nearly as full as the
+/// others.
+unsigned long long chunkRows(const PlaneGeometry& geometry, unsigned long long wantedBytes)
 {
     const unsigned long long height = std::max(1U, geometry.component().height);
     const unsigned long long rowBytes = std::max(1ULL, geometry.rowBytes());
-    const unsigned long long most = std::clamp(wantedChunkBytes / rowBytes, 1ULL, height);
+    const unsigned long long most = std::clamp(wantedBytes / rowBytes, 1ULL, height);
     const unsigned long long chunks = (height + most - 1) / most;
     return (height + chunks - 1) / chunks;
 }
 
 Hdf5::DatasetLayout layoutOf(const PlaneGeometry& geometry, bool isPacked)
 {
-    Hdf5::DatasetLayout layout{geometry.element(),
-                               geometry.extents(0),
-                               geometry.extents(Hdf5::unlimited),
-                               geometry.block(chunkRows(geometry)),
-                               {}};
+    Hdf5::DatasetLayout layout{
+        geometry.element(),
+        geometry.extents(0),
+        geometry.extents(Hdf5::unlimited),
+        geometry.block(chunkRows(geometry, isPacked ? packedChunkBytes : plainChunkBytes)),
+        {}};
     const bool hasSeveralBytes = Hdf5::elementSize(layout.element) > 1;
     layout.filters = {isPacked && hasSeveralBytes, isPacked, !isPacked};
     for (std::size_t i = 0; i < layout.maximum.size(); ++i) {
