@@ -17,3 +17,4 @@
 #include "Core/Buffer/I_FrameVector.h"
 #include "Core/Buffer/I_Plane.h"
 #include "Core/Buffer/ImportExport.h"
+#include "Core/Buffer/KnownFormats.h"

@@ -4,9 +4,12 @@
 #include "Core/Buffer/Formats/AtomicFile.h"
 #include "Core/Buffer/Formats/FileFormat.h"
 #include "Core/Buffer/Formats/InputFile.h"
+#include "Core/Buffer/KnownFormats.h"
 #include "Core/Common/Raise.h"
 
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace BufferApi
 {
@@ -19,51 +22,69 @@ using Formats::fileFormats;
 
 constexpr unsigned long long headBytes = 4096;
 
-/// Name and extensions of those formats that hold for the predicate.
-template <typename Predicate>
-QString list(const Predicate& predicate)
+/// Name and extensions of all formats.
+QString listOfFormats()
 {
     QStringList known;
-    for (const auto& format : fileFormats()) {
-        if (predicate(*format)) {
-            known += QStringLiteral("%1 (.%2)").arg(format->name(), format->extensions().join(u", ."));
-        }
+    for (const KnownFormat& format : knownFormats()) {
+        known += QStringLiteral("%1 (.%2)").arg(format.name, format.extensions.join(u", ."));
     }
     return known.join(u", ");
 }
 
-const FileFormat& formatOfContent(const QString& path)
+/// Index of the format in both lists.
+std::size_t indexOfContent(const QString& path)
 {
     const QByteArray head = Formats::InputFile(path).readUpTo(0, headBytes);
-    for (const auto& format : fileFormats()) {
-        if (format->recognises(head)) {
-            return *format;
-        }
+    const auto& formats = fileFormats();
+    const auto found = std::find_if(formats.begin(), formats.end(),
+                                    [&](const auto& format) { return format->recognises(head); });
+    if (found != formats.end()) {
+        return static_cast<std::size_t>(found - formats.begin());
     }
-    const QString reason =
-        head.isEmpty() ? QStringLiteral("the file is empty")
-                       : QStringLiteral("unknown content; known are %1").arg(list([](const FileFormat&) {
-                             return true;
-                         }));
+    const QString reason = head.isEmpty()
+                               ? QStringLiteral("the file is empty")
+                               : QStringLiteral("unknown content; known are %1").arg(listOfFormats());
     RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open '%1': %2").arg(path, reason)));
 }
 
-const FileFormat& formatOfExtension(const QString& path)
+std::size_t indexOfName(const QString& path)
 {
     const QString extension = QFileInfo(path).suffix().toLower();
-    for (const auto& format : fileFormats()) {
-        if (format->extensions().contains(extension)) {
-            return *format;
-        }
-    }
-    return *fileFormats().front();
+    const auto& formats = knownFormats();
+    const auto found = std::find_if(formats.begin(), formats.end(), [&](const KnownFormat& format) {
+        return format.extensions.contains(extension);
+    });
+    return found == formats.end() ? 0 : static_cast<std::size_t>(found - formats.begin());
 }
 
 } // namespace
 
+const std::vector<KnownFormat>& knownFormats()
+{
+    static const std::vector<KnownFormat> formats = [] {
+        std::vector<KnownFormat> list;
+        for (const auto& format : fileFormats()) {
+            list.push_back(format->about());
+        }
+        return list;
+    }();
+    return formats;
+}
+
+const KnownFormat& formatOfContent(const QString& path)
+{
+    return knownFormats()[indexOfContent(path)];
+}
+
+const KnownFormat& formatOfName(const QString& path)
+{
+    return knownFormats()[indexOfName(path)];
+}
+
 I_Buffer* ImportBuffer(const QString& path, const BufferOptions& /*options*/)
 {
-    return formatOfContent(path).read(path).release();
+    return fileFormats()[indexOfContent(path)]->read(path).release();
 }
 
 void ExportBuffer(const I_Buffer* buffer, const QString& path, const BufferOptions& options)
@@ -71,12 +92,12 @@ void ExportBuffer(const I_Buffer* buffer, const QString& path, const BufferOptio
     if (buffer == nullptr) {
         RTE::raise(RTE::InvalidArgumentError(QStringLiteral("Buffer is NULL")));
     }
-    const FileFormat& format = formatOfExtension(path);
+    const FileFormat& format = *fileFormats()[indexOfName(path)];
     Formats::AtomicFile target(path);
     const auto writer = format.create(target.temporaryPath(), options);
     if (!writer) {
         RTE::raise(RTE::FileWriteError(
-            QStringLiteral("Cannot write '%1': %2 files are only read").arg(path, format.name())));
+            QStringLiteral("Cannot write '%1': %2 files are only read").arg(path, format.about().name)));
     }
     for (unsigned int index = 0; index < buffer->GetFrameCount(); ++index) {
         writer->append(*buffer->GetFrame(index));

@@ -240,8 +240,15 @@ private:
 class BmpFormat : public FileFormat
 {
 public:
-    [[nodiscard]] QString name() const override { return QStringLiteral("BMP"); }
-    [[nodiscard]] QStringList extensions() const override { return {QStringLiteral("bmp")}; }
+    [[nodiscard]] KnownFormat about() const override
+    {
+        return {.name = QStringLiteral("BMP"),
+                .extensions = {QStringLiteral("bmp")},
+                .holds = QStringLiteral("one frame of 8 bit gray or RGB"),
+                .isWritten = false,
+                .isSingleFrame = true,
+                .hasChecksums = false};
+    }
     [[nodiscard]] bool recognises(const QByteArray& head) const override { return head.startsWith("BM"); }
 
     [[nodiscard]] std::unique_ptr<I_Buffer> read(const QString& path) const override

@@ -3,10 +3,10 @@
 
 #include "Core/Buffer/I_Buffer.h"
 #include "Core/Buffer/ImportExport.h"
+#include "Core/Buffer/KnownFormats.h"
 
 #include <QByteArray>
 #include <QString>
-#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -42,15 +42,13 @@ public:
     FileFormat& operator=(const FileFormat&) = delete;
     virtual ~FileFormat() = default;
 
-    /// For people: "TIFF".
-    [[nodiscard]] virtual QString name() const = 0;
-    /// Lower case, without the dot; the first is the usual one.
-    [[nodiscard]] virtual QStringList extensions() const = 0;
+    /// Name, extensions, what it can hold.
+    [[nodiscard]] virtual KnownFormat about() const = 0;
     /// \param head the first bytes of the file, at most 4096
     [[nodiscard]] virtual bool recognises(const QByteArray& head) const = 0;
     /// The content as a buffer whose planes may load lazily; errors name the file.
     [[nodiscard]] virtual std::unique_ptr<I_Buffer> read(const QString& path) const = 0;
-    /// Null for a format that is only read.
+    /// Null for a format that is only read, as `about` tells.
     [[nodiscard]] virtual std::unique_ptr<FrameWriter> create(const QString& path,
                                                               const BufferOptions& options) const = 0;
 };

@@ -21,10 +21,15 @@ bool isPacked(const BufferOptions& options)
 class NativeFormat final : public FileFormat
 {
 public:
-    [[nodiscard]] QString name() const override { return QStringLiteral("native"); }
-    [[nodiscard]] QStringList extensions() const override
+    [[nodiscard]] KnownFormat about() const override
     {
-        return {QStringLiteral("qfi"), QStringLiteral("qfv")};
+        return {.name = QStringLiteral("native"),
+                .extensions = {QStringLiteral("qfi"), QStringLiteral("qfv")},
+                .holds = QStringLiteral(
+                    "everything: images, volumes, RGB, vectors, masks, scalar fields, attributes, scales"),
+                .isWritten = true,
+                .isSingleFrame = false,
+                .hasChecksums = true};
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override
     {

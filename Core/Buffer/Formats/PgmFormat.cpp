@@ -193,8 +193,15 @@ std::shared_ptr<const PlaneSource> pixelsOf(const std::shared_ptr<const InputFil
 class PgmFormat : public FileFormat
 {
 public:
-    [[nodiscard]] QString name() const override { return QStringLiteral("PGM"); }
-    [[nodiscard]] QStringList extensions() const override { return {QStringLiteral("pgm")}; }
+    [[nodiscard]] KnownFormat about() const override
+    {
+        return {.name = QStringLiteral("PGM"),
+                .extensions = {QStringLiteral("pgm")},
+                .holds = QStringLiteral("frames of gray with 8 or 16 bit"),
+                .isWritten = false,
+                .isSingleFrame = false,
+                .hasChecksums = false};
+    }
     [[nodiscard]] bool recognises(const QByteArray& head) const override { return hasMagic(head); }
 
     [[nodiscard]] std::unique_ptr<I_Buffer> read(const QString& path) const override

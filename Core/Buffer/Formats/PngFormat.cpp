@@ -13,8 +13,15 @@ namespace
 class PngFormat : public FileFormat
 {
 public:
-    [[nodiscard]] QString name() const override { return QStringLiteral("PNG"); }
-    [[nodiscard]] QStringList extensions() const override { return {QStringLiteral("png")}; }
+    [[nodiscard]] KnownFormat about() const override
+    {
+        return {.name = QStringLiteral("PNG"),
+                .extensions = {QStringLiteral("png")},
+                .holds = QStringLiteral("one frame of gray with 8 or 16 bit or RGB, attributes, scales"),
+                .isWritten = true,
+                .isSingleFrame = true,
+                .hasChecksums = true};
+    }
     [[nodiscard]] bool recognises(const QByteArray& head) const override
     {
         return head.startsWith("\x89PNG\r\n\x1a\n");

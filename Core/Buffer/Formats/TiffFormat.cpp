@@ -19,10 +19,14 @@ bool isPacked(const BufferOptions& options)
 class TiffFormat : public FileFormat
 {
 public:
-    [[nodiscard]] QString name() const override { return QStringLiteral("TIFF"); }
-    [[nodiscard]] QStringList extensions() const override
+    [[nodiscard]] KnownFormat about() const override
     {
-        return {QStringLiteral("tif"), QStringLiteral("tiff")};
+        return {.name = QStringLiteral("TIFF"),
+                .extensions = {QStringLiteral("tif"), QStringLiteral("tiff")},
+                .holds = QStringLiteral("pages of gray in all six types or RGB, attributes, scales"),
+                .isWritten = true,
+                .isSingleFrame = false,
+                .hasChecksums = false};
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override
     {

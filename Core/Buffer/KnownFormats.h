@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/Export.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace BufferApi
+{
+
+/// A kind of file that `ImportBuffer` reads, as told to people.
+struct KnownFormat
+{
+    /// "TIFF".
+    QString name;
+    /// Lower case, without the dot; the first is the usual one.
+    QStringList extensions;
+    /// What a file of this kind can hold: "one frame: gray of 8 or 16 bit, RGB".
+    QString holds;
+    /// True if `ExportBuffer` writes it.
+    bool isWritten = false;
+    /// True if a written file holds a single frame.
+    bool isSingleFrame = false;
+    /// True if the file itself tells when a pixel was damaged.
+    bool hasChecksums = false;
+};
+
+/// All formats; the first is the native one.
+[[nodiscard]] DATAOBJECTS_BUFFER_EXPORT const std::vector<KnownFormat>& knownFormats();
+
+/// The format of a file, which its content decides. \throws RTE::FileOpenError as `ImportBuffer`
+[[nodiscard]] DATAOBJECTS_BUFFER_EXPORT const KnownFormat& formatOfContent(const QString& path);
+
+/// The format in which `ExportBuffer` writes a file of this name: the extension decides, and any that no
+/// other format owns means the native one.
+[[nodiscard]] DATAOBJECTS_BUFFER_EXPORT const KnownFormat& formatOfName(const QString& path);
+
+} // namespace BufferApi
