@@ -28,3 +28,8 @@
 #include "Core/DataObjects/MaskStrategy.h"
 #include "Core/DataObjects/MaskVolume.h"
 #include "Core/DataObjects/MaskVolumeList.h"
+#include "Core/DataObjects/ScalarField.h"
+#include "Core/DataObjects/ScalarFieldAccess.h"
+#include "Core/DataObjects/ScalarFieldMap.h"
+#include "Core/DataObjects/ScalarFieldVariant.h"
+#include "Core/DataObjects/ScalarFields.h"

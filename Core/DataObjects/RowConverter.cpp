@@ -106,28 +106,31 @@ std::size_t convertVectors(const From* source, To* destination, std::size_t coun
     return i;
 }
 
-/// By the rule alone, which the compiler turns into vectors.
 template <typename From, typename To>
+using Rule = To (*)(From);
+
+/// By the rule alone, which the compiler turns into vectors.
+template <typename From, typename To, Rule<From, To> rule>
 void convertEach(const From* source, To* destination, std::size_t count)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        destination[i] = convertPixel<To>(source[i]);
+        destination[i] = rule(source[i]);
     }
 }
 
-template <typename From, typename To>
+template <typename From, typename To, Rule<From, To> rule>
 void convertRun(const From* source, To* destination, std::size_t count)
 {
     std::size_t done = 0;
     if constexpr (isByVectors<From, To>) {
         done = convertVectors(source, destination, count);
     }
-    convertEach(source + done, destination + done, count - done);
+    convertEach<From, To, rule>(source + done, destination + done, count - done);
 }
 
 /// Converts into a small buffer and writes that past the cache, which saves reading the destination first.
 /// The destination begins at a cache line.
-template <typename From, typename To>
+template <typename From, typename To, Rule<From, To> rule>
 void convertStreaming(const From* source, To* destination, std::size_t count)
 {
     // Small steps keep reading and writing interleaved.
@@ -137,16 +140,16 @@ void convertStreaming(const From* source, To* destination, std::size_t count)
     for (; done + stage.size() <= count; done += stage.size()) {
         const From* const step = source + done;
         prefetchAhead(step, stage.size());
-        convertRun(step, stage.data(), stage.size());
+        convertRun<From, To, rule>(step, stage.data(), stage.size());
         for (std::size_t i = 0; i < stage.size(); i += hn::Lanes(d)) {
             hn::Stream(hn::Load(d, stage.data() + i), d, destination + done + i);
         }
     }
     hwy::FlushStream();
-    convertRun(source + done, destination + done, count - done);
+    convertRun<From, To, rule>(source + done, destination + done, count - done);
 }
 
-template <typename From, typename To>
+template <typename From, typename To, Rule<From, To> rule = convertPixel<To, From>>
 void convert(const void* source, void* destination, std::size_t count)
 {
     const auto* from = static_cast<const From*>(source);
@@ -155,9 +158,10 @@ void convert(const void* source, void* destination, std::size_t count)
         std::memcpy(to, from, count * sizeof(To));
     } else {
         const std::size_t head = pixelsBeforeLine(to, count);
-        const auto body = isWorthStreaming(count * (sizeof(From) + sizeof(To))) ? convertStreaming<From, To>
-                                                                                : convertRun<From, To>;
-        convertEach(from, to, head);
+        const auto body = isWorthStreaming(count * (sizeof(From) + sizeof(To)))
+                              ? convertStreaming<From, To, rule>
+                              : convertRun<From, To, rule>;
+        convertEach<From, To, rule>(from, to, head);
         body(from + head, to + head, count - head);
     }
 }
@@ -187,6 +191,13 @@ RowConverter chooseConverter(std::size_t from, std::size_t to)
     return table[from][to];
 }
 
+RowConverter chooseSaturating(std::size_t from, std::size_t to)
+{
+    const bool keepsBits = from == PixelTypes::number<unsigned int> && to == PixelTypes::number<int>;
+    return keepsBits ? convert<unsigned int, int, clampInteger<int, unsigned int>>
+                     : chooseConverter(from, to);
+}
+
 } // namespace DataObjects::Private::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -195,14 +206,30 @@ namespace DataObjects::Private
 {
 
 HWY_EXPORT(chooseConverter);
+HWY_EXPORT(chooseSaturating);
+
+namespace
+{
+
+bool areElementTypes(E_DataType from, E_DataType to) noexcept
+{
+    return PixelTypes::contains(static_cast<int>(from)) && PixelTypes::contains(static_cast<int>(to));
+}
+
+} // namespace
 
 RowConverter rowConverter(E_DataType from, E_DataType to) noexcept
 {
-    if (!PixelTypes::contains(static_cast<int>(from)) || !PixelTypes::contains(static_cast<int>(to))) {
-        return nullptr;
-    }
-    return HWY_DYNAMIC_DISPATCH(chooseConverter)(static_cast<std::size_t>(from),
-                                                 static_cast<std::size_t>(to));
+    return areElementTypes(from, to) ? HWY_DYNAMIC_DISPATCH(chooseConverter)(static_cast<std::size_t>(from),
+                                                                             static_cast<std::size_t>(to))
+                                     : nullptr;
+}
+
+RowConverter saturatingRowConverter(E_DataType from, E_DataType to) noexcept
+{
+    return areElementTypes(from, to) ? HWY_DYNAMIC_DISPATCH(chooseSaturating)(static_cast<std::size_t>(from),
+                                                                              static_cast<std::size_t>(to))
+                                     : nullptr;
 }
 
 } // namespace DataObjects::Private

@@ -17,4 +17,7 @@ using RowConverter = void (*)(const void* source, void* destination, std::size_t
 /// The converter of a pair of types, tuned to this processor; null when one is not of the six.
 [[nodiscard]] RowConverter rowConverter(E_DataType from, E_DataType to) noexcept;
 
+/// The same, but `unsigned int` to `int` saturates as every other pair does.
+[[nodiscard]] RowConverter saturatingRowConverter(E_DataType from, E_DataType to) noexcept;
+
 } // namespace DataObjects::Private
