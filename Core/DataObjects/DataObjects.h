@@ -3,8 +3,17 @@
 /// Everything public of Core/DataObjects.
 #pragma once
 
+#include "Core/DataObjects/Attribute.h"
+#include "Core/DataObjects/AttributeKeyValuePairs.h"
+#include "Core/DataObjects/AttributeScope.h"
 #include "Core/DataObjects/AttributeValue.h"
+#include "Core/DataObjects/Attributes.h"
+#include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/BufferAttributes.h"
+#include "Core/DataObjects/CustomImageTag.h"
+#include "Core/DataObjects/DataObjectAttributeSink.h"
 #include "Core/DataObjects/DataType.h"
+#include "Core/DataObjects/DeviceDataFromAttributes.h"
 #include "Core/DataObjects/FloatFrame.h"
 #include "Core/DataObjects/FrameData.h"
 #include "Core/DataObjects/FrameDecoders/FrameDecoderCommon.h"
@@ -19,6 +28,7 @@
 #include "Core/DataObjects/FrameDecoders/Raw16.h"
 #include "Core/DataObjects/FrameDecoders/Raw8.h"
 #include "Core/DataObjects/FrameDecoders/Rgb24.h"
+#include "Core/DataObjects/GlobalAndFrameAttributes.h"
 #include "Core/DataObjects/ImageData.h"
 #include "Core/DataObjects/ImageDataVariant.h"
 #include "Core/DataObjects/InstantMask.h"

@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/BufferAttributes.h"
+
+#include "Core/Buffer/BufferApi.h"
+#include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/GlobalAndFrameAttributes.h"
+#include "Tests/Support/Raises.h"
+
+#include <QTemporaryDir>
+
+#include <functional>
+
+namespace
+{
+
+using namespace DataObjects;
+using BufferApi::I_AttributePlane;
+using TestSupport::raises;
+
+class BufferAttributesTest : public testing::Test
+{
+protected:
+    BufferAttributesTest() { buffer->AddFrame(frame); }
+
+    /// Runs a test on both kinds of target.
+    void onBoth(const std::function<void(BufferAttributes&)>& test)
+    {
+        SCOPED_TRACE("buffer");
+        BufferAttributes ofBuffer(*buffer);
+        test(ofBuffer);
+        SCOPED_TRACE("frame");
+        BufferAttributes ofFrame(*frame);
+        test(ofFrame);
+    }
+
+    I_AttributePlane& createPlane(const std::string& name, BufferApi::I_PlaneBase* plane)
+    {
+        auto& attribute = dynamic_cast<I_AttributePlane&>(*frame->CreateAttribute(name, BufferApi::AT_PLANE));
+        attribute.SetPlane(plane);
+        return attribute;
+    }
+
+    std::unique_ptr<BufferApi::I_Buffer> buffer{BufferApi::CreateBuffer()};
+    BufferApi::I_Frame* frame = BufferApi::CreateImageFrame(BufferApi::DT_BYTE, 1, 1, 1);
+};
+
+/// A value of each kind, and what a frame gives back for it.
+const std::vector<std::pair<AttributeValue, AttributeValue>>& everyKind()
+{
+    static const std::vector<std::pair<AttributeValue, AttributeValue>> kinds{
+        {QStringLiteral(u"\u0414 text"), QStringLiteral(u"\u0414 text")},
+        {"Latin \xB5", QStringLiteral(u"Latin \u00B5")},
+        {static_cast<signed char>(-128), QStringLiteral("-128")},
+        {static_cast<short>(-32768), QStringLiteral("-32768")},
+        {5, QStringLiteral("5")},
+        {-9223372036854775807LL, QStringLiteral("-9223372036854775807")},
+        {static_cast<unsigned char>(255), QStringLiteral("255")},
+        {static_cast<unsigned short>(65535), QStringLiteral("65535")},
+        {4294967295U, QStringLiteral("4294967295")},
+        {18446744073709551615ULL, QStringLiteral("18446744073709551615")},
+        {0.1F, QStringLiteral("0.1")},
+        {1e-300, QStringLiteral("1e-300")},
+        {std::vector<unsigned short>{1, 65535}, std::vector<unsigned short>{1, 65535}},
+        {std::vector<int>{-1, 2147483647, 3}, std::vector<int>{-1, 2147483647, 3}},
+        {std::vector<float>{0.1F}, std::vector<float>{0.1F}},
+        {std::vector<double>{0.1, -1e300}, std::vector<double>{0.1, -1e300}},
+        {std::vector<double>{}, std::vector<double>{}},
+        {std::vector<unsigned short>{}, std::vector<unsigned short>{}},
+    };
+    return kinds;
+}
+
+TEST_F(BufferAttributesTest, KeepTextsAndListsInTheStore)
+{
+    onBoth([&](BufferAttributes& attributes) {
+        for (const auto& [written, read] : everyKind()) {
+            SCOPED_TRACE(written.GetType());
+            attributes.set("Name", written);
+            EXPECT_EQ(attributes.attributeValue("Name"), read);
+            attributes.remove("Name");
+            EXPECT_EQ(attributes.attribute("Name"), (Attribute{"Name", {}}));
+        }
+        attributes.set("Number", 5);
+        EXPECT_EQ(attributes.attributeValue("Number").value<int>(), 5);
+    });
+}
+
+TEST_F(BufferAttributesTest, ComeBackFromFiles)
+{
+    const std::vector<std::string> names{"plain", "with blank", "dotted.name", "dotted",
+                                         "\xB5m", "a/b",        "a*"};
+    std::vector<Attribute> expected;
+    onBoth([&](BufferAttributes& attributes) {
+        expected.clear();
+        for (std::size_t i = 0; i < everyKind().size(); ++i) {
+            const std::string name = names[i % names.size()] + "-" + std::to_string(i) + "x";
+            attributes.set(name, everyKind()[i].first);
+            expected.push_back({name, everyKind()[i].second});
+        }
+    });
+    std::sort(expected.begin(), expected.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("attributes.qfi"));
+    BufferApi::ExportBuffer(buffer.get(), path, {});
+    const std::unique_ptr<BufferApi::I_Buffer> read(BufferApi::ImportBuffer(path, {}));
+    const auto without = [&](const Attributes& attributes) {
+        std::vector<Attribute> all = attributes.toStdVector();
+        std::erase_if(all, [](const Attribute& a) { return a.name.find('-') == std::string::npos; });
+        return all;
+    };
+    EXPECT_EQ(without(BufferAttributes(*read)), expected);
+    EXPECT_EQ(without(BufferAttributes(*read->GetFrame(0))), expected);
+}
+
+TEST_F(BufferAttributesTest, WriteIntoTheirTargetAtOnce)
+{
+    BufferAttributes first(*frame);
+    BufferAttributes second(first);
+    const std::unique_ptr<Attributes> third = first.clone();
+    first.set("A", 1);
+    EXPECT_TRUE(second.contains("A"));
+    third->set("A", 2);
+    EXPECT_EQ(first.attributeValue("A").toString(), QStringLiteral("2"));
+    EXPECT_TRUE(BufferAttributes(*buffer).isEmpty());
+    second.clear();
+    EXPECT_TRUE(first.isEmpty());
+}
+
+TEST_F(BufferAttributesTest, AssignmentCopiesIntoTheTargetAndThenLeavesIt)
+{
+    BufferAttributes source(*buffer);
+    source.set("Acq", 1);
+    source.set("Acq.X", std::vector<int>{2});
+    BufferAttributes target(*frame);
+    target.set("Old", 1);
+    target = source;
+    const BufferAttributes ofFrame(*frame);
+    EXPECT_EQ(ofFrame.toStdVector(), source.toStdVector());
+    target.set("Late", 1);
+    EXPECT_TRUE(source.contains("Late"));
+    EXPECT_FALSE(ofFrame.contains("Late"));
+    target = static_cast<const BufferAttributes&>(target);
+    EXPECT_TRUE(source.contains("Late"));
+    // A second view of the same target empties what it would copy.
+    target = source;
+    EXPECT_TRUE(source.isEmpty());
+}
+
+TEST_F(BufferAttributesTest, RemoveGroups)
+{
+    onBoth([&](BufferAttributes& attributes) {
+        for (const char* name : {"Acq", "Acq.X", "Acq.X.Y", "AcqX", "Acquisition"}) {
+            attributes.set(name, 1);
+        }
+        attributes.set("Acq", AttributeValue());
+        std::vector<Attribute> left{{"AcqX", QStringLiteral("1")}, {"Acquisition", QStringLiteral("1")}};
+        EXPECT_EQ(attributes.toStdVector(), left);
+        attributes.remove("AcqX*");
+        left.erase(left.begin());
+        EXPECT_EQ(attributes.toStdVector(), left);
+    });
+}
+
+TEST_F(BufferAttributesTest, RefuseTheEmptyName)
+{
+    onBoth([&](BufferAttributes& attributes) {
+        const std::vector<std::pair<const char*, std::function<void()>>> calls{
+            {"Empty name.", [&] { (void)attributes.attributeValue(""); }},
+            {"Empty name.", [&] { (void)attributes.attribute(""); }},
+            {"Empty name", [&] { (void)attributes.contains(""); }},
+            {"Empty name", [&] { attributes.remove(""); }},
+            {"Empty name", [&] { attributes.set("", 1); }},
+            {"Empty name", [&] { attributes.set("", AttributeValue()); }}};
+        for (const auto& [text, call] : calls) {
+            EXPECT_TRUE(raises<RTE::InvalidArgumentError>(text, call));
+        }
+    });
+}
+
+TEST_F(BufferAttributesTest, KeepTheirKindUntilRemoved)
+{
+    onBoth([&](BufferAttributes& attributes) {
+        attributes.set("Text", 1);
+        attributes.set("List", std::vector<int>{1, 2});
+        EXPECT_TRUE(raises<RTE::Exception>("Can't assign list attribute to AT_STRING",
+                                           [&] { attributes.set("Text", std::vector<int>{1}); }));
+        EXPECT_TRUE(raises<RTE::Exception>("Can't assign scalar attribute to AT_PLANE",
+                                           [&] { attributes.set("List", 1); }));
+        EXPECT_TRUE(raises<RTE::VerificationFailed>("Cannot convert attribute value to plane's type.",
+                                                    [&] { attributes.set("List", std::vector<float>{1}); }));
+        EXPECT_EQ(attributes.attributeValue("Text").toString(), QStringLiteral("1"));
+        EXPECT_EQ(attributes.attributeValue("List"), AttributeValue(std::vector<int>{1, 2}));
+        for (const std::vector<int>& list : {std::vector<int>{3, 4}, {5}, {}, {6, 7, 8}}) {
+            attributes.set("List", list);
+            EXPECT_EQ(attributes.attributeValue("List"), AttributeValue(list));
+        }
+        attributes.remove("List");
+        attributes.set("List", "text");
+        EXPECT_EQ(attributes.attributeValue("List").GetType(), AttributeValue::TypeString);
+    });
+}
+
+TEST_F(BufferAttributesTest, MeetPlanesOfOtherMakers)
+{
+    using namespace BufferApi;
+    BufferAttributes attributes(*frame);
+    struct Case
+    {
+        E_DataType type;
+        const char* reading;
+        const char* writing;
+    };
+    const std::vector<Case> cases{{DT_BYTE, "Can't create AttributeValue object from DT_BYTE plane.",
+                                   "Can't assign AttributeValue object to DT_BYTE plane."},
+                                  {DT_RGB, "Can't create AttributeValue object from DT_RGB plane.",
+                                   "Can't assign AttributeValue object to DT_RGB plane."},
+                                  {DT_UINT32, "Unsupported plane type", "Unsupported plane type"}};
+    for (const Case& c : cases) {
+        createPlane("Foreign", CreatePlane(c.type, 2, 1));
+        EXPECT_TRUE(raises<RTE::Exception>(c.reading, [&] { (void)attributes.attributeValue("Foreign"); }));
+        EXPECT_TRUE(
+            raises<RTE::Exception>(c.writing, [&] { attributes.set("Foreign", std::vector<int>{1}); }));
+    }
+    // The type is looked at before the shape.
+    createPlane("Foreign", CreatePlane(DT_WORD, 3, 2));
+    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<unsigned short>{}));
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("Cannot convert attribute value to plane's type.",
+                                                [&] { attributes.set("Foreign", std::vector<int>{1}); }));
+    EXPECT_TRUE(raises<RTE::VerificationFailed>(
+        "Invalid plane y-size", [&] { attributes.set("Foreign", std::vector<unsigned short>{1}); }));
+
+    I_AttributePlane& missing = createPlane("Foreign", nullptr);
+    EXPECT_EQ(attributes.attributeValue("Foreign").Count(), 0U);
+    EXPECT_TRUE(attributes.attributeValue("Foreign").IsList());
+    attributes.set("Foreign", std::vector<float>{1.5F});
+    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{1.5F}));
+    delete[] static_cast<float*>(missing.GetPlane()->ReleaseData());
+    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{}));
+    attributes.set("Foreign", std::vector<float>{2.5F});
+    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{2.5F}));
+}
+
+TEST_F(BufferAttributesTest, MergeLeavesGroupsAlone)
+{
+    AttributesContainer source;
+    source.set("Acq", 7);
+    source.set("New", std::vector<int>{1});
+    BufferAttributes target(*frame);
+    target.set("Acq", 1);
+    target.set("Acq.X", 1);
+    target.merge(source);
+    const std::vector<Attribute> merged{
+        {"Acq", QStringLiteral("7")}, {"Acq.X", QStringLiteral("1")}, {"New", std::vector<int>{1}}};
+    EXPECT_EQ(target.toStdVector(), merged);
+}
+
+} // namespace
