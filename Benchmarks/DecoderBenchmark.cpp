@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // Decoding random frames of n² pixels into an array that exists, beside memcpy of as many words; and into a
-// fresh frame. Bytes processed are those read and written: what memcpy reads and writes is twice the frame.
+// fresh frame, with and without the reserve of arrays. Bytes processed are those read and written: what
+// memcpy reads and writes is twice the frame.
 #include "Core/Common/Array.h"
 #include "Core/DataObjects/DataObjects.h"
 
@@ -82,7 +83,8 @@ void copyWords(benchmark::State& state)
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(2 * bytes));
 }
 
-/// Allocates, decodes and frees a frame.
+/// Allocates, decodes and frees a frame; without the reserve of arrays the system clears all pages anew.
+template <bool fromReserve>
 void decodeFreshFrame(benchmark::State& state)
 {
     Mono12p decoder;
@@ -91,9 +93,14 @@ void decodeFreshFrame(benchmark::State& state)
     const auto source = randomBytes(sourceBytes);
     std::size_t frameBytes = 0;
     for (auto _ : state) {
-        const DataObjects::FrameData frame = decoder.decode({source.get(), sourceBytes}, size);
-        benchmark::DoNotOptimize(frame.data());
-        frameBytes = frame.dataSize();
+        {
+            const DataObjects::FrameData frame = decoder.decode({source.get(), sourceBytes}, size);
+            benchmark::DoNotOptimize(frame.data());
+            frameBytes = frame.dataSize();
+        }
+        if (!fromReserve) {
+            RTE::freeReserve();
+        }
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(sourceBytes + frameBytes));
 }
@@ -114,6 +121,7 @@ BENCHMARK(decode<Mono12pmsb>)->Apply(overSides);
 BENCHMARK(decode<Raw16>)->Apply(overSides);
 BENCHMARK(decode<Raw8>)->Apply(overSides);
 BENCHMARK(decode<Rgb24>)->Apply(overSides);
-BENCHMARK(decodeFreshFrame)->Apply(overSides);
+BENCHMARK(decodeFreshFrame<true>)->Apply(overSides);
+BENCHMARK(decodeFreshFrame<false>)->Apply(overSides);
 
 } // namespace

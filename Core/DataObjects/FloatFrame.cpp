@@ -58,12 +58,16 @@ FloatFrame& FloatFrame::operator=(const FloatFrame& other)
 
 FloatFrame& FloatFrame::operator=(FloatFrame&& other) noexcept
 {
-    m_size = std::exchange(other.m_size, QSize());
-    m_data = std::move(other.m_data);
+    FloatFrame taken(std::move(other));
+    std::swap(m_size, taken.m_size);
+    std::swap(m_data, taken.m_data);
     return *this;
 }
 
-FloatFrame::~FloatFrame() = default;
+FloatFrame::~FloatFrame()
+{
+    RTE::deleteArray(m_data.release(), elementCount(m_size));
+}
 
 unsigned long long FloatFrame::width() const noexcept
 {

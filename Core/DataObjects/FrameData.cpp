@@ -41,22 +41,23 @@ FrameData::FrameData(FrameData&& other) noexcept
 FrameData& FrameData::operator=(const FrameData& other)
 {
     if (this != &other) {
-        m_data = copyOfPixels(other);
-        m_size = other.m_size;
+        *this = FrameData(other);
     }
     return *this;
 }
 
 FrameData& FrameData::operator=(FrameData&& other) noexcept
 {
-    if (this != &other) {
-        m_size = std::exchange(other.m_size, QSize(0, 0));
-        m_data = std::move(other.m_data);
-    }
+    FrameData taken(std::move(other));
+    std::swap(m_size, taken.m_size);
+    std::swap(m_data, taken.m_data);
     return *this;
 }
 
-FrameData::~FrameData() = default;
+FrameData::~FrameData()
+{
+    RTE::deleteArray(m_data.release(), size());
+}
 
 unsigned long long FrameData::width() const noexcept
 {

@@ -108,7 +108,7 @@ template <typename T>
 ImageData<T>::~ImageData()
 {
     if (m_hasOwnerShip) {
-        delete[] m_data;
+        RTE::deleteArray(m_data, size());
     }
 }
 
@@ -129,7 +129,7 @@ ImageData<T>& ImageData<T>::operator=(ImageData&& other)
         return *this;
     }
     if (m_hasOwnerShip) {
-        delete[] m_data;
+        RTE::deleteArray(m_data, size());
         stealFrom(other);
         return *this;
     }

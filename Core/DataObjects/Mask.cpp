@@ -100,7 +100,7 @@ Mask::Mask(Mask&& other) noexcept : m_hasOwnership(true), m_pixels(nullptr)
 Mask::~Mask()
 {
     if (m_hasOwnership) {
-        delete[] m_pixels;
+        RTE::deleteArray(m_pixels, size());
     }
 }
 
@@ -163,7 +163,7 @@ void Mask::Fill(bool value) noexcept
 void Mask::takeFrom(Mask& other) noexcept
 {
     if (m_hasOwnership) {
-        delete[] m_pixels;
+        RTE::deleteArray(m_pixels, size());
     }
     m_hasOwnership = std::exchange(other.m_hasOwnership, true);
     m_size = std::exchange(other.m_size, {});
