@@ -22,6 +22,10 @@ template <typename T>
 class DATAOBJECTS_DATAOBJECTS_EXPORT ScalarField : public ScalarFieldVariant
 {
 public:
+    using value_type = T;
+    using iterator = T*;
+    using const_iterator = const T*;
+
     /// \name Construction
     /// \{
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageData.h"
 #include "Tests/DataObjects/PixelReference.h"
+#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
@@ -16,28 +17,11 @@ using DataObjects::CastImageDataTo;
 using DataObjects::E_DataType;
 using DataObjects::ImageData;
 using DataObjects::ImageDataVariant;
+using TestSupport::forAllPairs;
+using TestSupport::forAllTypes;
 using TestSupport::onEachTarget;
 using TestSupport::raises;
 using TestSupport::samePixels;
-
-template <typename Call>
-void forAllTypes(Call&& call)
-{
-#define DATAOBJECTS_CALL(type, number, name)                                                                 \
-    {                                                                                                        \
-        SCOPED_TRACE(#name);                                                                                 \
-        call(PixelTypes::Tag<type>());                                                                       \
-    }
-    DATAOBJECTS_PIXEL_TYPES(DATAOBJECTS_CALL)
-#undef DATAOBJECTS_CALL
-}
-
-/// Calls with every pair of tags, source first.
-template <typename Call>
-void forAllPairs(Call&& call)
-{
-    forAllTypes([&](auto from) { forAllTypes([&](auto to) { call(from, to); }); });
-}
 
 /// Into a view that begins at some pixel of an array; watches the pixels around it.
 template <typename To, typename From>

@@ -1,0 +1,369 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ScalarFields.h"
+
+#include "Tests/DataObjects/StrangeField.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+
+namespace
+{
+
+using DataObjects::CastScalarFieldTo;
+using DataObjects::ImageData;
+using DataObjects::ScalarField;
+using DataObjects::ScalarFieldMap;
+using DataObjects::ScalarFields;
+using DataObjects::ScalarFieldVariant;
+using RTE::VerificationFailed;
+using testing::Each;
+using TestSupport::raises;
+using TestSupport::StrangeField;
+using Size = Math::Size2T<unsigned int>;
+
+const Zt::LinearScale plain(1.0, 0.0, "", "");
+const Zt::LinearScale kelvin(0.5, 273.0, "K", "Temperature");
+const QString wrongSize = "Source scalar field has wrong size.";
+const QString emptyInMap = "Empty scalar field names are not allowed.";
+const QString emptyTyped = "empty scalar field name is not allowed.";
+
+template <typename T>
+ScalarField<T> filled(unsigned int width, unsigned int height, T value)
+{
+    return {ImageData<T>(width, height, value), kelvin};
+}
+
+const ScalarField<float>& floats(const ScalarFields& fields, const QString& name)
+{
+    return CastScalarFieldTo<float>(*fields.Get(name));
+}
+
+TEST(ScalarFieldMap, RefusesTheEmptyNameAlone)
+{
+    ScalarFieldMap map;
+    map["b"] = std::make_shared<ScalarField<float>>(1, 1, plain);
+    EXPECT_EQ(map["\u00e4 .%1"], nullptr);
+    EXPECT_EQ(map["B"], nullptr);
+    EXPECT_TRUE(raises<VerificationFailed>(emptyInMap, [&] { map[""] = nullptr; }));
+    EXPECT_EQ(map.size(), 3U);
+    EXPECT_EQ(map.begin()->first, "B");
+}
+
+TEST(ScalarFields, TypedAddMakesZeroesOrReplaces)
+{
+    ScalarFields fields(2, 2);
+    const auto made = fields.Add("a");
+    EXPECT_EQ(made->GetScaleI(), plain);
+    EXPECT_THAT(floats(fields, "a"), Each(0.0F));
+    made->SetScaleI(kelvin);
+    EXPECT_EQ(fields.Add("a", 2.5F), made);
+    EXPECT_THAT(floats(fields, "a"), Each(2.5F));
+    EXPECT_EQ(fields.Add(BufferApi::DT_FLOAT, "a", nullptr), made);
+    EXPECT_THAT(floats(fields, "a"), Each(0.0F));
+    EXPECT_EQ(made->GetScaleI(), kelvin);
+
+    const auto replaced = fields.Add(BufferApi::DT_DOUBLE, "a", nullptr);
+    EXPECT_NE(replaced, made);
+    EXPECT_EQ(fields.Get("a"), replaced);
+    EXPECT_EQ(replaced->GetScaleI(), plain);
+    EXPECT_EQ(fields.size(), 1U);
+}
+
+TEST(ScalarFields, TypedAddTakesDataOnlyForANewField)
+{
+    ScalarFields fields(3, 1);
+    auto* const data = new unsigned short[3]{1, 2, 3};
+    const auto field = fields.Add(BufferApi::DT_WORD, "a", data);
+    const auto& words = CastScalarFieldTo<unsigned short>(*field);
+    EXPECT_EQ(words.begin(), data);
+    EXPECT_TRUE(words.GetDataT().HasOwnerShip());
+    EXPECT_EQ(words.GetSize(), Size(3, 1));
+
+    std::array<unsigned short, 3> unused{4, 5, 6};
+    EXPECT_EQ(fields.Add(BufferApi::DT_WORD, "a", unused.data()), field);
+    EXPECT_THAT(words, Each(0));
+    EXPECT_THAT(unused, testing::ElementsAre(4, 5, 6));
+}
+
+TEST(ScalarFields, TypedAddKnowsTheSixTypes)
+{
+    ScalarFields fields(1, 1);
+    for (int type = -1; type < 10; ++type) {
+        const auto add = [&] { return fields.Add(static_cast<BufferApi::E_DataType>(type), "a", nullptr); };
+        if (PixelTypes::contains(type)) {
+            EXPECT_EQ(static_cast<int>(add()->GetDataType()), type);
+        } else {
+            EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar data type", add)) << type;
+        }
+    }
+    EXPECT_EQ(static_cast<int>(fields.Get("a")->GetDataType()), 7);
+}
+
+TEST(ScalarFields, AddCopiesMovesOrTakesTheField)
+{
+    ScalarFields fields(2, 2);
+    auto source = filled<int>(2, 2, 5);
+    const auto data = source.GetSharedDataT();
+    EXPECT_NE(fields.Add("copied", std::as_const(source))->ShareData(), data);
+    EXPECT_EQ(fields.Get("copied")->GetScaleI(), kelvin);
+    EXPECT_EQ(fields.Add("moved", std::move(source))->ShareData(), data);
+    EXPECT_EQ(source.GetSharedDataT(), nullptr);
+
+    auto object = std::make_unique<ScalarField<double>>(2, 2, plain);
+    const ScalarFieldVariant* const address = object.get();
+    const auto before = fields.Get("moved");
+    EXPECT_EQ(fields.Add("moved", std::move(object)).get(), address);
+    EXPECT_EQ(fields.Get("moved").get(), address);
+    EXPECT_EQ(before->ShareData(), data);
+    EXPECT_THAT(fields.GetNames(), testing::ElementsAre("copied", "moved"));
+}
+
+/// Every call on a collection of 2 × 2 that has "a" of float, filled with 1.
+struct Failure
+{
+    const char* what;
+    QString text;
+    std::function<void(ScalarFields&)> call;
+};
+
+TEST(ScalarFields, FailuresLeaveTheCollectionAsItWas)
+{
+    auto larger = filled<float>(3, 2, 4.0F);
+    auto fitting = filled<float>(2, 2, 4.0F);
+    const auto owned = [](const auto& field) { return std::make_unique<ScalarField<float>>(field); };
+    const std::array failures{
+        Failure{"copy, size", wrongSize, [&](auto& fields) { fields.Add("a", std::as_const(larger)); }},
+        Failure{"copy, size first", wrongSize, [&](auto& fields) { fields.Add("", std::as_const(larger)); }},
+        Failure{"copy, name", emptyInMap, [&](auto& fields) { fields.Add("", std::as_const(fitting)); }},
+        Failure{"move, size", wrongSize, [&](auto& fields) { fields.Add("a", std::move(larger)); }},
+        Failure{"move, name", emptyInMap, [&](auto& fields) { fields.Add("", std::move(fitting)); }},
+        Failure{"take, size", wrongSize, [&](auto& fields) { fields.Add("b", owned(larger)); }},
+        Failure{"take, name", emptyInMap, [&](auto& fields) { fields.Add("", owned(fitting)); }},
+        Failure{"take null", "Scalar field is null",
+                [](auto& fields) { fields.Add("b", std::unique_ptr<ScalarFieldVariant>()); }},
+        Failure{"typed", emptyTyped, [](auto& fields) { fields.Add(BufferApi::DT_BYTE, "", nullptr); }},
+        Failure{"zeros", emptyTyped, [](auto& fields) { fields.Add(""); }},
+        Failure{"value", emptyTyped, [](auto& fields) { fields.Add("", 1.0F); }},
+        Failure{"get", "Scalar field 'A %1' is not existing.",
+                [](auto& fields) { static_cast<void>(fields.Get("A %1")); }},
+        Failure{"const get", "Scalar field '' is not existing.",
+                [](auto& fields) { static_cast<void>(std::as_const(fields).Get("")); }},
+        Failure{"set, name", "Scalar field 'b' is not existing.",
+                [&](auto& fields) { fields.Set("b", larger); }},
+        Failure{"set, size", "Source and destination have different sizes.",
+                [&](auto& fields) { fields.Set("a", larger); }},
+        Failure{"set, type", "bad scalar field cast",
+                [](auto& fields) { fields.Set("a", filled<double>(2, 2, 1.0)); }},
+        Failure{"rename to itself", "Scalar field already contains item of the new name.",
+                [](auto& fields) { fields.Rename("a", "a"); }},
+        Failure{"rename a missing one", "Scalar field already contains item of the new name.",
+                [](auto& fields) { fields.Rename("missing", "a"); }},
+        Failure{"rename to nothing", emptyInMap, [](auto& fields) { fields.Rename("a", ""); }},
+    };
+    for (const Failure& failure : failures) {
+        SCOPED_TRACE(failure.what);
+        ScalarFields fields(2, 2);
+        const auto field = fields.Add("a", 1.0F);
+        EXPECT_TRUE(raises<VerificationFailed>(failure.text, [&] { failure.call(fields); }));
+        EXPECT_EQ(fields.GetCount(), 1U);
+        EXPECT_EQ(fields.Get("a"), field);
+        EXPECT_THAT(floats(fields, "a"), Each(1.0F));
+        EXPECT_EQ(larger.size(), 6U);
+        EXPECT_EQ(fitting.size(), 4U);
+    }
+}
+
+TEST(ScalarFields, AnUnknownTypeIsSeenBeforeTheSizeAndStays)
+{
+    ScalarFields fields(2, 2);
+    StrangeField strange(3, 3);
+    EXPECT_TRUE(
+        raises<RTE::Exception>("Unsupported scalar field type", [&] { fields.Add("", std::move(strange)); }));
+    EXPECT_NE(strange.GetSharedDataT(), nullptr);
+    EXPECT_TRUE(fields.empty());
+}
+
+TEST(ScalarFields, AMissingKeyIsOutOfRange)
+{
+    ScalarFields fields(2, 2);
+    const auto text = [](auto& collection) {
+        try {
+            static_cast<void>(collection["missing"]);
+        } catch (const std::out_of_range& error) {
+            return std::string(error.what());
+        }
+        return std::string();
+    };
+    EXPECT_EQ(text(fields), "invalid map<K, T> key");
+    EXPECT_EQ(text(std::as_const(fields)), "invalid map<K, T> key");
+    EXPECT_FALSE(fields.Contains("missing"));
+    const auto field = fields.Add("there");
+    EXPECT_EQ(fields["there"], field);
+    EXPECT_EQ(std::as_const(fields)["there"], field);
+}
+
+TEST(ScalarFields, SetWritesIntoTheFieldThatIsThere)
+{
+    ScalarFields fields(2, 2);
+    const auto held = fields.Add("a");
+    fields.Set("a", filled<float>(2, 2, 3.5F));
+    EXPECT_EQ(fields.Get("a"), held);
+    EXPECT_THAT(CastScalarFieldTo<float>(*held), Each(3.5F));
+    EXPECT_EQ(held->GetScaleI(), kelvin);
+}
+
+TEST(ScalarFields, RenamesAndRemoves)
+{
+    ScalarFields fields(2, 2);
+    const auto held = fields.Add("a");
+    fields.Rename("missing", "b");
+    fields.Rename("missing", "");
+    fields.Rename("a", "A");
+    EXPECT_THAT(fields.GetNames(), testing::ElementsAre("A"));
+    EXPECT_EQ(fields.Get("A"), held);
+    fields.Remove("a");
+    EXPECT_EQ(fields.size(), 1U);
+    fields.Remove("A");
+    EXPECT_TRUE(fields.empty());
+    fields.Add("b", *held);
+    fields.Clear();
+    EXPECT_TRUE(fields.empty());
+    EXPECT_EQ(fields.GetSizeOfScalarFields(), Size(2, 2));
+    EXPECT_EQ(held->GetSize(), Size(2, 2));
+}
+
+TEST(ScalarFields, IsWalkedByNameAndMappedWithItsFields)
+{
+    ScalarFields fields(2, 2);
+    fields.Add("b", 2.0F);
+    fields.Add("B", 1.0F);
+    QStringList names;
+    for (const auto& [name, field] : std::as_const(fields)) {
+        names.append(name);
+        EXPECT_EQ(field, fields[name]);
+    }
+    EXPECT_EQ(names, fields.GetNames());
+    EXPECT_THAT(names, testing::ElementsAre("B", "b"));
+
+    auto map = fields.GetMapping();
+    static_cast<void>(map["c"]);
+    map["b"]->InitializeWithZeros();
+    EXPECT_FALSE(fields.Contains("c"));
+    EXPECT_THAT(floats(fields, "b"), Each(0.0F));
+}
+
+TEST(ScalarFields, CopiesAreDeep)
+{
+    ScalarFields fields(2, 2);
+    fields.Add("a", 1.0F);
+    fields.Get("a")->SetScaleI(kelvin);
+    const ScalarFields copy(fields);
+    ScalarFields target(5, 5);
+    const auto old = target.Add("old");
+    target.DeepCopyFrom(fields);
+    fields.Get("a")->InitializeWithZeros();
+    for (const ScalarFields* const each : {&copy, static_cast<const ScalarFields*>(&target)}) {
+        EXPECT_EQ(each->GetSizeOfScalarFields(), Size(2, 2));
+        EXPECT_THAT(each->GetNames(), testing::ElementsAre("a"));
+        EXPECT_THAT(floats(*each, "a"), Each(1.0F));
+        EXPECT_EQ(each->Get("a")->GetScaleI(), kelvin);
+    }
+    EXPECT_EQ(old->GetSize(), Size(5, 5));
+
+    const ScalarFields& same = target;
+    const auto kept = target.Get("a");
+    target = same;
+    EXPECT_EQ(target.Get("a"), kept);
+}
+
+TEST(ScalarFields, MovesKeepTheFieldsViewsIncluded)
+{
+    std::array<float, 4> memory{1, 2, 3, 4};
+    ScalarFields fields(2, 2);
+    const auto owner = fields.Add("owner");
+    const auto view =
+        fields.Add("view", std::make_unique<ScalarField<float>>(2, 2, memory.data(), false, plain));
+    ScalarFields moved(std::move(fields));
+    EXPECT_TRUE(fields.empty());
+    EXPECT_EQ(fields.GetSizeOfScalarFields(), Size(0, 0));
+    EXPECT_EQ(moved.GetSizeOfScalarFields(), Size(2, 2));
+    EXPECT_EQ(moved.Get("owner"), owner);
+    EXPECT_EQ(moved.Get("view"), view);
+
+    ScalarFields target(7, 7);
+    target.Add("old");
+    target.MoveFrom(std::move(moved));
+    EXPECT_THAT(target.GetNames(), testing::ElementsAre("owner", "view"));
+    EXPECT_EQ(target.Get("view"), view);
+    EXPECT_EQ(moved.GetSizeOfScalarFields(), Size(0, 0));
+
+    ScalarFields& same = target;
+    target = std::move(same);
+    EXPECT_EQ(target.size(), 2U);
+}
+
+/// A collection over memory that it ends when it is cleared, as that of a frame does.
+class FieldsOverMemory : public ScalarFields
+{
+public:
+    using ScalarFields::operator=;
+    using ScalarFields::Get;
+
+    FieldsOverMemory() : ScalarFields(2, 2), m_memory{1, 2, 3, 4}
+    {
+        ScalarFields::Add("view", std::make_unique<ScalarField<float>>(2, 2, m_memory.data(), false, kelvin));
+        ScalarFields::Add("owner", 5.0F);
+    }
+    void Clear() override
+    {
+        RTE::verify(!refusesToClear, "kept");
+        ScalarFields::Clear();
+        m_memory.fill(-1);
+    }
+    [[nodiscard]] std::shared_ptr<const ScalarFieldVariant> Get(const QString& name) const override
+    {
+        ++timesRead;
+        return ScalarFields::Get(name);
+    }
+
+    bool refusesToClear = false;
+    mutable int timesRead = 0;
+
+private:
+    std::array<float, 4> m_memory;
+};
+
+TEST(ScalarFields, MovedOutOfADerivedCollectionViewsOutliveIt)
+{
+    FieldsOverMemory source;
+    const auto owner = source.ScalarFields::Get("owner");
+    const ScalarFields moved(std::move(source));
+    EXPECT_TRUE(source.empty());
+    EXPECT_THAT(floats(moved, "view"), testing::ElementsAre(1, 2, 3, 4));
+    EXPECT_EQ(moved.Get("view")->GetScaleI(), kelvin);
+    EXPECT_EQ(moved.Get("owner"), owner);
+
+    FieldsOverMemory refusing;
+    refusing.refusesToClear = true;
+    ScalarFields target(1, 1);
+    target.Add("old");
+    EXPECT_TRUE(raises<VerificationFailed>("kept", [&] { target = std::move(refusing); }));
+    EXPECT_THAT(target.GetNames(), testing::ElementsAre("old"));
+    EXPECT_EQ(refusing.size(), 2U);
+}
+
+TEST(ScalarFields, ACopyReadsADerivedSourceThroughItsOwnGet)
+{
+    FieldsOverMemory source;
+    const ScalarFields copy(source);
+    EXPECT_EQ(source.timesRead, 2);
+    source.Clear();
+    EXPECT_THAT(floats(copy, "view"), testing::ElementsAre(1, 2, 3, 4));
+}
+
+} // namespace
