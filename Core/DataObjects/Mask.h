@@ -45,7 +45,7 @@ public:
     Mask(const Mask& other);
     /// Takes pixels, size and ownership; `other` keeps size 0 × 0, no pixels, and ownership.
     Mask(Mask&& other) noexcept;
-    ~Mask();
+    virtual ~Mask();
     /// @}
 
     /// \name Assignment

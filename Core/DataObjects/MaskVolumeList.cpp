@@ -32,6 +32,9 @@ Volumes newVolumes(const Math::Size3T<unsigned int>& volumeSize, unsigned int co
 
 Volumes movedFrom(std::vector<MaskVolume>& volumes)
 {
+    for (const MaskVolume& volume : volumes) {
+        RTE::verify(volume.GetSize() == volumes.front().GetSize(), differentSizes);
+    }
     Volumes moved;
     moved.reserve(volumes.size());
     for (MaskVolume& volume : volumes) {

@@ -22,10 +22,11 @@ public:
     /// be zero" for count 0, then as MaskVolume does
     MaskVolumeList(const Math::Size3T<unsigned int>& volumeSize, unsigned int count);
     MaskVolumeList(unsigned int width, unsigned int height, unsigned int depth, unsigned int count);
-    /// Moves the volumes in, or shares them. \throws RTE::VerificationFailed "List size of mask volumes not
-    /// allowed to be zero" for an empty vector, "Mask
-    ///         volume is not valid" for a null volume, "Size of mask volumes is different" for one of another
-    ///         size than the first
+    /// Moves the volumes in, or shares them; a failure moves none.
+    /// \throws RTE::VerificationFailed "List size of mask volumes not allowed to be zero" for an empty
+    /// vector,
+    ///         "Mask volume is not valid" for a null volume, "Size of mask volumes is different" for one of
+    ///         another size than the first
     explicit MaskVolumeList(std::vector<MaskVolume>&& volumes);
     explicit MaskVolumeList(std::vector<std::shared_ptr<MaskVolume>> volumes);
     /// A deep copy: new volumes with new planes, which own their pixels.

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <barrier>
+#include <new>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -84,6 +85,16 @@ TEST(LazyMask, InitializesLaterOnlyWhatIsNotThereYet)
     lazy.ref().Fill(false);
     lazy.initializeLater();
     EXPECT_FALSE(lazy.ref().IsValid(0, 0));
+}
+
+TEST(LazyMask, StaysUnspawnedWhereMemoryDoesNotSuffice)
+{
+    LazyMask tooLarge(0xFFFFFFFFU, 0xFFFFFFFFU, true);
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_THROW(tooLarge.ref(), std::bad_alloc);
+        EXPECT_THROW(tooLarge.sptr(), std::bad_alloc);
+        EXPECT_FALSE(tooLarge.IsMaskSpawned());
+    }
 }
 
 /// What one thread sees of a mask that another one may be making at the same moment.

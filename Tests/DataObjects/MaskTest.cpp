@@ -10,6 +10,7 @@
 #include <cstring>
 #include <memory>
 #include <random>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,8 @@ using DataObjects::Mask;
 using RTE::VerificationFailed;
 using TestSupport::raises;
 using Size = Math::Size2T<unsigned int>;
+
+static_assert(std::has_virtual_destructor_v<Mask>, "objects derived from it are held as masks");
 
 void expectGivenUp(const Mask& mask)
 {

@@ -128,6 +128,10 @@ TEST(MaskVolumeList, RejectsEmptyAndUnequal)
     EXPECT_TRUE(raises<VerificationFailed>("Size of mask volumes is different", [&] {
         MaskVolumeList(Volumes{volume, other});
     }));
+    std::vector<MaskVolume> unequal{*volume, *other};
+    EXPECT_TRUE(raises<VerificationFailed>("Size of mask volumes is different",
+                                           [&] { MaskVolumeList(std::move(unequal)); }));
+    EXPECT_EQ(unequal[0].GetSize(), Size(2, 2, 2));
     EXPECT_TRUE(raises<VerificationFailed>("Mask volume is not valid", [&] {
         MaskVolumeList(Volumes{volume, nullptr});
     }));
