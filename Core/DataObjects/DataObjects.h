@@ -13,6 +13,8 @@
 #include "Core/DataObjects/CustomImageTag.h"
 #include "Core/DataObjects/DataObjectAttributeSink.h"
 #include "Core/DataObjects/DataType.h"
+#include "Core/DataObjects/DeviceData.h"
+#include "Core/DataObjects/DeviceDataAccess.h"
 #include "Core/DataObjects/DeviceDataFromAttributes.h"
 #include "Core/DataObjects/FloatFrame.h"
 #include "Core/DataObjects/FrameData.h"

@@ -2,6 +2,7 @@
 #include "Core/DataObjects/BufferAttributes.h"
 
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Common/Settings.h"
 #include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/GlobalAndFrameAttributes.h"
 #include "Tests/Support/Raises.h"
@@ -238,6 +239,111 @@ TEST_F(BufferAttributesTest, MeetPlanesOfOtherMakers)
     EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{}));
     attributes.set("Foreign", std::vector<float>{2.5F});
     EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{2.5F}));
+}
+
+/// A buffer of another maker: nothing but attributes, of whatever kind.
+class ForeignBuffer final : public BufferApi::I_Buffer
+{
+public:
+    void AddFrame(BufferApi::I_Frame* /*frame*/) override {}
+    void ClearAttributes() override { map.clear(); }
+    [[nodiscard]] const BufferApi::AttributeMap& GetAttributeList() const override { return map; }
+    [[nodiscard]] BufferApi::I_AttributeBase* FindAttribute(const std::string& name) const override
+    {
+        const auto found = map.find(name);
+        return found == map.end() ? nullptr : found->second.get();
+    }
+    [[nodiscard]] BufferApi::I_Frame* GetFrame(unsigned int /*index*/) const override { return nullptr; }
+    [[nodiscard]] unsigned int GetFrameCount() const override { return 0; }
+    BufferApi::I_AttributeBase* CreateAttribute(const std::string& /*name*/,
+                                                BufferApi::E_AttributeKind /*kind*/) override
+    {
+        return nullptr;
+    }
+    [[nodiscard]] QString GetName() const override { return {}; }
+    void SetName(const QString& /*name*/) override {}
+    void RemoveAttribute(const std::string& name) override { map.erase(name); }
+    void Clear() override {}
+    [[nodiscard]] bool IsModified(unsigned int /*aspect*/) const override { return false; }
+    void SetModified(bool /*modified*/) override {}
+
+    BufferApi::AttributeMap map;
+};
+
+class ForeignAttribute final : public BufferApi::I_AttributeBase
+{
+public:
+    explicit ForeignAttribute(unsigned int kind) : m_kind(kind) {}
+    [[nodiscard]] unsigned int GetKind() const override { return m_kind; }
+
+private:
+    unsigned int m_kind;
+};
+
+class UntypedPlane final : public BufferApi::I_PlaneBase
+{
+public:
+    [[nodiscard]] BufferApi::E_DataType GetDataType() const override { return BufferApi::DT_UNKNOWN; }
+    [[nodiscard]] void* GetData() const override { return nullptr; }
+    [[nodiscard]] void* ReleaseData() override { return nullptr; }
+    [[nodiscard]] unsigned int GetWidth() const override { return 0; }
+    [[nodiscard]] unsigned int GetHeight() const override { return 1; }
+};
+
+class UntypedAttribute final : public BufferApi::I_AttributePlane
+{
+public:
+    [[nodiscard]] unsigned int GetKind() const override { return BufferApi::AT_PLANE; }
+    [[nodiscard]] BufferApi::I_PlaneBase* GetPlane() const override { return m_plane.get(); }
+    void SetPlane(BufferApi::I_PlaneBase* /*plane*/) override {}
+
+private:
+    std::unique_ptr<UntypedPlane> m_plane = std::make_unique<UntypedPlane>();
+};
+
+TEST(BufferAttributes, MeetKindsOfOtherMakers)
+{
+    ForeignBuffer buffer;
+    BufferAttributes attributes(buffer);
+    struct Case
+    {
+        unsigned int kind;
+        bool isKnown;
+    };
+    for (const Case& c : {Case{0, false}, Case{1, true}, Case{6, true}, Case{9, true}, Case{10, false}}) {
+        SCOPED_TRACE(c.kind);
+        buffer.map["Foreign"] = std::make_unique<ForeignAttribute>(c.kind);
+        if (c.isKnown) {
+            EXPECT_TRUE(attributes.attributeValue("Foreign").IsNull());
+            EXPECT_TRUE(AttributesContainer(attributes).isEmpty());
+        } else {
+            EXPECT_TRUE(raises<RTE::Exception>("Unsupported attribute type",
+                                               [&] { (void)attributes.attributeValue("Foreign"); }));
+        }
+        EXPECT_TRUE(raises<RTE::Exception>(c.isKnown ? "Can't assign to unsupported attribute types"
+                                                     : "Unsupported attribute type",
+                                           [&] { attributes.set("Foreign", 1); }));
+    }
+    buffer.map["Foreign"] = std::make_unique<UntypedAttribute>();
+    EXPECT_TRUE(raises<RTE::Exception>("Can't create AttributeValue object from DT_UNKNOWN plane.",
+                                       [&] { (void)attributes.attributeValue("Foreign"); }));
+    EXPECT_TRUE(raises<RTE::Exception>("Can't assign AttributeValue object to DT_UNKNOWN plane.",
+                                       [&] { attributes.set("Foreign", std::vector<int>{}); }));
+}
+
+TEST_F(BufferAttributesTest, RefuseValuesOfUnknownKinds)
+{
+    Storage::Settings settings;
+    settings.Set(QStringLiteral("TypeId"), 16U);
+    AttributeValue unknown;
+    unknown.DeserializeFrom(settings);
+    BufferAttributes attributes(*frame);
+    EXPECT_TRUE(
+        raises<RTE::Exception>("Unknown AttributeValue::type", [&] { attributes.set("A", unknown); }));
+    EXPECT_FALSE(attributes.contains("A"));
+    createPlane("A", nullptr);
+    EXPECT_TRUE(
+        raises<RTE::Exception>("Unknown AttributeValue::type", [&] { attributes.set("A", unknown); }));
 }
 
 TEST_F(BufferAttributesTest, MergeLeavesGroupsAlone)
