@@ -10,6 +10,8 @@ packages=(
     qt6-base-dev libpugixml-dev libboost-dev libhdf5-dev libisal-dev libpng-dev libtiff-dev libhwy-dev libcli11-dev
     # tests: GoogleTest, and the tools of others that open our files
     libgtest-dev libgmock-dev python3 python3-h5py python3-xarray python3-h5netcdf python3-netcdf4
+    # fuzzing: clang with libFuzzer
+    clang libclang-rt-dev
     # benchmarks and the peer that they compare with
     libbenchmark-dev libopencv-core-dev
     # pictures with text, without a display

@@ -1,16 +1,35 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tests/Support/Allocations.h"
 
+#include <algorithm>
+
 namespace
 {
 
 thread_local std::size_t t_allocations = 0;
+thread_local std::size_t t_largest = 0;
+
+void note(std::size_t size)
+{
+    ++t_allocations;
+    t_largest = std::max(t_largest, size);
+}
 
 } // namespace
 
 std::size_t TestSupport::allocations() noexcept
 {
     return t_allocations;
+}
+
+std::size_t TestSupport::largestAllocation() noexcept
+{
+    return t_largest;
+}
+
+void TestSupport::forgetLargestAllocation() noexcept
+{
+    t_largest = 0;
 }
 
 #ifdef DATAOBJECTS_SANITIZED
@@ -22,14 +41,14 @@ extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(const 
 namespace
 {
 
-void countAllocation(const volatile void* /*block*/, std::size_t /*size*/)
+void noteAllocation(const volatile void* /*block*/, std::size_t size)
 {
-    ++t_allocations;
+    note(size);
 }
 
 void ignoreRelease(const volatile void* /*block*/) {}
 
-[[maybe_unused]] const int hooked = __sanitizer_install_malloc_and_free_hooks(countAllocation, ignoreRelease);
+[[maybe_unused]] const int hooked = __sanitizer_install_malloc_and_free_hooks(noteAllocation, ignoreRelease);
 
 } // namespace
 
@@ -44,19 +63,19 @@ void* __libc_realloc(void* block, std::size_t size);
 
 __attribute__((visibility("default"))) void* malloc(std::size_t size)
 {
-    ++t_allocations;
+    note(size);
     return __libc_malloc(size);
 }
 
 __attribute__((visibility("default"))) void* calloc(std::size_t count, std::size_t size)
 {
-    ++t_allocations;
+    note(count * size);
     return __libc_calloc(count, size);
 }
 
 __attribute__((visibility("default"))) void* realloc(void* block, std::size_t size)
 {
-    ++t_allocations;
+    note(size);
     return __libc_realloc(block, size);
 }
 }

@@ -167,8 +167,11 @@ Layout readLayout(const InputFile& file)
     if (layout.bits <= 8) {
         readPalette(file, headers, layout);
     }
+    if (layout.width == 0 || layout.height == 0) {
+        file.refuse(QStringLiteral("it has no pixels"));
+    }
     const unsigned long long left = file.size() - std::min(file.size(), layout.pixels);
-    if (layout.height != 0 && layout.rowBytes() > left / layout.height) {
+    if (layout.rowBytes() > left / layout.height) {
         file.refuse(
             QStringLiteral("the file ends before its %1 x %2 pixels").arg(layout.width).arg(layout.height));
     }

@@ -6,6 +6,7 @@
 #include <png.h>
 
 #include <csetjmp>
+#include <limits>
 
 namespace BufferApi::Formats
 {
@@ -24,7 +25,9 @@ public:
         Write
     };
 
-    explicit PngLibrary(Direction direction);
+    /// \param largestAllocation in bytes: libpng takes memory for a chunk on its word, before it is read
+    explicit PngLibrary(Direction direction, unsigned long long largestAllocation =
+                                                 std::numeric_limits<unsigned long long>::max());
     PngLibrary(const PngLibrary&) = delete;
     PngLibrary& operator=(const PngLibrary&) = delete;
     ~PngLibrary();
@@ -48,8 +51,11 @@ public:
 private:
     static void keepReason(png_structp png, png_const_charp message);
     static void ignoreWarning(png_structp png, png_const_charp message);
+    static png_voidp allocate(png_structp png, png_alloc_size_t bytes);
+    static void deallocate(png_structp png, png_voidp block);
 
     Direction m_direction;
+    unsigned long long m_largestAllocation;
     png_structp m_png = nullptr;
     png_infop m_info = nullptr;
     QString m_reason;

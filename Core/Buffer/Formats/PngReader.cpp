@@ -41,16 +41,26 @@ struct Layout
     }
 };
 
+/// Rows of a million pixels, which is libpng's limit, and chunks that are really in the file.
+unsigned long long largestAllocation(unsigned long long fileBytes)
+{
+    constexpr unsigned long long rows = 1ULL << 24;
+    return rows + fileBytes;
+}
+
 /// One pass over the file from its beginning.
 class PngInput
 {
 public:
-    explicit PngInput(const InputFile& file) : m_file(file), m_library(PngLibrary::Direction::Read)
+    explicit PngInput(const InputFile& file)
+        : m_file(file), m_library(PngLibrary::Direction::Read, largestAllocation(file.size()))
     {
         run([this](png_structp png, png_infop info) {
             png_set_read_fn(png, this, &readBytes);
             // Texts may be longer than libpng's own limit, but not than the file.
             png_set_chunk_malloc_max(png, m_file.size() + 1);
+            // Damage of any chunk shows: texts hold our scales and attributes.
+            png_set_crc_action(png, PNG_CRC_ERROR_QUIT, PNG_CRC_ERROR_QUIT);
             png_read_info(png, info);
         });
     }

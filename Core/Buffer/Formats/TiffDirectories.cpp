@@ -5,6 +5,7 @@
 
 #include <tiff.h>
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace BufferApi::Formats
@@ -26,24 +27,46 @@ public:
 
     [[nodiscard]] unsigned long long next(unsigned long long directory) const
     {
-        const unsigned int countBytes = m_isBig ? 8 : 2;
-        const unsigned int entryBytes = m_isBig ? 20 : 12;
-        const unsigned long long entries = m_isBig ? number<quint64>(directory) : number<quint16>(directory);
-        if (entries > m_file.size() / entryBytes) {
-            refuseEnd();
+        return offset(endOfEntries(directory));
+    }
+
+    /// libtiff passes over a text that the file ends before; ours has all scales and attributes in it.
+    void checkDescription(unsigned long long directory) const
+    {
+        const unsigned int inPlace = m_isBig ? 8 : 4;
+        const unsigned long long end = endOfEntries(directory);
+        for (auto entry = firstEntry(directory); entry < end; entry += entryBytes()) {
+            const unsigned long long bytes = offset(entry + 4);
+            const bool isElsewhere = number<quint16>(entry) == TIFFTAG_IMAGEDESCRIPTION && bytes > inPlace;
+            if (isElsewhere && m_file.size() - std::min(m_file.size(), offset(entry + 4 + inPlace)) < bytes) {
+                m_file.refuse(QStringLiteral("the file ends within its description"));
+            }
         }
-        return offset(directory + countBytes + entries * entryBytes);
     }
 
     /// By the tag NewSubfileType, which stands first if it is there.
     [[nodiscard]] bool isCopyOrMask(unsigned long long directory) const
     {
-        const unsigned long long entry = directory + (m_isBig ? 8 : 2);
+        const unsigned long long entry = firstEntry(directory);
         return number<quint16>(entry) == TIFFTAG_SUBFILETYPE &&
                (number<quint32>(entry + (m_isBig ? 12 : 8)) & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) != 0;
     }
 
 private:
+    [[nodiscard]] unsigned int entryBytes() const { return m_isBig ? 20 : 12; }
+    [[nodiscard]] unsigned long long firstEntry(unsigned long long directory) const
+    {
+        return directory + (m_isBig ? 8 : 2);
+    }
+    [[nodiscard]] unsigned long long endOfEntries(unsigned long long directory) const
+    {
+        const unsigned long long count = m_isBig ? number<quint64>(directory) : number<quint16>(directory);
+        if (count > m_file.size() / entryBytes()) {
+            refuseEnd();
+        }
+        return firstEntry(directory) + count * entryBytes();
+    }
+
     [[nodiscard]] unsigned long long offset(unsigned long long place) const
     {
         return m_isBig ? number<quint64>(place) : number<quint32>(place);
@@ -88,6 +111,7 @@ std::vector<unsigned long long> tiffDirectories(const InputFile& file)
     if (directories.empty()) {
         file.refuse(QStringLiteral("it has no pages"));
     }
+    chain.checkDescription(directories.front());
     return directories;
 }
 

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Fuzz/Reader.h"
+
+extern "C" __attribute__((visibility("default"))) int LLVMFuzzerTestOneInput(const unsigned char* bytes,
+                                                                             std::size_t count)
+{
+    Fuzz::read(bytes, count, {{"II*\0", 4}, {"MM\0*", 4}, {"II+\0", 4}, {"MM\0+", 4}});
+    return 0;
+}
