@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tests/Support/Frames.h"
 
+#include "Tests/Support/Files.h"
+
 #include "Core/Buffer/ElementTypes.h"
 #include "Core/Buffer/FrameBuilder.h"
 #include "Core/Buffer/I_FrameVector.h"
@@ -224,6 +226,18 @@ testing::AssertionResult buffersEqual(const BufferApi::I_Buffer& a, const Buffer
 testing::AssertionResult planesEqual(const I_PlaneBase* a, const I_PlaneBase* b)
 {
     return result(comparePlanes(a, b));
+}
+
+void flipBitOf(const I_PlaneBase& plane, const QString& path)
+{
+    // Planes may be split into chunks; a row is in one.
+    const auto bytes = static_cast<qsizetype>(GetDataTypeSize(plane.GetDataType()) * plane.GetWidth());
+    const QByteArray row(static_cast<const char*>(plane.GetData()), bytes);
+    QByteArray content = contentOf(path);
+    const qsizetype at = content.indexOf(row);
+    ASSERT_GE(at, 0);
+    content[at] = static_cast<char>(content[at] ^ 1);
+    writeContent(path, content);
 }
 
 } // namespace TestSupport

@@ -20,4 +20,8 @@ namespace TestSupport
 [[nodiscard]] testing::AssertionResult planesEqual(const BufferApi::I_PlaneBase* a,
                                                    const BufferApi::I_PlaneBase* b);
 
+/// Changes one bit of this plane's pixels in a file that holds them as they are; a failed expectation when
+/// they are not there.
+void flipBitOf(const BufferApi::I_PlaneBase& plane, const QString& path);
+
 } // namespace TestSupport

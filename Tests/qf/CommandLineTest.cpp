@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Tests/Support/RunProgram.h"
+#include "Tests/qf/QfFolder.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -32,8 +32,8 @@ QString hashOf(const std::vector<unsigned short>& words)
     return QString::fromLatin1(hash.result().toHex());
 }
 
-/// Runs qf in a folder of its own with good and bad files in it.
-class CommandLine : public testing::Test
+/// Good and bad files.
+class CommandLine : public QfFolder
 {
 protected:
     CommandLine()
@@ -45,34 +45,7 @@ protected:
         write("odd.raw", rawFrames + 'x');
         write("existing.qfi", "keep me");
         write("existing.png", "keep me");
-        QDir(m_folder.path()).mkdir("folder");
-    }
-
-    void write(const QString& name, const QByteArray& bytes) const
-    {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
-
-    [[nodiscard]] QByteArray read(const QString& name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-    }
-
-    [[nodiscard]] QString path(const QString& name) const { return m_folder.filePath(name); }
-
-    [[nodiscard]] std::string files() const
-    {
-        const auto all = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-        return QDir(m_folder.path()).entryList(all).join(' ').toStdString();
-    }
-
-    /// Runs one line of arguments that are separated by spaces.
-    [[nodiscard]] TestSupport::ProgramRun qf(const QString& arguments) const
-    {
-        return TestSupport::runProgram(QF_PROGRAM, arguments.split(' ', Qt::SkipEmptyParts), m_folder.path());
+        QDir(path(".")).mkdir("folder");
     }
 
     /// run.qfi with both frames.
@@ -81,15 +54,6 @@ protected:
         const auto run = qf("decode --format mono-12p --size 4x2 --pixel-size 0.5mm -o run.qfi good.raw");
         ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
     }
-
-    QTemporaryDir m_folder;
-};
-
-struct Case
-{
-    const char* arguments;
-    int exitCode;
-    const char* error;
 };
 
 TEST_F(CommandLine, refusesWithAReasonAndLeavesNothing)
@@ -288,7 +252,7 @@ TEST_F(CommandLine, refusesAPipeThatEndsWithinAFrame)
     ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
     const std::string before = files();
     QProcess process;
-    process.setWorkingDirectory(m_folder.path());
+    process.setWorkingDirectory(path("."));
     process.start(QF_PROGRAM,
                   {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "good.raw", "camera.pipe"});
     QFile pipe(path("camera.pipe"));
@@ -307,7 +271,7 @@ TEST_F(CommandLine, readsAPipeAndStopsWhenInterrupted)
     ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
     const std::string before = files();
     QProcess process;
-    process.setWorkingDirectory(m_folder.path());
+    process.setWorkingDirectory(path("."));
     process.start(QF_PROGRAM, {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "camera.pipe"});
     ASSERT_TRUE(process.waitForStarted());
     // Opening waits until the other side has opened the pipe too.

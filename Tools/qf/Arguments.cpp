@@ -1,31 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/Arguments.h"
 
+#include "Tools/qf/FrameSlice.h"
+#include "Tools/qf/Parallel.h"
+#include "Tools/qf/Session.h"
+
 #include "Core/Common/Raise.h"
 
 #include <QFileInfo>
 
 #include <CLI/CLI.hpp>
 
-#include <charconv>
 #include <cmath>
 #include <limits>
 
 namespace Qf
 {
-
-namespace
-{
-
-template <typename Number>
-bool readWhole(std::string_view text, Number& number)
-{
-    const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, number);
-    return result.ec == std::errc() && result.ptr == end;
-}
-
-} // namespace
 
 std::string readSize(const std::string& text, QSize& size)
 {
@@ -99,6 +89,38 @@ CLI::Option* addParsed(CLI::App& app, const std::string& name, const std::string
         ->check(check);
 }
 
+void addForce(CLI::App& command, bool& force)
+{
+    command.add_flag("--force", force, "Replace an existing file");
+}
+
+void addFrames(CLI::App& command, std::optional<FrameSlice>& frames)
+{
+    addParsed(
+        command, "--frames", "Only these frames: START:STOP:STEP as in Python, or the number of one",
+        [&frames](const std::string& text) { return readFrames(text, frames.emplace()); }, "SLICE");
+}
+
+void addJobs(CLI::App& command, unsigned int& jobs)
+{
+    jobs = defaultJobs();
+    command
+        .add_option("-j,--jobs", jobs, "Threads that work at a time (default: one per processor, at most 8)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256));
+}
+
+void addJson(CLI::App& command, bool& json)
+{
+    command.add_flag("--json", json, "Everything as JSON, for programs");
+}
+
+void addQuiet(CLI::App& command)
+{
+    command.add_flag_callback(
+        "-q,--quiet", [] { Session::beQuiet(); }, "No talk and no progress on stderr");
+}
+
 QStringList toQt(const std::vector<std::string>& texts)
 {
     QStringList result;
@@ -120,6 +142,23 @@ std::vector<std::string> toStd(const QStringList& texts)
 QString counted(unsigned long long count, const QString& noun)
 {
     return QStringLiteral("%1 %2%3").arg(count).arg(noun, count == 1 ? QString() : QStringLiteral("s"));
+}
+
+QString noFrameText(const QString& number, unsigned int frameCount)
+{
+    return QStringLiteral("no frame %1; frames count from 0 and there %2")
+        .arg(number, frameCount == 1 ? QStringLiteral("is 1") : QStringLiteral("are %1").arg(frameCount));
+}
+
+void checkNotAnInput(const QString& outputPath, const QStringList& inputs)
+{
+    const QFileInfo output(outputPath);
+    for (const QString& input : inputs) {
+        if (output.exists() && QFileInfo(input) == output) {
+            RTE::raise(UsageError(
+                QStringLiteral("%1: the output is also an input; name another output").arg(input)));
+        }
+    }
 }
 
 void checkInput(const QString& path)

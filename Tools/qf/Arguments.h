@@ -5,8 +5,11 @@
 #include <QSize>
 #include <QStringList>
 
+#include <charconv>
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace CLI
@@ -17,6 +20,18 @@ class Option;
 
 namespace Qf
 {
+
+class Session;
+struct FrameSlice;
+
+/// A number that is all of the text.
+template <typename Number>
+[[nodiscard]] bool readWhole(std::string_view text, Number& number)
+{
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end;
+}
 
 /// Values of options. Each reader gives an empty text, or what is wrong with `text` and what would be right.
 
@@ -36,11 +51,27 @@ namespace Qf
 CLI::Option* addParsed(CLI::App& app, const std::string& name, const std::string& description,
                        const std::function<std::string(const std::string&)>& reader, const std::string& type);
 
+/// \name Options that mean the same in every command
+/// @{
+void addForce(CLI::App& command, bool& force);
+void addFrames(CLI::App& command, std::optional<FrameSlice>& frames);
+void addJobs(CLI::App& command, unsigned int& jobs);
+void addJson(CLI::App& command, bool& json);
+/// Results, errors and the exit code stay.
+void addQuiet(CLI::App& command);
+/// @}
+
 [[nodiscard]] QStringList toQt(const std::vector<std::string>& texts);
 [[nodiscard]] std::vector<std::string> toStd(const QStringList& texts);
 
 /// "1 frame", "2 frames".
 [[nodiscard]] QString counted(unsigned long long count, const QString& noun);
+
+/// Why there is no such frame.
+[[nodiscard]] QString noFrameText(const QString& number, unsigned int frameCount);
+
+/// Output and inputs are different files. \throws UsageError
+void checkNotAnInput(const QString& output, const QStringList& inputs);
 
 /// An input that is a file. \throws RTE::FileOpenError
 void checkInput(const QString& path);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/CommandLine.h"
 
+#include "Tools/qf/ConvertCommand.h"
 #include "Tools/qf/DecodeCommand.h"
 #include "Tools/qf/InfoCommand.h"
 #include "Tools/qf/PlotCommand.h"
@@ -9,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <sstream>
 
 namespace Qf
@@ -26,8 +28,9 @@ public:
         if (mode == CLI::AppFormatMode::Sub) {
             return make_expanded(app);
         }
-        return app->get_footer() + make_description(app) + make_usage(app, name) + make_positionals(app) +
-               make_groups(app, mode) + make_subcommands(app, mode);
+        const std::string text = app->get_footer() + make_description(app) + make_usage(app, name) +
+                                 make_positionals(app) + make_groups(app, mode) + make_subcommands(app, mode);
+        return text.ends_with('\n') ? text : text + '\n';
     }
 };
 
@@ -63,6 +66,24 @@ int reportParsing(const CLI::App& app, const CLI::ParseError& result)
     return code == 0 ? Session().attempt(print) : Usage;
 }
 
+/// The arguments in the order in which the parser wants them, the last one first. Behind "--" all are names
+/// of files, also those that begin like options.
+std::vector<std::string> reversedArguments(int argc, const char* const* argv)
+{
+    std::vector<std::string> arguments;
+    bool areNames = false;
+    for (const char* const* argument = argv + 1; argument < argv + argc; ++argument) {
+        const std::string text(*argument);
+        if (!areNames && text == "--") {
+            areNames = true;
+        } else {
+            arguments.push_back(areNames && text.starts_with('-') ? std::string("./").append(text) : text);
+        }
+    }
+    std::reverse(arguments.begin(), arguments.end());
+    return arguments;
+}
+
 } // namespace
 
 int runCommandLine(int argc, const char* const* argv)
@@ -74,11 +95,12 @@ int runCommandLine(int argc, const char* const* argv)
     Job job;
     CLI::App app("Frames of image-based flow and particle measurement: decode, look into, draw.", "qf");
     setUp(app);
+    addConvertCommand(app, session, job);
     addDecodeCommand(app, session, job);
     addInfoCommand(app, session, job);
     addPlotCommand(app, session, job);
     try {
-        app.parse(argc, argv);
+        app.parse(reversedArguments(argc, argv));
     } catch (const CLI::ParseError& result) {
         return reportParsing(app, result);
     }

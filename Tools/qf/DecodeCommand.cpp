@@ -9,8 +9,6 @@
 #include "Core/Common/Raise.h"
 #include "Core/DataObjects/FrameDecoders/FrameDecoders.h"
 
-#include <QFileInfo>
-
 #include <CLI/CLI.hpp>
 
 namespace Qf
@@ -41,17 +39,6 @@ std::string checkFormat(const std::string& id)
     }
     return "'" + id + "' is no known format; known are " +
            frameDecoders().ids().join(QStringLiteral(", ")).toStdString();
-}
-
-void checkNotAnInput(const QString& outputPath, const QStringList& files)
-{
-    const QFileInfo output(outputPath);
-    for (const QString& file : files) {
-        if (output.exists() && QFileInfo(file) == output) {
-            RTE::raise(
-                UsageError(QStringLiteral("%1: the output is also an input; name another output").arg(file)));
-        }
-    }
 }
 
 void setPixelSize(BufferApi::I_Frame& frame, const DecodeOptions& options)

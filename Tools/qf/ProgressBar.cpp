@@ -11,7 +11,7 @@ namespace Qf
 {
 
 ProgressBar::ProgressBar(const QString& activity, unsigned long long total)
-    : m_activity(activity), m_total(total), m_visible(isatty(STDERR_FILENO) == 1)
+    : m_activity(activity), m_total(total), m_visible(!Session::isQuiet() && isatty(STDERR_FILENO) == 1)
 {
 }
 

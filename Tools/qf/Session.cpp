@@ -16,6 +16,7 @@ namespace
 {
 
 volatile std::sig_atomic_t stopRequested = 0;
+bool quiet = false;
 
 void writeTo(std::FILE* stream, const QString& text)
 {
@@ -90,6 +91,23 @@ void Session::print(const QString& text)
 void Session::say(const QString& text)
 {
     writeTo(stderr, text);
+}
+
+void Session::remark(const QString& text)
+{
+    if (!quiet) {
+        say(text);
+    }
+}
+
+void Session::beQuiet() noexcept
+{
+    quiet = true;
+}
+
+bool Session::isQuiet() noexcept
+{
+    return quiet;
 }
 
 QString printable(const QString& text)

@@ -57,8 +57,13 @@ public:
 
     /// Results, as UTF-8 on stdout. \throws RTE::FileWriteError when they cannot be written
     static void print(const QString& text);
-    /// Talk, on stderr.
+    /// On stderr.
     static void say(const QString& text);
+    /// Talk on stderr that a quiet session drops.
+    static void remark(const QString& text);
+    /// From now on only errors go to stderr.
+    static void beQuiet() noexcept;
+    [[nodiscard]] static bool isQuiet() noexcept;
 
 private:
     QString m_command = QStringLiteral("qf");
