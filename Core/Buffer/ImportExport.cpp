@@ -94,7 +94,7 @@ void ExportBuffer(const I_Buffer* buffer, const QString& path, const BufferOptio
     }
     const FileFormat& format = *fileFormats()[indexOfName(path)];
     Formats::AtomicFile target(path);
-    const auto writer = format.create(target.temporaryPath(), options);
+    const auto writer = format.create(target.output(), options);
     if (!writer) {
         RTE::raise(RTE::FileWriteError(
             QStringLiteral("Cannot write '%1': %2 files are only read").arg(path, format.about().name)));

@@ -8,8 +8,8 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace BufferApi::Formats
@@ -18,6 +18,13 @@ namespace BufferApi::Formats
 namespace
 {
 
+constexpr mode_t permissionBits = 07777;
+// Whose owner could not be kept does not act in his name.
+constexpr mode_t permissionBitsOfOthers = 0777;
+constexpr mode_t permissionsOfNewFiles = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+// As many as the system itself follows.
+constexpr int mostLinks = 40;
+
 [[noreturn]] void fail(const QString& path, const QString& reason,
                        RTE::SourceLocation location = RTE::SourceLocation::current())
 {
@@ -25,18 +32,37 @@ namespace
 }
 
 /// The failure of the latest system call.
-[[noreturn]] void failBySystem(const QString& path,
+[[noreturn]] void failBySystem(const QString& path, int error = errno,
                                RTE::SourceLocation location = RTE::SourceLocation::current())
 {
-    fail(path, qt_error_string(errno), location);
+    fail(path, qt_error_string(error), location);
 }
 
-/// Where the bytes go: through links to what they point to.
+/// Where the bytes go: through links to what they point to, whether it is there or not.
 QString resolved(const QString& target)
 {
-    const QFileInfo info(target);
-    const QString canonical = info.isSymLink() ? info.canonicalFilePath() : QString();
-    return canonical.isEmpty() ? target : canonical;
+    QString path = target;
+    for (int links = 0; links < mostLinks; ++links) {
+        const QFileInfo info(path);
+        if (!info.isSymLink()) {
+            return path;
+        }
+        const QString canonical = info.canonicalFilePath();
+        path = canonical.isEmpty() ? info.symLinkTarget() : canonical;
+    }
+    failBySystem(target, ELOOP);
+}
+
+/// A name beside the target, of a length that the system allows.
+QString temporaryName(const QString& target, int attempt)
+{
+    const QString suffix = QStringLiteral(".%1-%2.part").arg(getpid()).arg(attempt);
+    const qsizetype name = target.lastIndexOf(QLatin1Char('/')) + 1;
+    QString base = target;
+    while (base.size() > name && QFile::encodeName(base.mid(name)).size() + suffix.size() > NAME_MAX) {
+        base.chop(1);
+    }
+    return base + suffix;
 }
 
 /// Syncs a file or a directory. \returns false with errno set
@@ -53,39 +79,47 @@ bool sync(const QString& path)
     return isSynced;
 }
 
-/// Who may do what with the file is as with the one that it replaces, or as the process makes its files.
-mode_t wantedMode(const QString& target)
-{
-    struct stat status = {};
-    if (stat(QFile::encodeName(target).constData(), &status) == 0) {
-        return status.st_mode & 07777U;
-    }
-    return S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
-}
-
 } // namespace
 
-AtomicFile::AtomicFile(const QString& target) : m_target(resolved(target))
+AtomicFile::AtomicFile(const QString& target) : m_name(target), m_target(resolved(target))
 {
-    const QFileInfo info(m_target);
-    if (info.exists() && !info.isFile()) {
-        fail(m_target, QStringLiteral("it is not a file"));
+    checkTarget();
+    createTemporary();
+}
+
+/// Finds out at once what would hinder the renaming after a long export.
+void AtomicFile::checkTarget()
+{
+    if (m_target.isEmpty() || m_target.contains(QChar(0))) {
+        fail(m_name, QStringLiteral("it is not a name of a file"));
     }
-    const bool isReplaced = info.exists();
-    for (int attempt = 0;; ++attempt) {
-        m_temporary = QStringLiteral("%1.%2-%3.part").arg(m_target).arg(getpid()).arg(attempt);
-        const int descriptor = open(QFile::encodeName(m_temporary).constData(),
-                                    O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, wantedMode(m_target));
-        if (descriptor >= 0) {
-            // Where that is refused, as on some network file systems, the file is still a good one.
-            static_cast<void>(isReplaced && fchmod(descriptor, wantedMode(m_target)) == 0);
-            close(descriptor);
-            return;
-        }
-        if (errno != EEXIST) {
-            failBySystem(m_target);
+    const QByteArray path = QFile::encodeName(m_target);
+    struct stat status = {};
+    if (stat(path.constData(), &status) != 0) {
+        return errno == ENOENT ? void() : failBySystem(m_name);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        fail(m_name, QStringLiteral("it is not a file"));
+    }
+    if (faccessat(AT_FDCWD, path.constData(), W_OK, AT_EACCESS) != 0) {
+        failBySystem(m_name);
+    }
+    m_replaced = status;
+}
+
+void AtomicFile::createTemporary()
+{
+    const mode_t mode = m_replaced ? S_IRUSR | S_IWUSR : permissionsOfNewFiles;
+    int descriptor = -1;
+    for (int attempt = 0; descriptor < 0; ++attempt) {
+        m_temporary = temporaryName(m_target, attempt);
+        descriptor =
+            open(QFile::encodeName(m_temporary).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (descriptor < 0 && errno != EEXIST) {
+            failBySystem(m_name);
         }
     }
+    close(descriptor);
 }
 
 AtomicFile::~AtomicFile()
@@ -99,8 +133,17 @@ void AtomicFile::commit()
 {
     const QByteArray from = QFile::encodeName(m_temporary);
     const QByteArray to = QFile::encodeName(m_target);
-    if (!sync(m_temporary) || rename(from.constData(), to.constData()) != 0) {
-        failBySystem(m_target);
+    if (!sync(m_temporary)) {
+        failBySystem(m_name);
+    }
+    if (m_replaced) {
+        // Where that is refused, as on some network file systems, the file is still a good one.
+        const bool hasOwner = chown(from.constData(), m_replaced->st_uid, m_replaced->st_gid) == 0;
+        const mode_t kept = hasOwner ? permissionBits : permissionBitsOfOthers;
+        static_cast<void>(chmod(from.constData(), m_replaced->st_mode & kept) == 0);
+    }
+    if (rename(from.constData(), to.constData()) != 0) {
+        failBySystem(m_name);
     }
     m_isCommitted = true;
     // The new name is on the disk once its directory is; without that the old file is found after a crash.

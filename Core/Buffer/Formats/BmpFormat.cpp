@@ -266,7 +266,7 @@ public:
         return buffer;
     }
 
-    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& /*path*/,
+    [[nodiscard]] std::unique_ptr<FrameWriter> create(const OutputPath& /*path*/,
                                                       const BufferOptions& /*options*/) const override
     {
         return nullptr;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Core/Buffer/Formats/OutputFile.h"
 #include "Core/Buffer/I_Buffer.h"
 #include "Core/Buffer/ImportExport.h"
 #include "Core/Buffer/KnownFormats.h"
@@ -48,8 +49,8 @@ public:
     [[nodiscard]] virtual bool recognises(const QByteArray& head) const = 0;
     /// The content as a buffer whose planes may load lazily; errors name the file.
     [[nodiscard]] virtual std::unique_ptr<I_Buffer> read(const QString& path) const = 0;
-    /// Null for a format that is only read, as `about` tells.
-    [[nodiscard]] virtual std::unique_ptr<FrameWriter> create(const QString& path,
+    /// Errors call the file by the name of `path`. Null for a format that is only read, as `about` tells.
+    [[nodiscard]] virtual std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                               const BufferOptions& options) const = 0;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Formats/Hdf5.h"
 
+#include "Core/Buffer/Formats/Hdf5Bytes.h"
 #include "Core/Buffer/Formats/Hdf5Call.h"
 
 #include <QFile>
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstdlib>
 #include <utility>
 
 namespace BufferApi::Hdf5
@@ -62,14 +64,13 @@ bool isKnownOrder(const std::vector<H5Z_filter_t>& filters)
     return true;
 }
 
-Handle accessProperties(const FileContext& file)
+Handle accessProperties(const FileContext& file, const std::shared_ptr<FileBytes>& bytes)
 {
     Handle properties =
         checkedHandle(file, "file access", H5Pclose, [] { return H5Pcreate(H5P_FILE_ACCESS); });
     checked(file, "file access", [&] {
         const hid_t id = properties.get();
-        return std::min(H5Pset_libver_bounds(id, H5F_LIBVER_V110, H5F_LIBVER_V110),
-                        H5Pset_file_locking(id, 0, 1));
+        return std::min(H5Pset_libver_bounds(id, H5F_LIBVER_V110, H5F_LIBVER_V110), useBytes(id, bytes));
     });
     return properties;
 }
@@ -112,6 +113,11 @@ Serial::~Serial()
 
 QString failureReason()
 {
+    // What the library has read of a damaged header it never gives back, and at the end of the process it
+    // would print that it cannot.
+    static const int whenProcessEnds =
+        std::atexit([] { static_cast<void>(H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr)); });
+    static_cast<void>(whenProcessEnds);
     QString reason = QStringLiteral("unknown failure");
     H5Ewalk2(H5E_DEFAULT, H5E_WALK_UPWARD, keepInnermost, &reason);
     H5Eclear2(H5E_DEFAULT);
@@ -187,6 +193,11 @@ void FileContext::fail(const QString& reason, RTE::SourceLocation location) cons
                    location);
     }
     RTE::raise(RTE::FileReadError(QStringLiteral("Cannot read '%1': %2").arg(m_path, reason)), location);
+}
+
+QString FileContext::takeFailure() const
+{
+    return m_bytes->takeFailure();
 }
 
 Handle::Handle(Handle&& other) noexcept
@@ -420,16 +431,17 @@ File::File(Handle file, Handle root, ContextPointer context)
 {
 }
 
-File File::create(const QString& path)
+File File::create(const Formats::OutputPath& path)
 {
-    auto context = std::make_shared<const FileContext>(path, true);
-    const Handle access = accessProperties(*context);
+    const auto bytes = std::make_shared<FileBytes>(path);
+    auto context = std::make_shared<const FileContext>(path.name, true, bytes);
+    const Handle access = accessProperties(*context, bytes);
     const Handle properties =
         creationProperties(*context, [] { return static_cast<hid_t>(H5P_FILE_CREATE); });
     checked(*context, "properties", [&] {
         return H5Pset_link_creation_order(properties.get(), H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
     });
-    const QByteArray encoded = QFile::encodeName(path);
+    const QByteArray encoded = QFile::encodeName(path.path);
     Handle file = checkedHandle(*context, "create", H5Fclose, [&] {
         return H5Fcreate(encoded.constData(), H5F_ACC_TRUNC, properties.get(), access.get());
     });
@@ -440,16 +452,21 @@ File File::create(const QString& path)
 
 File File::open(const QString& path)
 {
-    auto context = std::make_shared<const FileContext>(path, false);
-    const Handle access = accessProperties(*context);
+    const auto bytes = std::make_shared<FileBytes>(path);
+    auto context = std::make_shared<const FileContext>(path, false, bytes);
+    const Handle access = accessProperties(*context, bytes);
     const QByteArray encoded = QFile::encodeName(path);
     QString reason;
     Handle file;
     {
         const Serial serial;
         const hid_t id = H5Fopen(encoded.constData(), H5F_ACC_RDONLY, access.get());
-        reason = id < 0 ? failureReason() : QString();
         file = Handle(id, H5Fclose);
+        reason = bytes->takeFailure();
+        if (id < 0) {
+            const QString libraryReason = failureReason();
+            reason = reason.isNull() ? libraryReason : reason;
+        }
     }
     if (!reason.isNull()) {
         RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open '%1': %2").arg(path, reason)));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Core/Buffer/DataType.h"
+#include "Core/Buffer/Formats/OutputFile.h"
 #include "Core/Common/Raise.h"
 
 #include <QByteArray>
@@ -45,21 +46,30 @@ inline constexpr Element elementOf<long long> = Element::I64;
 
 [[nodiscard]] unsigned long long elementSize(Element element) noexcept;
 
+class FileBytes;
+
 /// The file that a call belongs to; names it in every error.
 class FileContext
 {
 public:
-    FileContext(QString path, bool isWriting) : m_path(std::move(path)), m_isWriting(isWriting) {}
+    FileContext(QString path, bool isWriting, std::shared_ptr<FileBytes> bytes)
+        : m_path(std::move(path)), m_isWriting(isWriting), m_bytes(std::move(bytes))
+    {
+    }
 
     [[nodiscard]] const QString& path() const noexcept { return m_path; }
     /// Raises RTE::FileReadError "Cannot read 'path': reason", or RTE::FileWriteError for a file that is
     /// written.
     [[noreturn]] void fail(const QString& reason,
                            RTE::SourceLocation location = RTE::SourceLocation::current()) const;
+    /// What went wrong with the bytes of the file in the latest call, whose result does not always tell it;
+    /// null if nothing did. To be called under the lock of that call.
+    [[nodiscard]] QString takeFailure() const;
 
 private:
     QString m_path;
     bool m_isWriting;
+    std::shared_ptr<FileBytes> m_bytes;
 };
 
 using ContextPointer = std::shared_ptr<const FileContext>;
@@ -223,7 +233,7 @@ class File : public Group
 {
 public:
     /// Makes a new file, replacing what has its name.
-    [[nodiscard]] static File create(const QString& path);
+    [[nodiscard]] static File create(const Formats::OutputPath& path);
     /// Opens read only and without the library's file lock. \throws RTE::FileOpenError
     [[nodiscard]] static File open(const QString& path);
 

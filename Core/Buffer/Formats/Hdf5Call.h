@@ -23,10 +23,12 @@ private:
     void* m_printerData = nullptr;
 };
 
-/// What the library says about its latest failure; to be called under the lock of the failed call.
+/// What the library says about its latest failure, of which it forgets; to be called under the lock of the
+/// failed call.
 [[nodiscard]] QString failureReason();
 
-/// Makes one call under the lock; a negative result raises with `what` and the library's reason.
+/// Makes one call under the lock. A failure of the file's bytes raises with its reason, a negative result
+/// with `what` and the library's reason.
 template <typename Call>
 auto checked(const FileContext& file, const std::string& what, Call&& call,
              RTE::SourceLocation location = RTE::SourceLocation::current())
@@ -35,12 +37,16 @@ auto checked(const FileContext& file, const std::string& what, Call&& call,
     {
         const Serial serial;
         const auto result = call();
-        if (result >= 0) {
+        reason = file.takeFailure();
+        if (result >= 0 && reason.isNull()) {
             return result;
         }
-        reason = failureReason();
+        const QString libraryReason = failureReason();
+        if (reason.isNull()) {
+            reason = QString::fromStdString(what) + QStringLiteral(": ") + libraryReason;
+        }
     }
-    file.fail(QString::fromStdString(what) + QStringLiteral(": ") + reason, location);
+    file.fail(reason, location);
 }
 
 /// The same for a call that makes an identifier.
@@ -48,7 +54,14 @@ template <typename Call>
 [[nodiscard]] Handle checkedHandle(const FileContext& file, const std::string& what, Handle::Close close,
                                    Call&& call, RTE::SourceLocation location = RTE::SourceLocation::current())
 {
-    return Handle(checked(file, what, std::forward<Call>(call), location), close);
+    Handle handle;
+    const auto keep = [&] {
+        const hid_t id = call();
+        handle = Handle(id, close);
+        return id;
+    };
+    checked(file, what, keep, location);
+    return handle;
 }
 
 /// The library's type of an element; to be called under the lock.

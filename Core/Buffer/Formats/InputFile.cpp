@@ -23,12 +23,21 @@ QString systemReason()
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
+QString changed()
+{
+    return QStringLiteral("the file was changed while it was open");
+}
+
 } // namespace
 
-InputFile::InputFile(const QString& path)
-    // Without O_NONBLOCK a named pipe without a writer would hang here.
-    : m_path(path), m_descriptor(open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
+InputFile::InputFile(const QString& path) : m_path(path)
 {
+    // The system takes a name to its first null character, which would be that of another file.
+    errno = EINVAL;
+    // Without O_NONBLOCK a named pipe without a writer would hang here.
+    m_descriptor = path.contains(QChar(0))
+                       ? -1
+                       : open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (m_descriptor < 0) {
         RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open '%1': %2").arg(path, systemReason())));
     }
@@ -38,6 +47,7 @@ InputFile::InputFile(const QString& path)
         RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open '%1': not a regular file").arg(path)));
     }
     m_size = static_cast<unsigned long long>(status.st_size);
+    m_modified = status.st_mtim;
 }
 
 InputFile::~InputFile()
@@ -45,7 +55,26 @@ InputFile::~InputFile()
     close(m_descriptor);
 }
 
+bool InputFile::isChanged() const
+{
+    struct stat status = {};
+    if (fstat(m_descriptor, &status) != 0) {
+        return true;
+    }
+    const auto size = static_cast<unsigned long long>(status.st_size);
+    const bool isOfSameTime =
+        status.st_mtim.tv_sec == m_modified.tv_sec && status.st_mtim.tv_nsec == m_modified.tv_nsec;
+    return size < m_size || (size == m_size && !isOfSameTime);
+}
+
 void InputFile::read(unsigned long long offset, void* destination, unsigned long long bytes) const
+{
+    if (const QString reason = tryRead(offset, destination, bytes); !reason.isNull()) {
+        refuse(reason);
+    }
+}
+
+QString InputFile::tryRead(unsigned long long offset, void* destination, unsigned long long bytes) const
 {
     auto* next = static_cast<char*>(destination);
     while (bytes > 0) {
@@ -53,13 +82,17 @@ void InputFile::read(unsigned long long offset, void* destination, unsigned long
         if (count < 0 && errno == EINTR) {
             continue;
         }
-        if (count <= 0) {
-            refuse(count < 0 ? systemReason() : QStringLiteral("the file ends early"));
+        if (count < 0) {
+            return systemReason();
+        }
+        if (count == 0) {
+            return isChanged() ? changed() : QStringLiteral("the file ends early");
         }
         next += count;
         offset += static_cast<unsigned long long>(count);
         bytes -= static_cast<unsigned long long>(count);
     }
+    return isChanged() ? changed() : QString();
 }
 
 QByteArray InputFile::readUpTo(unsigned long long offset, unsigned long long bytes) const
@@ -72,7 +105,10 @@ QByteArray InputFile::readUpTo(unsigned long long offset, unsigned long long byt
 
 void InputFile::refuse(const QString& reason, RTE::SourceLocation location) const
 {
-    RTE::raise(RTE::FileReadError(QStringLiteral("Cannot read '%1': %2").arg(m_path, reason)), location);
+    // What is wrong with the content of a changed file says nothing about it.
+    RTE::raise(RTE::FileReadError(
+                   QStringLiteral("Cannot read '%1': %2").arg(m_path, isChanged() ? changed() : reason)),
+               location);
 }
 
 } // namespace BufferApi::Formats

@@ -6,11 +6,15 @@
 #include <QByteArray>
 #include <QString>
 
+#include <ctime>
+
 namespace BufferApi::Formats
 {
 
-/// A regular file opened for reading at any place; several threads may read at once. It stays readable when
-/// its name is replaced or removed.
+/// A regular file opened for reading at any place; several threads may read at once.
+///
+/// It stays readable when its name is replaced or removed. When its content is changed reads are refused, as
+/// what they give would not belong to what was read before; it may grow, as a recording does.
 class InputFile
 {
 public:
@@ -24,8 +28,11 @@ public:
     /// In bytes, when it was opened.
     [[nodiscard]] unsigned long long size() const noexcept { return m_size; }
 
-    /// \throws RTE::FileReadError with path and reason, also when the file ends before
+    /// \throws RTE::FileReadError with path and reason, also when the file ends before or was changed
     void read(unsigned long long offset, void* destination, unsigned long long bytes) const;
+    /// The same without an exception. \returns the reason of a failure, null otherwise
+    [[nodiscard]] QString tryRead(unsigned long long offset, void* destination,
+                                  unsigned long long bytes) const;
     /// Up to this many bytes from the offset on, fewer at the end of the file.
     [[nodiscard]] QByteArray readUpTo(unsigned long long offset, unsigned long long bytes) const;
     /// Raises RTE::FileReadError with path and reason for content that cannot be taken.
@@ -33,9 +40,12 @@ public:
                              RTE::SourceLocation location = RTE::SourceLocation::current()) const;
 
 private:
+    [[nodiscard]] bool isChanged() const;
+
     QString m_path;
-    int m_descriptor;
+    int m_descriptor = -1;
     unsigned long long m_size = 0;
+    timespec m_modified{};
 };
 
 } // namespace BufferApi::Formats

@@ -46,7 +46,7 @@ public:
     {
         return Native::readBuffer(path);
     }
-    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& path,
+    [[nodiscard]] std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                       const BufferOptions& options) const override
     {
         return std::make_unique<Native::Writer>(path, isPacked(options));

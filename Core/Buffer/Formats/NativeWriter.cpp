@@ -8,7 +8,7 @@
 namespace BufferApi::Formats::Native
 {
 
-Writer::Writer(const QString& path, bool isPacked) : m_isPacked(isPacked), m_file(Hdf5::File::create(path))
+Writer::Writer(const OutputPath& path, bool isPacked) : m_isPacked(isPacked), m_file(Hdf5::File::create(path))
 {
     static constexpr int version[] = {formatMajor, formatMinor};
     m_file->writeText("Conventions", "CF-1.8");

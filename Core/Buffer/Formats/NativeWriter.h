@@ -16,7 +16,7 @@ class Writer final : public FrameWriter
 {
 public:
     /// Makes the file, which must not be there or be empty.
-    Writer(const QString& path, bool isPacked);
+    Writer(const OutputPath& path, bool isPacked);
 
     void append(const I_Frame& frame) override;
     void finish(const I_Buffer& buffer) override;

@@ -6,15 +6,16 @@
 #include <QFile>
 
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
 namespace BufferApi::Formats
 {
 
-OutputFile::OutputFile(const QString& path)
-    : m_path(path),
-      m_descriptor(open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
+OutputFile::OutputFile(const OutputPath& path)
+    : m_name(path.name), m_descriptor(open(QFile::encodeName(path.path).constData(),
+                                           O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
 {
     if (m_descriptor < 0) {
         refuseBySystem();
@@ -36,6 +37,14 @@ void OutputFile::append(const void* source, unsigned long long bytes)
 
 void OutputFile::overwrite(unsigned long long offset, const void* source, unsigned long long bytes)
 {
+    if (!tryOverwrite(offset, source, bytes)) {
+        refuseBySystem();
+    }
+}
+
+bool OutputFile::tryOverwrite(unsigned long long offset, const void* source,
+                              unsigned long long bytes) noexcept
+{
     const auto* next = static_cast<const char*>(source);
     while (bytes > 0) {
         const ssize_t count = pwrite(m_descriptor, next, bytes, static_cast<off_t>(offset));
@@ -43,12 +52,41 @@ void OutputFile::overwrite(unsigned long long offset, const void* source, unsign
             continue;
         }
         if (count < 0) {
-            refuseBySystem();
+            return false;
         }
         next += count;
         offset += static_cast<unsigned long long>(count);
         bytes -= static_cast<unsigned long long>(count);
     }
+    return true;
+}
+
+bool OutputFile::tryRead(unsigned long long offset, void* destination,
+                         unsigned long long bytes) const noexcept
+{
+    auto* next = static_cast<char*>(destination);
+    while (bytes > 0) {
+        const ssize_t count = pread(m_descriptor, next, bytes, static_cast<off_t>(offset));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            return false;
+        }
+        if (count == 0) {
+            std::memset(next, 0, bytes);
+            break;
+        }
+        next += count;
+        offset += static_cast<unsigned long long>(count);
+        bytes -= static_cast<unsigned long long>(count);
+    }
+    return true;
+}
+
+bool OutputFile::tryResize(unsigned long long bytes) noexcept
+{
+    return ftruncate(m_descriptor, static_cast<off_t>(bytes)) == 0;
 }
 
 void OutputFile::close()
@@ -63,7 +101,7 @@ void OutputFile::close()
 
 void OutputFile::refuse(const QString& reason, RTE::SourceLocation location) const
 {
-    RTE::raise(RTE::FileWriteError(QStringLiteral("Cannot write '%1': %2").arg(m_path, reason)), location);
+    RTE::raise(RTE::FileWriteError(QStringLiteral("Cannot write '%1': %2").arg(m_name, reason)), location);
 }
 
 void OutputFile::refuseBySystem(RTE::SourceLocation location) const

@@ -27,7 +27,7 @@ public:
         return head.startsWith("\x89PNG\r\n\x1a\n");
     }
     [[nodiscard]] std::unique_ptr<I_Buffer> read(const QString& path) const override { return readPng(path); }
-    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& path,
+    [[nodiscard]] std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                       const BufferOptions& /*options*/) const override
     {
         return createPngWriter(path);

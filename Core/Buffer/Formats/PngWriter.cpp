@@ -18,7 +18,7 @@ namespace
 class PngWriter : public FrameWriter
 {
 public:
-    explicit PngWriter(const QString& path) : m_file(path) {}
+    explicit PngWriter(const OutputPath& path) : m_file(path) {}
 
     void append(const I_Frame& frame) override;
     void finish(const I_Buffer& buffer) override;
@@ -130,7 +130,7 @@ void PngWriter::writeBytes(png_structp png, png_bytep bytes, std::size_t count)
 
 } // namespace
 
-std::unique_ptr<FrameWriter> createPngWriter(const QString& path)
+std::unique_ptr<FrameWriter> createPngWriter(const OutputPath& path)
 {
     return std::make_unique<PngWriter>(path);
 }

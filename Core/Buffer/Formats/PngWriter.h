@@ -7,6 +7,6 @@ namespace BufferApi::Formats
 {
 
 /// Takes one frame of depth 1 with bytes, words or packed colour.
-[[nodiscard]] std::unique_ptr<FrameWriter> createPngWriter(const QString& path);
+[[nodiscard]] std::unique_ptr<FrameWriter> createPngWriter(const OutputPath& path);
 
 } // namespace BufferApi::Formats

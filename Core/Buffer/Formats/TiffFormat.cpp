@@ -39,7 +39,7 @@ public:
     {
         return readTiff(path);
     }
-    [[nodiscard]] std::unique_ptr<FrameWriter> create(const QString& path,
+    [[nodiscard]] std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                       const BufferOptions& options) const override
     {
         return createTiffWriter(path, isPacked(options));

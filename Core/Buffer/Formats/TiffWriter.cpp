@@ -86,7 +86,7 @@ bool continues(const OmeImage& series, const OmeImage& page)
 class TiffWriter : public FrameWriter
 {
 public:
-    TiffWriter(const QString& path, bool isPacked, unsigned long long largestClassic)
+    TiffWriter(const OutputPath& path, bool isPacked, unsigned long long largestClassic)
         : m_file(path), m_encoder(isPacked), m_largestClassic(largestClassic)
     {
         const std::array<char, TiffDirectoryWriter::headerBytes> header{};
@@ -217,7 +217,7 @@ TiffDirectoryWriter TiffWriter::directory(const Page& page, const OmeImage& imag
 
 } // namespace
 
-std::unique_ptr<FrameWriter> createTiffWriter(const QString& path, bool isPacked,
+std::unique_ptr<FrameWriter> createTiffWriter(const OutputPath& path, bool isPacked,
                                               unsigned long long largestClassic)
 {
     return std::make_unique<TiffWriter>(path, isPacked, largestClassic);

@@ -12,6 +12,7 @@ inline constexpr unsigned long long largestClassicTiff = 0xFFFFFFFF;
 /// Takes frames of depth 1 that have nothing but pixels, one page each.
 /// \param isPacked deflate behind a predictor, or pixels as they are
 [[nodiscard]] DATAOBJECTS_BUFFER_EXPORT std::unique_ptr<FrameWriter>
-createTiffWriter(const QString& path, bool isPacked, unsigned long long largestClassic = largestClassicTiff);
+createTiffWriter(const OutputPath& path, bool isPacked,
+                 unsigned long long largestClassic = largestClassicTiff);
 
 } // namespace BufferApi::Formats

@@ -1,0 +1,345 @@
+// SPDX-License-Identifier: Apache-2.0
+// What surrounds a file goes wrong: disks, permissions, names, and files that change behind the back of those
+// who read them. Everything goes through import and export.
+#include "Core/Buffer/BufferApi.h"
+#include "Core/Common/Raise.h"
+#include "Tests/Support/Files.h"
+#include "Tests/Support/Frames.h"
+#include "Tests/Support/InChild.h"
+#include "Tests/Support/Raises.h"
+#include "Tests/Support/SampleBuffers.h"
+
+#include <QDir>
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+using namespace BufferApi;
+using TestSupport::BufferPointer;
+using TestSupport::buffersEqual;
+using TestSupport::inChild;
+using TestSupport::raises;
+
+/// A kind of file that can be written.
+struct Format
+{
+    std::string name;
+    QString extension;
+    int packType;
+    unsigned int frames;
+};
+
+const std::vector<Format>& writtenFormats()
+{
+    static const std::vector<Format> formats{{"native, packed", QStringLiteral("qfi"), 2, 5},
+                                             {"native, plain", QStringLiteral("qfi"), 0, 5},
+                                             {"TIFF, packed", QStringLiteral("tif"), 2, 5},
+                                             {"TIFF, plain", QStringLiteral("tif"), 0, 5},
+                                             {"PNG", QStringLiteral("png"), 2, 1}};
+    return formats;
+}
+
+void exportTo(const I_Buffer& buffer, const QString& path, const Format& format)
+{
+    ExportBuffer(&buffer, path, {{"PackType", format.packType}});
+}
+
+BufferPointer import(const QString& path)
+{
+    return BufferPointer(ImportBuffer(path));
+}
+
+void readPlanes(const I_Buffer& buffer)
+{
+    for (unsigned int i = 0; i < buffer.GetFrameCount(); ++i) {
+        static_cast<void>(buffer.GetFrame(i)->GetPlane(0, 0)->GetData());
+    }
+}
+
+class FileFaults : public testing::Test
+{
+protected:
+    FileFaults()
+    {
+        // Ordinary users have to get at what is in it.
+        static_cast<void>(chmod(m_directory.path().toLocal8Bit().constData(), 0755));
+    }
+
+    [[nodiscard]] QString path(const QString& name) const { return m_directory.filePath(name); }
+    [[nodiscard]] QString path(const Format& format) const
+    {
+        return path(QStringLiteral("file.") + format.extension);
+    }
+    [[nodiscard]] QStringList names() const
+    {
+        return QDir(m_directory.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System);
+    }
+    void clear() const
+    {
+        for (const QString& name : names()) {
+            QFile::remove(path(name));
+        }
+    }
+
+private:
+    QTemporaryDir m_directory;
+};
+
+TEST_F(FileFaults, AFullDiskLeavesTheOldFileAndNothingElse)
+{
+    for (const Format& format : writtenFormats()) {
+        SCOPED_TRACE(format.name);
+        clear();
+        const BufferPointer buffer = TestSupport::particleImages(200, 100, format.frames);
+        const QString target = path(format);
+        exportTo(*buffer, target, format);
+        const qint64 size = QFileInfo(target).size();
+        TestSupport::writeContent(target, "old");
+        for (const qint64 limit : {qint64{0}, qint64{700}, size / 2, size - 1}) {
+            const QString result = inChild([&] {
+                TestSupport::limitFileSize(static_cast<unsigned long long>(limit));
+                exportTo(*buffer, target, format);
+            });
+            EXPECT_EQ(result, QStringLiteral("FileWriteError: Cannot write '%1': File too large").arg(target))
+                << limit;
+            EXPECT_EQ(TestSupport::contentOf(target), "old");
+            EXPECT_EQ(names(), QStringList{QFileInfo(target).fileName()});
+        }
+    }
+}
+
+TEST_F(FileFaults, AfterAFullDiskTheProcessWritesOn)
+{
+    const BufferPointer buffer = TestSupport::particleImages(200, 100, 3);
+    const Format& format = writtenFormats().front();
+    const QString result = inChild([&] {
+        for (const unsigned long long limit : {5000ULL, 1ULL << 30U}) {
+            TestSupport::limitFileSize(limit);
+            try {
+                exportTo(*buffer, path(format), format);
+            } catch (const RTE::FileWriteError&) {
+                EXPECT_EQ(limit, 5000U);
+            }
+        }
+    });
+    EXPECT_EQ(result, QString());
+    EXPECT_TRUE(buffersEqual(*import(path(format)), *buffer));
+}
+
+/// Mounts an empty disk of 64 KiB there, in a name space of the process's own.
+bool mountSmallDisk(const QString& directory)
+{
+    const bool isAlone = unshare(CLONE_NEWNS) == 0 || unshare(CLONE_NEWUSER | CLONE_NEWNS) == 0;
+    return isAlone && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("tmpfs", directory.toLocal8Bit().constData(), "tmpfs", 0, "size=64k") == 0;
+}
+
+TEST_F(FileFaults, ASmallDiskIsFullInTheSameWay)
+{
+    const QString disk = path(QStringLiteral("disk"));
+    QDir().mkpath(disk);
+    const QString refused = inChild([&] {
+        if (!mountSmallDisk(disk)) {
+            RTE::raise(RTE::LogicError(QStringLiteral("mount")));
+        }
+    });
+    if (!refused.isEmpty()) {
+        GTEST_SKIP() << "this process may not mount a disk";
+    }
+    for (const Format& format : writtenFormats()) {
+        SCOPED_TRACE(format.name);
+        const BufferPointer buffer = TestSupport::particleImages(400, 300, format.frames);
+        const QString target = disk + QStringLiteral("/file.") + format.extension;
+        const QString result = inChild([&] {
+            if (mountSmallDisk(disk)) {
+                EXPECT_TRUE(raises<RTE::FileWriteError>(
+                    QStringLiteral("Cannot write '%1': No space left on device").arg(target),
+                    [&] { exportTo(*buffer, target, format); }));
+                EXPECT_TRUE(QDir(disk).isEmpty());
+            }
+        });
+        EXPECT_EQ(result, QString());
+    }
+}
+
+/// A name that cannot be written to or read from, and what the system has against it.
+struct BadName
+{
+    QString name;
+    QString writing;
+    QString reading;
+};
+
+TEST_F(FileFaults, NamesThatDoNotWorkAreRefusedWithTheReason)
+{
+    const BufferPointer buffer = TestSupport::particleImages(8, 8, 1);
+    TestSupport::writeContent(path(QStringLiteral("regular")), "x");
+    QDir().mkpath(path(QStringLiteral("directory.qfi")));
+    QFile::link(path(QStringLiteral("loop.qfi")), path(QStringLiteral("loop.qfi")));
+    QFile::link(path(QStringLiteral("nowhere/target.qfi")), path(QStringLiteral("broken.qfi")));
+    const QStringList before = names();
+    const QString missing = QStringLiteral("No such file or directory");
+    const QString tooLong = QStringLiteral("File name too long");
+    const QString loop = QStringLiteral("Too many levels of symbolic links");
+    const BadName bad[] = {{path(QStringLiteral("none/file.qfi")), missing, missing},
+                           {path(QStringLiteral("regular/file.qfi")), QStringLiteral("Not a directory"),
+                            QStringLiteral("Not a directory")},
+                           {path(QStringLiteral("directory.qfi")), QStringLiteral("it is not a file"),
+                            QStringLiteral("not a regular file")},
+                           {path(QStringLiteral("loop.qfi")), loop, loop},
+                           {path(QStringLiteral("broken.qfi")), missing, missing},
+                           {path(QString(252, QLatin1Char('n')) + QStringLiteral(".qfi")), tooLong, tooLong},
+                           {path(QString(200, QChar(0x901F)) + QStringLiteral(".qfi")), tooLong, tooLong},
+                           {path(QStringLiteral("null")) + QChar(0) + QStringLiteral(".qfi"),
+                            QStringLiteral("it is not a name of a file"), QStringLiteral("Invalid argument")},
+                           {QString(), QStringLiteral("it is not a name of a file"), missing},
+                           {QStringLiteral("/proc/file.qfi"), missing, missing},
+                           {QStringLiteral("/dev/full"), QStringLiteral("it is not a file"),
+                            QStringLiteral("not a regular file")}};
+    for (const BadName& name : bad) {
+        SCOPED_TRACE(name.name.toStdString());
+        EXPECT_TRUE(
+            raises<RTE::FileWriteError>(QStringLiteral("Cannot write '%1': %2").arg(name.name, name.writing),
+                                        [&] { ExportBuffer(buffer.get(), name.name); }));
+        EXPECT_TRUE(raises<RTE::FileOpenError>(
+            QStringLiteral("Cannot open '%1': %2").arg(name.name, name.reading), [&] { import(name.name); }));
+        EXPECT_EQ(names(), before);
+    }
+}
+
+TEST_F(FileFaults, NamesOfAllLettersAndOfTheGreatestLengthWork)
+{
+    for (const Format& format : writtenFormats()) {
+        const BufferPointer buffer = TestSupport::particleImages(8, 8, format.frames);
+        for (const QString& base : {QStringLiteral("Größe 速度 \U0001F300"), QString(251, QLatin1Char('n')),
+                                    QStringLiteral("n") + QString(83, QChar(0x901F)) + QLatin1Char('x')}) {
+            const QString target = path(base + QLatin1Char('.') + format.extension);
+            exportTo(*buffer, target, format);
+            EXPECT_TRUE(buffersEqual(*import(target), *buffer)) << target.toStdString();
+        }
+    }
+    EXPECT_EQ(names().size(), 9);
+}
+
+TEST_F(FileFaults, ABrokenLinkStaysOneAndItsTargetIsMade)
+{
+    const Format& format = writtenFormats().front();
+    const BufferPointer buffer = TestSupport::particleImages(8, 8, 1);
+    ASSERT_TRUE(QFile::link(QStringLiteral("later.qfi"), path(QStringLiteral("link.qfi"))));
+    exportTo(*buffer, path(QStringLiteral("link.qfi")), format);
+    EXPECT_TRUE(QFileInfo(path(QStringLiteral("link.qfi"))).isSymLink());
+    EXPECT_TRUE(buffersEqual(*import(path(QStringLiteral("later.qfi"))), *buffer));
+}
+
+TEST_F(FileFaults, PermissionsAreKeptTo)
+{
+    const BufferPointer buffer = TestSupport::particleImages(8, 8, 1);
+    const Format& format = writtenFormats().front();
+    const QString target = path(format);
+    exportTo(*buffer, target, format);
+    const QByteArray before = TestSupport::contentOf(target);
+    const QString folder = path(QStringLiteral("folder"));
+    QDir().mkpath(folder);
+    const auto refuses = [&](const QString& what, const QString& text, const std::function<void()>& call) {
+        const QString result = inChild([&] {
+            TestSupport::becomeOrdinaryUser();
+            call();
+        });
+        EXPECT_EQ(result, text + QStringLiteral(": Permission denied")) << what.toStdString();
+    };
+    ASSERT_EQ(chmod(folder.toLocal8Bit().constData(), 0555), 0);
+    const QString inFolder = folder + QStringLiteral("/file.qfi");
+    refuses(QStringLiteral("read-only folder"),
+            QStringLiteral("FileWriteError: Cannot write '%1'").arg(inFolder),
+            [&] { exportTo(*buffer, inFolder, format); });
+    ASSERT_EQ(chmod(target.toLocal8Bit().constData(), 0444), 0);
+    ASSERT_EQ(chmod(folder.toLocal8Bit().constData(), 0777), 0);
+    ASSERT_EQ(chmod(path(QString()).toLocal8Bit().constData(), 0777), 0);
+    refuses(QStringLiteral("read-only file"), QStringLiteral("FileWriteError: Cannot write '%1'").arg(target),
+            [&] { exportTo(*buffer, target, format); });
+    ASSERT_EQ(chmod(target.toLocal8Bit().constData(), 0), 0);
+    refuses(QStringLiteral("unreadable file"), QStringLiteral("FileOpenError: Cannot open '%1'").arg(target),
+            [&] { import(target); });
+    ASSERT_EQ(chmod(target.toLocal8Bit().constData(), 0644), 0);
+    EXPECT_EQ(TestSupport::contentOf(target), before);
+    EXPECT_EQ(names().size(), 2);
+    EXPECT_TRUE(QDir(folder).isEmpty());
+}
+
+/// A picture of each format that lies on the disk, of which nothing but the structure is read yet.
+class ChangedFiles : public FileFaults, public testing::WithParamInterface<const char*>
+{
+protected:
+    void SetUp() override
+    {
+        const QString source = QString::fromLatin1(GetParam());
+        m_path = path(QStringLiteral("file.") + QFileInfo(source).suffix());
+        if (source.contains(QLatin1Char('.'))) {
+            TestSupport::writeContent(m_path, TestSupport::contentOf(TestSupport::goldenFile(GetParam())));
+        } else {
+            const int packType = source == QStringLiteral("packed") ? 2 : 0;
+            ExportBuffer(TestSupport::particleImages(200, 100, 3).get(), m_path, {{"PackType", packType}});
+        }
+        m_content = TestSupport::contentOf(m_path);
+        m_buffer = import(m_path);
+        static_cast<void>(m_buffer->GetFrame(0));
+    }
+
+    /// Writes into the file itself, as a copying program does; its time is later beyond doubt.
+    void overwrite(const QByteArray& content) const
+    {
+        TestSupport::writeContent(m_path, content);
+        const timespec times[2] = {{0, UTIME_OMIT}, {4000000000, 0}};
+        ASSERT_EQ(utimensat(AT_FDCWD, m_path.toLocal8Bit().constData(), times, 0), 0);
+    }
+
+    QString m_path;
+    QByteArray m_content;
+    BufferPointer m_buffer;
+};
+
+TEST_P(ChangedFiles, AreRefusedWhenTheyAreReadLater)
+{
+    const QString message =
+        QStringLiteral("Cannot read '%1': the file was changed while it was open").arg(m_path);
+    for (const qsizetype length :
+         {m_content.size(), m_content.size() - 1, m_content.size() / 2, qsizetype{0}}) {
+        overwrite(m_content.left(length));
+        EXPECT_TRUE(raises<RTE::FileReadError>(message, [&] { readPlanes(*m_buffer); })) << length;
+    }
+}
+
+TEST_P(ChangedFiles, DoNoHarmWhenTheirNameIsGivenToAnother)
+{
+    const BufferPointer expected = import(m_path);
+    readPlanes(*expected);
+    TestSupport::writeContent(m_path + QStringLiteral(".new"), "another file");
+    ASSERT_TRUE(QFile::remove(m_path) && QFile::rename(m_path + QStringLiteral(".new"), m_path));
+    EXPECT_TRUE(buffersEqual(*m_buffer, *expected));
+}
+
+TEST_P(ChangedFiles, AreReadOnWhileTheyGrow)
+{
+    const BufferPointer expected = import(m_path);
+    readPlanes(*expected);
+    overwrite(m_content + "more");
+    EXPECT_TRUE(buffersEqual(*m_buffer, *expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, ChangedFiles,
+                         testing::Values("packed", "plain", "u16-little.tif", "u16-lzw-predictor.tif",
+                                         "u16.png", "rgb.bmp", "u16.pgm", "u10-plain.pgm"),
+                         [](const auto& source) {
+                             std::string name = source.param;
+                             std::replace_if(
+                                 name.begin(), name.end(), [](char c) { return c == '.' || c == '-'; }, '_');
+                             return name;
+                         });
+
+} // namespace
