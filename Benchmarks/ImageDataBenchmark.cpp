@@ -1,31 +1,26 @@
 // SPDX-License-Identifier: Apache-2.0
 // Pixel passes beside memcpy of as many pixels and OpenCV's nearest counterpart, all with one thread.
-//
-// The contenders of a benchmark take turns, so that what disturbs one disturbs all; the time reported is that
-// of ImageData, and each counter is the median time of a contender over that of ImageData: above 1, ImageData
-// is faster.
+#include "Benchmarks/Race.h"
 #include "Core/DataObjects/ImageData.h"
 #include "Tests/DataObjects/PixelReference.h"
-#include "Tests/Support/SamePixels.h"
 
 #include <opencv2/core.hpp>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstring>
-#include <functional>
 #include <memory>
-#include <random>
-#include <string>
 #include <utility>
 #include <vector>
 
 namespace
 {
 
+using Benchmarks::Contender;
+using Benchmarks::isRight;
+using Benchmarks::race;
 using DataObjects::ImageData;
 using Byte = unsigned char;
 using Word = unsigned short;
@@ -47,79 +42,18 @@ constexpr int cvType<double> = CV_64F;
 template <typename T>
 cv::Mat asMat(ImageData<T>& data)
 {
+    cv::setNumThreads(1);
     return {static_cast<int>(data.GetHeight()), static_cast<int>(data.GetWidth()), cvType<T>,
             data.GetRawPointer()};
 }
 
-/// Random pixels: all values of the small types, some beyond 16 bits and below 0 in the others.
 template <typename T>
 ImageData<T> randomPlane(const benchmark::State& state, unsigned int seed)
 {
     const auto side = static_cast<unsigned int>(state.range(0));
     ImageData<T> data(side, side);
-    std::mt19937 generator(seed);
-    for (T& pixel : data) {
-        const auto bits = static_cast<unsigned int>(generator());
-        if constexpr (sizeof(T) <= 2) {
-            pixel = static_cast<T>(bits);
-        } else if constexpr (std::is_same_v<T, unsigned int>) {
-            pixel = bits % 90'000;
-        } else {
-            pixel = static_cast<T>(static_cast<int>(bits % 90'000) - 10'000);
-        }
-    }
+    Benchmarks::randomize(data, seed);
     return data;
-}
-
-struct Contender
-{
-    std::string name;
-    std::function<void()> run;
-    std::vector<double> seconds{};
-};
-
-double median(std::vector<double> values)
-{
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-/// A turn is at least three runs and a millisecond, after one run that warms up.
-double takeTurn(Contender& contender)
-{
-    using Clock = std::chrono::steady_clock;
-    using Seconds = std::chrono::duration<double>;
-    contender.run();
-    int runs = 0;
-    const auto start = Clock::now();
-    Seconds total{};
-    do {
-        contender.run();
-        benchmark::ClobberMemory();
-        total = Clock::now() - start;
-    } while (++runs < 3 || total < Seconds(0.001));
-    contender.seconds.push_back(total.count() / runs);
-    return contender.seconds.back();
-}
-
-/// Runs `ours` against the others; `bytesPerPixel` are those read and written.
-void race(benchmark::State& state, const std::function<void()>& ours, std::vector<Contender> others,
-          std::size_t bytesPerPixel)
-{
-    cv::setNumThreads(1);
-    Contender own{"ImageData", ours};
-    for (auto _ : state) {
-        state.SetIterationTime(takeTurn(own));
-        for (Contender& other : others) {
-            takeTurn(other);
-        }
-    }
-    for (const Contender& other : others) {
-        state.counters[other.name] = median(other.seconds) / median(own.seconds);
-    }
-    state.SetBytesProcessed(state.iterations() * state.range(0) * state.range(0) *
-                            static_cast<std::int64_t>(bytesPerPixel));
 }
 
 /// Copies as many pixels of T, from memory that is its own.
@@ -131,19 +65,6 @@ Contender memcpyOf(const ImageData<T>& like)
     return {"memcpy", [=] {
                 std::memcpy(target->GetRawPointer(), source->GetRawPointer(), source->size() * sizeof(T));
             }};
-}
-
-/// Compares every pixel with the rule; stops the benchmark where they differ.
-template <typename T, typename Expected>
-bool isRight(benchmark::State& state, const ImageData<T>& result, Expected&& expected)
-{
-    for (unsigned long long i = 0; i < result.size(); ++i) {
-        if (!TestSupport::samePixel(result[i], expected(i))) {
-            state.SkipWithError("wrong result");
-            return false;
-        }
-    }
-    return true;
 }
 
 template <typename From, typename To>
