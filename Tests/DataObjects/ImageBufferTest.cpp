@@ -1,0 +1,410 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageBuffer.h"
+
+#include "Core/DataObjects/ScalarField.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace
+{
+
+using DataObjects::AllValuesValid;
+using DataObjects::Attributes;
+using DataObjects::AttributesContainer;
+using DataObjects::GlobalAndFrameAttributes;
+using DataObjects::Image;
+using DataObjects::ImageBuffer;
+using DataObjects::ImageBufferVariant;
+using DataObjects::ImageVolume;
+using TestSupport::raises;
+using Size = Math::Size3T<unsigned int>;
+using Failed = RTE::VerificationFailed;
+
+const QString noFrames = QStringLiteral("Image volume list is empty");
+const QString otherCount = QStringLiteral("Buffers have different number of frames");
+
+Zt::LinearScale scaleOf(double factor)
+{
+    return {factor, 0.0, QStringLiteral("mm"), QStringLiteral("Axis")};
+}
+
+int attributeOf(const Attributes& attributes, const std::string& name)
+{
+    return attributes.attributeValue(name).value<int>();
+}
+
+/// Frame i has the value, the X scale and the attribute "Frame" `first` + i; "First" is global.
+template <typename T>
+ImageBuffer<T> recording(int first, unsigned int frames = 3, const Size& size = {4, 3, 2})
+{
+    ImageBuffer<T> buffer(size, frames, true);
+    buffer.SetName(QStringLiteral("Run %1").arg(first));
+    buffer.GetGlobalAttributes().set("First", first);
+    for (unsigned int i = 0; i < frames; ++i) {
+        const int value = first + static_cast<int>(i);
+        buffer.getFrame(i) = static_cast<T>(value);
+        buffer.getFrame(i).SetScaleX(scaleOf(value));
+        buffer.getFrame(i).GetAttributes().set("Frame", value);
+        buffer.getFrame(i).getPlane(1).GetScalarFields().Add(QStringLiteral("Field"), 1.5F);
+    }
+    return buffer;
+}
+
+void expectRecording(const ImageBufferVariant& buffer, int first, unsigned int frames = 3)
+{
+    EXPECT_EQ(attributeOf(buffer.GetGlobalAttributes(), "First"), first);
+    ASSERT_EQ(buffer.getFrameCount(), frames);
+    for (unsigned int i = 0; i < frames; ++i) {
+        const auto& frame = buffer.getFrame(i);
+        Image<double> plane(4, 3, true);
+        plane.Assign(frame.getPlane(1));
+        EXPECT_EQ(plane(3, 2), static_cast<double>(first) + i);
+        EXPECT_EQ(frame.GetScaleX(), scaleOf(static_cast<double>(first) + i));
+        EXPECT_EQ(attributeOf(frame.GetAttributes(), "Frame"), first + static_cast<int>(i));
+        const auto field = frame.getPlane(1).GetScalarFields().Get(QStringLiteral("Field"));
+        EXPECT_EQ(DataObjects::CastScalarFieldTo<float>(*field).GetPixel(3, 2), 1.5F);
+    }
+}
+
+/// Three frames that look at the voxels of this object.
+template <typename T>
+struct Viewed
+{
+    std::vector<T> voxels = std::vector<T>(72);
+
+    ImageBuffer<T> buffer()
+    {
+        std::vector<ImageVolume<T>> volumes;
+        for (T* frame = voxels.data(); frame != voxels.data() + voxels.size(); frame += 24) {
+            std::vector<Image<T>> planes;
+            planes.emplace_back(frame, 4U, 3U, false, true);
+            planes.emplace_back(frame + 12, 4U, 3U, false, true);
+            volumes.emplace_back(std::move(planes));
+        }
+        return {std::move(volumes), std::make_unique<AttributesContainer>()};
+    }
+};
+
+template <typename T>
+class ImageBufferTest : public testing::Test
+{
+};
+
+using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
+TYPED_TEST_SUITE(ImageBufferTest, PixelTypeList);
+
+template <typename T>
+void expectConverted(const ImageBufferVariant& source)
+{
+    Viewed<T> viewed;
+    auto view = viewed.buffer();
+    view.GetGlobalAttributes().set("Kept", 1);
+    view.Assign(source);
+    expectRecording(view, 1);
+    EXPECT_EQ(viewed.voxels[71], T{3});
+    EXPECT_EQ(view.GetName(), "Run 1");
+    EXPECT_EQ(attributeOf(view.GetGlobalAttributes(), "Kept"), 1);
+
+    ImageBuffer<T> owner(1, 1, 1, 7, false);
+    owner.GetGlobalAttributes().set("Old", 1);
+    owner.Assign(source);
+    expectRecording(owner, 1);
+    EXPECT_FALSE(owner.getFrame(2).IsMaskValid(3, 2, 1));
+    EXPECT_FALSE(owner.GetGlobalAttributes().contains("Old"));
+
+    const auto copy = CreateImageBufferCopyOfOtherType(source, ImageBuffer<T>(1, 1, 1, 1, true));
+    EXPECT_EQ(static_cast<int>(copy->GetDataType()), PixelTypes::number<T>);
+    EXPECT_EQ(static_cast<const ImageBuffer<T>&>(*copy).GetName(), "Run 1");
+    EXPECT_FALSE(AllValuesValid(*copy));
+    expectRecording(*copy, 1);
+}
+
+TYPED_TEST(ImageBufferTest, IsAssignedToBuffersOfEveryType)
+{
+    auto source = recording<TypeParam>(1);
+    source.getFrame(2).SetMaskValid(3, 2, 1, false);
+    expectConverted<unsigned char>(source);
+    expectConverted<unsigned short>(source);
+    expectConverted<int>(source);
+    expectConverted<unsigned int>(source);
+    expectConverted<float>(source);
+    expectConverted<double>(source);
+}
+
+TYPED_TEST(ImageBufferTest, TravelsAsAVariant)
+{
+    const auto buffer = recording<TypeParam>(1);
+    const DataObjects::Variant& variant = buffer;
+    EXPECT_EQ(variant.getTypeIdentifier(), "ImageBufferVariant");
+    const auto copy = variant.createCopy();
+    EXPECT_EQ(copy->getTypeIdentifier(), "ImageBufferVariant");
+    expectRecording(dynamic_cast<const ImageBuffer<TypeParam>&>(*copy), 1);
+    EXPECT_EQ(static_cast<int>(buffer.GetDataType()), PixelTypes::number<TypeParam>);
+}
+
+TYPED_TEST(ImageBufferTest, NewBuffersOfATypeHaveTheSizeAndMask)
+{
+    const auto buffer = CreateImageBufferOfOtherType(
+        ImageBuffer<TypeParam>(Size(1, 1, 1), 1, TypeParam{9}, true), 4, 3, 2, 5, false);
+    EXPECT_EQ(static_cast<int>(buffer->GetDataType()), PixelTypes::number<TypeParam>);
+    EXPECT_EQ(buffer->getFrameCount(), 5U);
+    EXPECT_EQ(buffer->getFrame(4).GetSize(), Size(4, 3, 2));
+    EXPECT_FALSE(AllValuesValid(*buffer));
+    const ImageBuffer<TypeParam> filled(4, 3, 2, 5, TypeParam{9}, true);
+    EXPECT_EQ(filled.getFrame(4).GetVoxel(3, 2, 1), 9);
+    EXPECT_TRUE(AllValuesValid(filled));
+}
+
+TEST(ImageBuffer, IsBuiltFromEveryKindOfList)
+{
+    AttributesContainer attributes;
+    attributes.set("First", 7);
+    const auto check = [](const ImageBuffer<int>& buffer, unsigned int frames) {
+        EXPECT_EQ(buffer.size(), frames);
+        EXPECT_EQ(buffer.getFrame(frames - 1).GetVoxel(1, 1, 0), 3);
+        EXPECT_EQ(attributeOf(buffer.GetGlobalAttributes(), "First"), 7);
+        EXPECT_TRUE(buffer.GetName().isEmpty());
+    };
+    const auto taken = [&] { return std::make_unique<AttributesContainer>(attributes); };
+    const auto image = [] { return Image<int>(2, 2, 3, true); };
+    const auto volume = [] { return ImageVolume<int>(Size(2, 2, 1), 3, true); };
+    const Image<int> constant = image();
+    const auto shared = std::make_shared<Image<int>>(image());
+    check({image(), attributes}, 1);
+    check({constant, attributes}, 1);
+    const ImageBuffer<int> sharing(shared, attributes);
+    check(sharing, 1);
+    EXPECT_EQ(&sharing.getFrame(0).getPlane(0), shared.get());
+    check({volume(), attributes}, 1);
+    check({volume(), taken()}, 1);
+    const auto listsOf = [&](auto make) {
+        using List = std::vector<decltype(make())>;
+        const auto list = [&] {
+            List items;
+            items.push_back(make());
+            items.push_back(make());
+            return items;
+        };
+        check({list(), attributes}, 2);
+        check({list(), taken()}, 2);
+        EXPECT_TRUE(raises<Failed>(noFrames, [&] { ImageBuffer<int>(List(), attributes); }));
+        EXPECT_TRUE(raises<Failed>(noFrames, [&] { ImageBuffer<int>(List(), taken()); }));
+        EXPECT_TRUE(raises<Failed>("Attributes are not valid.",
+                                   [&] { ImageBuffer<int>(list(), std::unique_ptr<Attributes>()); }));
+    };
+    listsOf(image);
+    listsOf(volume);
+    listsOf([&] { return std::make_unique<Image<int>>(image()); });
+    listsOf([&] { return std::make_unique<ImageVolume<int>>(volume()); });
+    listsOf([&] { return std::make_shared<ImageVolume<int>>(volume()); });
+}
+
+TEST(ImageBuffer, MissingFramesAndPlanesAreRefused)
+{
+    const AttributesContainer none;
+    const QString noPlanes = QStringLiteral("ImageVolume must have at least one z-plane");
+    const std::vector<std::pair<QString, std::function<void()>>> calls = {
+        {noFrames, [] { ImageBuffer<int>(Size(4, 3, 2), 0, true); }},
+        {noFrames, [] { ImageBuffer<int>(4, 3, 2, 0, 7, true); }},
+        {noPlanes, [] { ImageBuffer<int>(4, 3, 0, 1, true); }},
+        {noPlanes, [&] { ImageBuffer<int>(std::shared_ptr<Image<int>>(), none); }},
+        {noPlanes, [&] { ImageBuffer<int>(std::vector<std::unique_ptr<Image<int>>>(1), none); }},
+        {"Image volume is not valid.",
+         [&] { ImageBuffer<int>(std::vector<std::shared_ptr<ImageVolume<int>>>(1), none); }},
+        {noFrames, [] { (void)ImageBuffer<int>::CreateEmptyImageBuffer()->AllVolumesHaveSameSize(); }}};
+    for (const auto& [text, call] : calls) {
+        EXPECT_TRUE(raises<Failed>(text, call));
+    }
+}
+
+TEST(ImageBuffer, AppendedVolumesHaveTheSizeOfTheFirst)
+{
+    const auto buffer = ImageBuffer<int>::CreateEmptyImageBuffer();
+    EXPECT_TRUE(buffer->empty());
+    EXPECT_TRUE(AllValuesValid(*buffer));
+    EXPECT_TRUE(buffer->HasOwnerShip());
+    EXPECT_TRUE(buffer->HasMatchingFrameSizes(*ImageBuffer<float>::CreateEmptyImageBuffer()));
+    const ImageVolume<int> volume(Size(4, 3, 2), 5, true);
+    buffer->AppendImageVolume(volume);
+    buffer->AppendImageVolume(buffer->getFrame(0));
+    ImageVolume<int> other(4, 3, 1, true);
+    const QString text = QStringLiteral("Volumes in the resulting buffer would have different sizes");
+    EXPECT_TRUE(raises<Failed>(text, [&] { buffer->AppendImageVolume(other); }));
+    EXPECT_TRUE(raises<Failed>(text, [&] { buffer->AppendImageVolume(std::move(other)); }));
+    EXPECT_EQ(other.GetDepth(), 1U);
+    EXPECT_TRUE(buffer->AllVolumesHaveSameSize());
+    const auto two = *buffer;
+    buffer->_appendImageVolumeDontCheckSize(other);
+    EXPECT_EQ(buffer->getFrameCount(), 3U);
+    EXPECT_FALSE(buffer->AllVolumesHaveSameSize());
+    EXPECT_TRUE(buffer->HasMatchingFrameSizes(*buffer));
+    EXPECT_FALSE(buffer->HasMatchingFrameSizes(two));
+    EXPECT_FALSE(buffer->HasMatchingFrameSizes(ImageBuffer<float>(4, 3, 2, 3, true)));
+    EXPECT_EQ(buffer->getFrame(1).GetVoxel(0, 0, 1), 5);
+}
+
+TEST(ImageBuffer, CopiesShareNothingAndTakeTheName)
+{
+    auto buffer = recording<int>(1);
+    auto copy = buffer;
+    copy = 9;
+    copy.getFrame(0).SetScaleX(scaleOf(9));
+    copy.GetGlobalAttributes().set("First", 9);
+    expectRecording(buffer, 1);
+    EXPECT_EQ(copy.GetName(), "Run 1");
+    const ImageBuffer<int> moved(std::move(buffer));
+    EXPECT_EQ(moved.GetName(), "Run 1");
+    buffer = moved;
+    expectRecording(buffer, 1);
+}
+
+TEST(ImageBuffer, AnOwnerGetsNewFrames)
+{
+    auto buffer = recording<int>(50);
+    const auto frame = buffer.getFrameTSPtr(0);
+    buffer.GetGlobalAttributes().set("Old", 1);
+    EXPECT_EQ(&buffer.DeepCopyFrom(recording<int>(1, 2)), &buffer);
+    expectRecording(buffer, 1, 2);
+    EXPECT_FALSE(buffer.GetGlobalAttributes().contains("Old"));
+    EXPECT_EQ(frame->GetVoxel(0, 0, 0), 50) << "a frame outlives its buffer";
+
+    auto source = recording<int>(5, 2);
+    const auto taken = source.getFrameTConstSPtr(1);
+    EXPECT_EQ(&buffer.MoveFrom(std::move(source)), &buffer);
+    EXPECT_EQ(buffer.getFrameConstSPtr(1), taken);
+    EXPECT_TRUE(source.empty());
+    EXPECT_EQ(buffer.GetName(), "Run 5");
+    expectRecording(buffer, 5, 2);
+    source = std::move(buffer);
+    expectRecording(source, 5, 2);
+}
+
+TEST(ImageBuffer, AViewKeepsItsFrames)
+{
+    Viewed<int> viewed;
+    auto view = viewed.buffer();
+    view.GetGlobalAttributes().set("Kept", 1);
+    auto two = recording<int>(1, 2);
+    EXPECT_TRUE(raises<Failed>(otherCount, [&] { view = two; }));
+    EXPECT_TRUE(raises<Failed>(otherCount, [&] { view = std::move(two); }));
+    EXPECT_TRUE(raises<Failed>(otherCount, [&] { view.Assign(recording<float>(1, 2)); }));
+    expectRecording(two, 1, 2);
+    const auto small = recording<int>(1, 3, {4, 2, 2});
+    EXPECT_TRUE(raises<Failed>("Assigment of non owning image volume with different size not possible",
+                               [&] { view = small; }));
+    EXPECT_TRUE(view.GetName().isEmpty());
+
+    const auto frame = view.getFrameSPtr(2);
+    view = recording<int>(1);
+    EXPECT_EQ(viewed.voxels[71], 3);
+    EXPECT_EQ(view.getFrameSPtr(2), frame);
+    EXPECT_EQ(attributeOf(view.GetGlobalAttributes(), "Kept"), 1);
+    expectRecording(view, 1);
+    const auto five = recording<int>(5);
+    view = five;
+    EXPECT_EQ(viewed.voxels[71], 7);
+    EXPECT_EQ(view.GetName(), "Run 5");
+    expectRecording(view, 5);
+
+    const ImageBuffer<int> copy(view);
+    EXPECT_TRUE(copy.HasOwnerShip());
+}
+
+TEST(ImageBuffer, AssignmentToItselfAndToItsPartsChangesNothing)
+{
+    auto buffer = recording<int>(1);
+    ImageBuffer<int>& same = buffer;
+    buffer = same;
+    buffer = std::move(same);
+    buffer.Assign(same);
+    buffer.SetGlobalAttributes(buffer.GetGlobalAttributes());
+    expectRecording(buffer, 1);
+    const ImageBuffer<int> sharesFrames(
+        std::vector<std::shared_ptr<ImageVolume<int>>>(buffer.begin(), buffer.end()),
+        static_cast<const AttributesContainer&>(buffer.GetGlobalAttributes()));
+    buffer = sharesFrames;
+    expectRecording(buffer, 1);
+
+    Viewed<int> viewed;
+    auto view = viewed.buffer();
+    const ImageBuffer<int> sharesViews(
+        std::vector<std::shared_ptr<ImageVolume<int>>>(view.begin(), view.end()), AttributesContainer());
+    view = buffer;
+    view = sharesViews;
+    expectRecording(view, 1);
+}
+
+TEST(ImageBuffer, AllAttributesGoOutAndIn)
+{
+    auto buffer = recording<float>(1);
+    const GlobalAndFrameAttributes all = buffer.getAllAttributes();
+    EXPECT_EQ(attributeOf(all, "First"), 1);
+    ASSERT_EQ(all.frameAttributes.size(), 3U);
+    EXPECT_EQ(attributeOf(all.frameAttributes[2], "Frame"), 3);
+    EXPECT_EQ(all.scalesX, (std::vector{scaleOf(1), scaleOf(2), scaleOf(3)}));
+    EXPECT_EQ(all.scalesY, std::vector(3, Zt::LinearScale(Zt::ScalePreset::Y)));
+    EXPECT_EQ(all.scalesZ, std::vector(3, Zt::LinearScale(Zt::ScalePreset::Z)));
+    EXPECT_EQ(all.scalesI, std::vector(3, Zt::LinearScale(Zt::ScalePreset::I)));
+
+    auto target = recording<int>(50);
+    target.GetGlobalAttributes().set("Old", 1);
+    target.getFrame(0).GetAttributes().set("Old", 1);
+    target.setAllAttributes(all);
+    EXPECT_EQ(attributeOf(target.GetGlobalAttributes(), "First"), 1);
+    EXPECT_EQ(attributeOf(target.getFrame(2).getPlane(1).GetAttributes(), "Frame"), 3);
+    EXPECT_FALSE(target.GetGlobalAttributes().contains("Old"));
+    EXPECT_FALSE(target.getFrame(0).GetAttributes().contains("Old"));
+    EXPECT_EQ(target.getFrame(0).GetScaleX(), scaleOf(50));
+}
+
+TEST(ImageBuffer, AWrongNumberOfFrameAttributesIsNoticedAfterTheGlobalOnes)
+{
+    auto buffer = recording<int>(50);
+    const auto all = recording<int>(1, 2).getAllAttributes();
+    EXPECT_TRUE(raises<Failed>("Mismatch between frame count and frame attributes count",
+                               [&] { buffer.setAllAttributes(all); }));
+    EXPECT_EQ(attributeOf(buffer.GetGlobalAttributes(), "First"), 1);
+    EXPECT_EQ(attributeOf(buffer.getFrame(0).GetAttributes(), "Frame"), 50);
+}
+
+TEST(ImageBuffer, ItsOwnAttributesCanBeSet)
+{
+    auto all = std::make_unique<GlobalAndFrameAttributes>();
+    GlobalAndFrameAttributes& own = *all;
+    own.set("First", 7);
+    own.frameAttributes.resize(1);
+    own.frameAttributes[0].set("Frame", 8);
+    ImageBuffer<int> buffer(ImageVolume<int>(2, 2, 1, true), std::move(all));
+    buffer.setAllAttributes(own);
+    EXPECT_EQ(attributeOf(buffer.GetGlobalAttributes(), "First"), 7);
+    EXPECT_EQ(attributeOf(buffer.getFrame(0).GetAttributes(), "Frame"), 8);
+}
+
+TEST(ImageBuffer, AScalarFieldIsAddedToEveryPlane)
+{
+    auto buffer = recording<int>(1);
+    buffer.AddScalarField(QStringLiteral("New"), scaleOf(4));
+    for (const auto& frame : buffer) {
+        for (const auto& plane : *frame) {
+            const auto field = plane->GetScalarFields().Get(QStringLiteral("New"));
+            EXPECT_EQ(field->GetScaleI(), scaleOf(4));
+            EXPECT_EQ(DataObjects::CastScalarFieldTo<float>(*field).GetPixel(3, 2), 0.0F);
+        }
+    }
+}
+
+TEST(ImageBuffer, ArithmeticTouchesThePixelsOfAllFrames)
+{
+    auto buffer = recording<int>(1);
+    EXPECT_EQ((buffer * 10.0).getFrame(2).GetVoxel(3, 2, 1), 30);
+    EXPECT_EQ((buffer / 2.0).getFrame(2).GetVoxel(3, 2, 1), 1);
+    buffer *= 10.0;
+    buffer /= 5.0;
+    EXPECT_EQ(buffer.getFrame(2).GetVoxel(3, 2, 1), 6);
+    EXPECT_EQ(buffer.getFrame(0).GetScaleX(), scaleOf(1));
+}
+
+} // namespace

@@ -1,0 +1,582 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/Image.h"
+
+#include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/InstantMask.h"
+#include "Core/DataObjects/LazyMask.h"
+#include "Core/DataObjects/ScalarField.h"
+#include "Tests/Support/Allocations.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+#include <thread>
+
+namespace
+{
+
+using DataObjects::AllValuesValid;
+using DataObjects::AttributesContainer;
+using DataObjects::Image;
+using DataObjects::ImageData;
+using DataObjects::ImageDataVariant;
+using DataObjects::ImageVariant;
+using DataObjects::InstantMask;
+using DataObjects::LazyMask;
+using DataObjects::Mask;
+using DataObjects::MaskStrategy;
+using DataObjects::ScalarFields;
+using TestSupport::raises;
+using Size = Math::Size2T<unsigned int>;
+using Failed = RTE::VerificationFailed;
+
+const QString differentSizes = QStringLiteral("Source and destination have different sizes.");
+
+Zt::LinearScale scaleOf(double factor)
+{
+    return {factor, factor + 1.0, QStringLiteral("mm"), QStringLiteral("Axis %1").arg(factor)};
+}
+
+/// Numbered pixels; scales of factor `first` and on, an attribute and a scalar field of this value.
+template <typename T>
+void fillParts(Image<T>& image, int first)
+{
+    std::iota(image.begin(), image.end(), static_cast<T>(first));
+    image.SetScaleX(scaleOf(first));
+    image.SetScaleY(scaleOf(first + 1));
+    image.SetScaleZ(scaleOf(first + 2));
+    image.SetScaleI(scaleOf(first + 3));
+    image.GetAttributes().set("First", first);
+    image.GetScalarFields().Add(QStringLiteral("Field"), static_cast<float>(first));
+}
+
+template <typename T>
+Image<T> numbered(int first, const Size& size = {3, 2}, bool valid = true)
+{
+    Image<T> image(size, valid);
+    fillParts(image, first);
+    return image;
+}
+
+/// An image whose mask nobody asked for.
+template <typename T>
+Image<T> lazilyMasked(int first, bool initialise = true)
+{
+    Image<T> image(3, 2, true);
+    fillParts(image, first);
+    image.ReplaceMaskStrategy(std::make_unique<LazyMask>(3, 2, initialise));
+    return image;
+}
+
+/// All but the pixels and the mask.
+void expectParts(const ImageVariant& image, int first)
+{
+    EXPECT_EQ(image.GetScaleX(), scaleOf(first));
+    EXPECT_EQ(image.GetScaleY(), scaleOf(first + 1));
+    EXPECT_EQ(image.GetScaleZ(), scaleOf(first + 2));
+    EXPECT_EQ(image.GetScaleI(), scaleOf(first + 3));
+    const auto attributes = image.GetAttributes().toStdVector();
+    ASSERT_EQ(attributes.size(), 1U);
+    EXPECT_EQ(attributes[0].value.value<int>(), first);
+    ASSERT_EQ(image.GetScalarFields().GetNames(), QList<QString>{QStringLiteral("Field")});
+    const auto field = image.GetScalarFields().Get(QStringLiteral("Field"));
+    EXPECT_EQ(DataObjects::CastScalarFieldTo<float>(*field).GetPixel(2, 1), static_cast<float>(first));
+}
+
+/// An image that looks at pixels and parts of this object, as one on a frame does.
+template <typename T>
+struct Viewed
+{
+    std::vector<T> pixels = std::vector<T>(6);
+    Size size = {3, 2};
+    std::shared_ptr<Mask> mask = std::make_shared<Mask>(size, false);
+    std::shared_ptr<Zt::LinearScale> x = std::make_shared<Zt::LinearScale>(scaleOf(10));
+    std::shared_ptr<Zt::LinearScale> y = std::make_shared<Zt::LinearScale>(scaleOf(11));
+    std::shared_ptr<Zt::LinearScale> z = std::make_shared<Zt::LinearScale>(scaleOf(12));
+    std::shared_ptr<Zt::LinearScale> i = std::make_shared<Zt::LinearScale>(scaleOf(13));
+    std::shared_ptr<DataObjects::Attributes> attributes = std::make_shared<AttributesContainer>();
+    std::shared_ptr<ScalarFields> fields = std::make_shared<ScalarFields>(size);
+
+    Image<T> image() { return {pixels.data(), size, mask, x, y, z, i, attributes, fields}; }
+};
+
+template <typename T>
+class ImageTest : public testing::Test
+{
+};
+
+using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
+TYPED_TEST_SUITE(ImageTest, PixelTypeList);
+
+TYPED_TEST(ImageTest, NewImagesHaveDefaultParts)
+{
+    for (const bool valid : {true, false}) {
+        const Image<TypeParam> image(4, 3, TypeParam{7}, valid);
+        EXPECT_TRUE(std::all_of(image.begin(), image.end(), [](TypeParam pixel) { return pixel == 7; }));
+        EXPECT_EQ(image.size(), 12U);
+        const Image<TypeParam> uninitialised(Size(4, 3), valid);
+        EXPECT_EQ(uninitialised.GetSize(), Size(4, 3));
+        for (const Mask& mask : {image.GetMask(), uninitialised.GetMask()}) {
+            EXPECT_EQ(mask.GetSize(), Size(4, 3));
+            EXPECT_EQ(std::count(mask.begin(), mask.end(), valid), 12);
+        }
+        EXPECT_EQ(image.GetScaleX(), Zt::LinearScale(Zt::ScalePreset::X));
+        EXPECT_EQ(image.GetScaleY(), Zt::LinearScale(Zt::ScalePreset::Y));
+        EXPECT_EQ(image.GetScaleZ(), Zt::LinearScale(Zt::ScalePreset::Z));
+        EXPECT_EQ(image.GetScaleI(), Zt::LinearScale(Zt::ScalePreset::I));
+        EXPECT_TRUE(image.GetAttributes().isEmpty());
+        EXPECT_TRUE(image.GetScalarFields().empty());
+        EXPECT_EQ(image.GetScalarFields().GetSizeOfScalarFields(), Size(4, 3));
+        EXPECT_EQ(static_cast<int>(image.GetDataType()), PixelTypes::number<TypeParam>);
+    }
+}
+
+TYPED_TEST(ImageTest, PixelsAndMaskLieRowByRow)
+{
+    auto image = numbered<TypeParam>(1);
+    const Image<TypeParam>& constant = image;
+    image(2, 1) = 40;
+    image.SetPixel({1, 0}, 20);
+    EXPECT_EQ(constant[5], 40);
+    EXPECT_EQ((constant[{1, 0}]), 20);
+    EXPECT_EQ(constant.GetPixel({2, 1}), image.GetRawPointer()[5]);
+    image.SetMaskValid(2, 1, false);
+    image.SetMaskValid({1, 0}, false);
+    EXPECT_FALSE(constant.IsMaskValid({2, 1}));
+    EXPECT_FALSE(constant.GetMask().GetRawPointer()[1]);
+    EXPECT_EQ(std::count(constant.GetMask().begin(), constant.GetMask().end(), true), 4);
+}
+
+/// The size of no other type than T can be told from `source` alone.
+template <typename T>
+void expectConverted(const ImageVariant& source)
+{
+    Image<T> target = numbered<T>(50);
+    target.SetMaskValid(0, 0, false);
+    target.GetAttributes().set("Old", 1);
+    ImageVariant& untyped = target;
+    untyped.Assign(source);
+    EXPECT_EQ(target.GetPixel(0, 0), T{1});
+    EXPECT_EQ(target.GetPixel(2, 1), T{6});
+    EXPECT_TRUE(target.IsMaskValid(0, 0));
+    EXPECT_FALSE(target.IsMaskValid(1, 1));
+    expectParts(target, 1);
+}
+
+TYPED_TEST(ImageTest, IsAssignedToImagesOfEveryType)
+{
+    auto source = numbered<TypeParam>(1);
+    source.SetMaskValid(1, 1, false);
+    expectConverted<unsigned char>(source);
+    expectConverted<unsigned short>(source);
+    expectConverted<int>(source);
+    expectConverted<unsigned int>(source);
+    expectConverted<float>(source);
+    expectConverted<double>(source);
+}
+
+TYPED_TEST(ImageTest, CopiesShareNothing)
+{
+    Viewed<TypeParam> viewed;
+    const Image<TypeParam> view = viewed.image();
+    Image<TypeParam> copy(view);
+    EXPECT_FALSE(view.GetImageData().HasOwnerShip());
+    EXPECT_TRUE(copy.GetImageData().HasOwnerShip());
+    EXPECT_FALSE(AllValuesValid(copy));
+    fillParts(copy, 5);
+    copy.GetMask().Fill(true);
+    EXPECT_EQ(viewed.pixels, std::vector<TypeParam>(6));
+    EXPECT_FALSE(AllValuesValid(*viewed.mask));
+    EXPECT_EQ(view.GetScaleX(), scaleOf(10));
+    EXPECT_TRUE(view.GetAttributes().isEmpty());
+    EXPECT_TRUE(view.GetScalarFields().empty());
+}
+
+TEST(Image, ConversionSaturates)
+{
+    Image<float> source(2, 1, true);
+    source(0, 0) = -4.0F;
+    source(1, 0) = 300.9F;
+    Image<unsigned char> target(2, 1, false);
+    target.Assign(source);
+    EXPECT_EQ(target(0, 0), 0);
+    EXPECT_EQ(target(1, 0), 255);
+    const Image<unsigned short> built(source.GetImageData(), Mask(2, 1, false));
+    EXPECT_EQ(built(1, 0), 300);
+    EXPECT_FALSE(built.IsMaskValid(0, 0));
+}
+
+TEST(Image, ConstructionTakesSharesOrViews)
+{
+    std::vector<int> pixels(6, 3);
+    bool maskPixels[6] = {};
+    Image<int> view(pixels.data(), maskPixels, 3, 2);
+    view.SetMaskValid(1, 0, true);
+    view(2, 1) = 9;
+    EXPECT_TRUE(maskPixels[1]);
+    EXPECT_EQ(pixels[5], 9);
+    EXPECT_FALSE(view.GetImageData().HasOwnerShip());
+
+    const Image<int> owner(new int[6], 3, 2, true, true);
+    EXPECT_TRUE(owner.GetImageData().HasOwnerShip());
+
+    auto block = std::make_unique<RTE::OwnedMemory>(24);
+    const void* address = block->data();
+    const Image<int> onBlock(std::move(block), std::make_unique<LazyMask>(3, 2, true), 3, 2);
+    EXPECT_EQ(onBlock.GetRawPointer(), address);
+    EXPECT_FALSE(onBlock.IsMaskSpawned());
+    EXPECT_FALSE(onBlock.GetImageData().HasOwnerShip());
+
+    ImageData<int> data(3, 2, 8);
+    const int* moved = data.GetRawPointer();
+    EXPECT_EQ(Image<int>(std::move(data), Mask(3, 2, false)).GetRawPointer(), moved);
+
+    std::unique_ptr<ImageDataVariant> untyped = std::make_unique<ImageData<int>>(3, 2, 8);
+    EXPECT_TRUE(AllValuesValid(Image<int>(std::move(*untyped))));
+
+    const auto shared = std::make_shared<ImageData<int>>(3, 2, 8);
+    const auto mask = std::make_shared<Mask>(3, 2, true);
+    Image<int> sharing(shared, mask);
+    EXPECT_EQ(sharing.GetImageDataSPtr(), shared);
+    EXPECT_EQ(sharing.GetMaskSPtr(), mask);
+}
+
+TEST(Image, UnfitPartsAreRefusedAndLeftAlone)
+{
+    const QString badCast = QStringLiteral("bad image data cast");
+    const QString badMask = QStringLiteral("Mask has invalid size.");
+    const QString noMask = QStringLiteral("Mask is not valid.");
+    ImageData<int> data(3, 2, 8);
+    ImageDataVariant& untyped = data;
+    Mask small(2, 2, true);
+    EXPECT_TRUE(raises<Failed>(badCast, [&] { Image<float>(std::move(untyped)); }));
+    EXPECT_TRUE(raises<Failed>(badCast, [&] { Image<float>(std::move(untyped), std::move(small)); }));
+    EXPECT_TRUE(
+        raises<Failed>(badCast, [&] { Image<float>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
+    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<int>(std::move(untyped), std::move(small)); }));
+    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<int>(std::move(data), std::move(small)); }));
+    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<float>(untyped, small); }));
+    EXPECT_TRUE(
+        raises<Failed>(noMask, [&] { Image<int>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
+    EXPECT_EQ(data.size(), 6U);
+    EXPECT_EQ(small.size(), 4U);
+
+    const auto shared = std::make_shared<ImageData<int>>(3, 2, 8);
+    EXPECT_TRUE(raises<Failed>(badCast, [&] { Image<float>(shared, std::make_shared<Mask>(3, 2)); }));
+    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<int>(shared, std::make_shared<Mask>(3, 3)); }));
+    EXPECT_TRUE(raises<Failed>(noMask, [&] { Image<int>(shared, std::shared_ptr<Mask>()); }));
+
+    Image<int> image(3, 2, true);
+    std::shared_ptr<DataObjects::Attributes> none;
+    EXPECT_TRUE(raises<Failed>(noMask, [&] { image.ReplaceMaskStrategy(nullptr); }));
+    EXPECT_TRUE(raises<Failed>("Attributes are not valid.", [&] { image.SwapAttributes(none); }));
+    EXPECT_TRUE(raises<Failed>("ScaleY is not valid.", [&] {
+        image.SetSharedScales(image.GetScaleXShared(), nullptr, nullptr, image.GetScaleIShared());
+    }));
+}
+
+TEST(Image, ViewsAreCheckedInOrder)
+{
+    Viewed<int> good;
+    Viewed<int> parts;
+    parts.mask = nullptr;
+    parts.x = parts.y = parts.z = parts.i = nullptr;
+    parts.attributes = nullptr;
+    parts.fields = nullptr;
+    const std::vector<std::pair<QString, std::function<void()>>> failureAndRepair = {
+        {"Mask is not valid.", [&] { parts.mask = std::make_shared<Mask>(2, 3, true); }},
+        {"Mask has invalid size.", [&] { parts.mask = good.mask; }},
+        {"ScaleX is not valid.", [&] { parts.x = good.x; }},
+        {"ScaleY is not valid.", [&] { parts.y = good.y; }},
+        {"ScaleZ is not valid.", [&] { parts.z = good.z; }},
+        {"ScaleI is not valid.", [&] { parts.i = good.i; }},
+        {"Attributes are not valid.", [&] { parts.attributes = good.attributes; }},
+        {"Scalar fields are not valid.", [&] { parts.fields = std::make_shared<ScalarFields>(2, 3); }},
+        {"Sizes of scalar fields is different to image size.", [&] { parts.fields = good.fields; }}};
+    for (const auto& [text, repair] : failureAndRepair) {
+        EXPECT_TRUE(raises<Failed>(text, [&] { parts.image(); }));
+        repair();
+    }
+    EXPECT_EQ(parts.image().GetRawPointer(), parts.pixels.data());
+}
+
+TEST(Image, AssignmentPassesValuesOnToAllThatShare)
+{
+    Viewed<int> viewed;
+    Image<int> view = viewed.image();
+    viewed.attributes->set("Old", 1);
+    viewed.fields->Add(QStringLiteral("Old"));
+    const auto source = numbered<int>(1);
+    view = source;
+    EXPECT_EQ(viewed.pixels, (std::vector<int>{1, 2, 3, 4, 5, 6}));
+    EXPECT_TRUE(AllValuesValid(*viewed.mask));
+    EXPECT_EQ(*viewed.i, scaleOf(4));
+    EXPECT_FALSE(viewed.attributes->contains("Old"));
+    expectParts(viewed.image(), 1);
+
+    view.SetAttributes(numbered<int>(7).GetAttributes());
+    EXPECT_EQ(viewed.attributes->attributeValue("First").value<int>(), 7);
+}
+
+TEST(Image, AWrongSizeLeavesEverythingAsItWas)
+{
+    auto image = numbered<int>(1);
+    image.SetMaskValid(0, 0, false);
+    const auto expectUnchanged = [&] {
+        EXPECT_EQ(image(2, 1), 6);
+        EXPECT_FALSE(image.IsMaskValid(0, 0));
+        expectParts(image, 1);
+    };
+    const auto wide = numbered<int>(9, {2, 3});
+    EXPECT_TRUE(raises<Failed>(differentSizes, [&] { image = wide; }));
+    EXPECT_TRUE(raises<Failed>(differentSizes, [&] { image.Assign(numbered<float>(9, {2, 3})); }));
+    EXPECT_TRUE(raises<Failed>("Mismatching image sizes", [&] { (void)(image / wide); }));
+    expectUnchanged();
+
+    Viewed<int> viewed;
+    auto view = viewed.image();
+    auto source = numbered<int>(9, {2, 3});
+    EXPECT_TRUE(raises<Failed>(differentSizes, [&] { view = std::move(source); }));
+    expectParts(source, 9);
+    EXPECT_EQ(*viewed.x, scaleOf(10));
+}
+
+TEST(Image, AMaskThatNobodyAskedForStaysLazyInCopies)
+{
+    const auto source = lazilyMasked<unsigned short>(1, false);
+    std::unique_ptr<ImageVariant> copy;
+    const auto lazily = TestSupport::allocationsDuring([&] { copy = source.CreateCopy(); });
+    EXPECT_FALSE(source.IsMaskSpawned());
+    EXPECT_FALSE(copy->IsMaskSpawned());
+    EXPECT_TRUE(AllValuesValid(*copy));
+    EXPECT_FALSE(source.IsMaskSpawned());
+
+    const auto spawned = numbered<unsigned short>(1);
+    const auto withMask = TestSupport::allocationsDuring([&] { copy = spawned.CreateCopy(); });
+    EXPECT_EQ(withMask, lazily + 2) << "the mask and its pixels";
+}
+
+TEST(Image, MasksAreAssignedByWhatIsSpawned)
+{
+    const auto lazySource = lazilyMasked<int>(1);
+    auto spawnedSource = numbered<int>(1);
+    spawnedSource.SetMaskValid(1, 1, false);
+
+    auto spawned = numbered<int>(5, {3, 2}, false);
+    spawned = lazySource;
+    EXPECT_TRUE(AllValuesValid(spawned));
+    EXPECT_FALSE(lazySource.IsMaskSpawned());
+
+    auto lazy = lazilyMasked<int>(5, false);
+    lazy = lazySource;
+    EXPECT_FALSE(lazy.IsMaskSpawned());
+    EXPECT_TRUE(AllValuesValid(lazy));
+    EXPECT_TRUE(lazy.IsMaskSpawned());
+
+    auto lazyAgain = lazilyMasked<int>(5, false);
+    lazyAgain = spawnedSource;
+    EXPECT_FALSE(lazyAgain.IsMaskValid(1, 1));
+    EXPECT_EQ(std::count(lazyAgain.GetMask().begin(), lazyAgain.GetMask().end(), true), 5);
+}
+
+TEST(Image, AssignmentToItselfAndToItsPartsChangesNothing)
+{
+    auto image = numbered<int>(1);
+    Image<int>& same = image;
+    image = same;
+    image = std::move(same);
+    image.Assign(same);
+    image.SetAttributes(image.GetAttributes());
+    image.SetScaleX(image.GetScaleX());
+    EXPECT_EQ(image(2, 1), 6);
+    expectParts(image, 1);
+
+    Viewed<int> viewed;
+    auto view = viewed.image();
+    fillParts(view, 3);
+    auto sharesAll = viewed.image();
+    view = sharesAll;
+    view = std::move(sharesAll);
+    EXPECT_EQ(viewed.pixels[5], 8);
+    expectParts(view, 3);
+}
+
+TEST(Image, AnOwnerTakesAllPartsByMove)
+{
+    for (const Size size : {Size(3, 2), Size(4, 4)}) {
+        auto target = numbered<int>(50);
+        auto source = numbered<int>(1, size);
+        source.SetMaskValid(1, 1, false);
+        const auto* mask = &source.GetMask();
+        const int* pixels = source.GetRawPointer();
+        const auto scale = source.GetScaleXShared();
+        target = std::move(source);
+        EXPECT_EQ(target.GetRawPointer(), pixels);
+        EXPECT_EQ(&target.GetMask(), mask) << "mask strategies are exchanged";
+        EXPECT_EQ(target.GetScaleXShared(), scale);
+        expectParts(target, 1);
+    }
+}
+
+TEST(Image, AnOwnerWithoutAnOwnMaskTakesTheValuesOfTheMask)
+{
+    for (const bool isSpawned : {true, false}) {
+        auto sameSize = lazilyMasked<int>(50);
+        auto source = isSpawned ? numbered<int>(1) : lazilyMasked<int>(1);
+        sameSize = std::move(source);
+        EXPECT_EQ(sameSize.IsMaskSpawned(), isSpawned);
+        expectParts(sameSize, 1);
+    }
+    auto otherSize = lazilyMasked<int>(50);
+    auto source = numbered<int>(1, {4, 4});
+    source.SetMaskValid(3, 3, false);
+    otherSize.MoveFrom(std::move(source));
+    EXPECT_EQ(otherSize.GetMask().GetSize(), Size(4, 4));
+    EXPECT_FALSE(otherSize.IsMaskValid(3, 3));
+    EXPECT_TRUE(otherSize.IsMaskSpawned());
+}
+
+TEST(Image, AViewCopiesWhatIsMovedIntoIt)
+{
+    Viewed<int> viewed;
+    bool maskPixels[6] = {};
+    viewed.mask = std::make_shared<Mask>(maskPixels, Size(3, 2), false);
+    auto view = viewed.image();
+    auto source = numbered<int>(1);
+    source.SetMaskValid(2, 1, false);
+    view = std::move(source);
+    EXPECT_EQ(viewed.pixels, (std::vector<int>{1, 2, 3, 4, 5, 6}));
+    EXPECT_TRUE(maskPixels[0]);
+    EXPECT_FALSE(maskPixels[5]);
+    EXPECT_EQ(*viewed.x, scaleOf(1));
+    expectParts(view, 1);
+    expectParts(source, 1);
+    EXPECT_EQ(source(2, 1), 6);
+    EXPECT_FALSE(source.IsMaskValid(2, 1));
+}
+
+TEST(Image, AViewWithAnOwnMaskExchangesIt)
+{
+    Viewed<int> viewed;
+    auto view = viewed.image();
+    auto source = numbered<int>(1);
+    const auto mask = source.GetMaskSPtr();
+    view = std::move(source);
+    EXPECT_EQ(view.GetMaskSPtr(), mask);
+    EXPECT_EQ(source.GetMaskSPtr(), viewed.mask);
+}
+
+TEST(Image, AMovedFromImageIsRebuiltByAssignment)
+{
+    const auto good = lazilyMasked<int>(1);
+    const auto converted = numbered<float>(1);
+    const std::vector<std::function<void(Image<int>&)>> assignments = {
+        [&](Image<int>& image) { image = good; }, [&](Image<int>& image) { image = Image<int>(good); },
+        [&](Image<int>& image) { image.Assign(converted); }};
+    for (const auto& assign : assignments) {
+        Image<int> byConstruction = numbered<int>(50);
+        const Image<int> destroyed(std::move(byConstruction));
+        Image<int> byAssignment = numbered<int>(50);
+        Image<int> taker(1, 1, true);
+        taker = std::move(byAssignment);
+        for (Image<int>* movedFrom : {&byConstruction, &byAssignment}) {
+            assign(*movedFrom);
+            EXPECT_EQ(movedFrom->GetPixel(2, 1), 6);
+            EXPECT_TRUE(AllValuesValid(*movedFrom));
+            expectParts(*movedFrom, 1);
+        }
+    }
+    Image<int> first = numbered<int>(1);
+    Image<int> second(std::move(first));
+    std::swap(first, second);
+    std::swap(first, second);
+    expectParts(second, 1);
+}
+
+TEST(Image, ArithmeticTouchesThePixelsOnly)
+{
+    auto image = numbered<unsigned short>(1);
+    image.SetMaskValid(2, 1, false);
+    const auto check = [](const Image<unsigned short>& result, int pixel) {
+        EXPECT_EQ(result(2, 1), pixel);
+        EXPECT_FALSE(result.IsMaskValid(2, 1));
+        EXPECT_TRUE(result.IsMaskValid(0, 0));
+        expectParts(result, 1);
+    };
+    check(image * 2.0, 12);
+    check(image + 10.0, 16);
+    check(image - 100.0, 0);
+    check(image / 2.0, 3);
+    image *= 3.0;
+    image += 2.0;
+    image /= 4.0;
+    image -= 1.0;
+    check(image, 4);
+    image = static_cast<unsigned short>(9);
+    check(image, 9);
+}
+
+TEST(Image, AQuotientIsValidWhereBothAre)
+{
+    auto left = numbered<int>(10);
+    auto right = numbered<int>(1);
+    left.SetMaskValid(0, 0, false);
+    right.SetMaskValid(2, 1, false);
+    const auto quotient = left / right;
+    EXPECT_EQ(quotient(1, 0), 5);
+    EXPECT_EQ(std::count(quotient.GetMask().begin(), quotient.GetMask().end(), false), 2);
+    EXPECT_FALSE(quotient.IsMaskValid(0, 0));
+    EXPECT_TRUE(left.IsMaskValid(2, 1));
+    expectParts(quotient, 10);
+
+    const auto lazy = lazilyMasked<int>(1) / lazilyMasked<int>(1);
+    EXPECT_FALSE(lazy.IsMaskSpawned());
+}
+
+TEST(Image, SharedScalesAndAttributesAreExchangedNotCopied)
+{
+    auto first = numbered<int>(1);
+    auto second = numbered<int>(5);
+    second.SetSharedScales(first.GetScaleXShared(), first.GetScaleYShared(), first.GetScaleZShared(),
+                           first.GetScaleIShared());
+    second.SetScaleI(scaleOf(99));
+    EXPECT_EQ(first.GetScaleI(), scaleOf(99));
+
+    auto attributes = first.GetAttributesSPtr();
+    const auto old = second.GetAttributesSPtr();
+    second.SwapAttributes(attributes);
+    EXPECT_EQ(attributes, old);
+    second.SetAttributes(first.GetAttributes());
+    EXPECT_EQ(first.GetAttributes().attributeValue("First").value<int>(), 1);
+}
+
+TEST(Image, AMaskReadByManyThreadsIsMadeOnce)
+{
+    for (int round = 0; round < 50; ++round) {
+        const auto image = lazilyMasked<unsigned char>(1);
+        std::vector<const Mask*> seen(4);
+        std::vector<std::thread> threads;
+        for (auto& mask : seen) {
+            threads.emplace_back(
+                [&image, &mask] { mask = image.IsMaskValid(2, 1) ? &image.GetMask() : nullptr; });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        EXPECT_EQ(seen, std::vector<const Mask*>(4, &image.GetMask()));
+    }
+}
+
+TEST(Image, AllValuesValidLooksAtEveryPixel)
+{
+    auto image = lazilyMasked<int>(1);
+    EXPECT_TRUE(AllValuesValid(image));
+    EXPECT_TRUE(image.IsMaskSpawned());
+    image.SetMaskValid(2, 1, false);
+    EXPECT_FALSE(AllValuesValid(image));
+}
+
+} // namespace

@@ -1,0 +1,431 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageVolume.h"
+
+#include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/LazyMask.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+namespace
+{
+
+using DataObjects::AllValuesValid;
+using DataObjects::Attributes;
+using DataObjects::AttributesContainer;
+using DataObjects::Image;
+using DataObjects::ImageVariant;
+using DataObjects::ImageVolume;
+using DataObjects::ImageVolumeVariant;
+using TestSupport::raises;
+using Size = Math::Size3T<unsigned int>;
+using Failed = RTE::VerificationFailed;
+
+const QString noPlanes = QStringLiteral("ImageVolume must have at least one z-plane");
+const QString notResizable =
+    QStringLiteral("Assigment of non owning image volume with different size not possible");
+
+Zt::LinearScale scaleOf(double factor, double offset = 0.0)
+{
+    return {factor, offset, QStringLiteral("mm"), QStringLiteral("Axis")};
+}
+
+int attributeOf(const Attributes& attributes, const std::string& name)
+{
+    return attributes.attributeValue(name).value<int>();
+}
+
+/// Voxel (x, y, z) is `first` + z; scales, the attribute "First", the field "Field" tell `first` too.
+template <typename T>
+ImageVolume<T> stack(int first, const Size& size = {4, 3, 2})
+{
+    ImageVolume<T> volume(size, true);
+    for (unsigned int z = 0; z < size.depth; ++z) {
+        volume.getPlane(z) = static_cast<T>(static_cast<unsigned int>(first) + z);
+        volume.getPlane(z).GetScalarFields().Add(QStringLiteral("Field"));
+    }
+    volume.SetScaleX(scaleOf(first));
+    volume.SetScaleI(scaleOf(first + 1));
+    volume.GetAttributes().set("First", first);
+    return volume;
+}
+
+void expectStack(const ImageVolumeVariant& volume, int first)
+{
+    EXPECT_EQ(volume.GetScaleX(), scaleOf(first));
+    EXPECT_EQ(volume.GetScaleI(), scaleOf(first + 1));
+    EXPECT_EQ(attributeOf(volume.GetAttributes(), "First"), first);
+    for (unsigned int z = 0; z < volume.GetDepth(); ++z) {
+        const ImageVariant& plane = volume.getPlane(z);
+        Image<double> values(plane.GetWidth(), plane.GetHeight(), true);
+        values.Assign(plane);
+        EXPECT_EQ(values(0, 0), static_cast<double>(first) + z);
+        EXPECT_EQ(plane.GetScalarFields().size(), 1U);
+        EXPECT_EQ(&plane.GetScaleX(), &volume.GetScaleX()) << "scales are shared";
+        EXPECT_EQ(&plane.GetScaleI(), &volume.GetScaleI());
+        EXPECT_EQ(&plane.GetAttributes(), &volume.GetAttributes()) << "attributes are shared";
+    }
+}
+
+/// Looks at the voxels of this object; mask, scales and attributes are the volume's own.
+template <typename T>
+struct Viewed
+{
+    explicit Viewed(const Size& sizeIn = {4, 3, 2}) : size(sizeIn), voxels(12 * size.depth) {}
+
+    ImageVolume<T> volume()
+    {
+        std::vector<Image<T>> planes;
+        for (unsigned int z = 0; z < size.depth; ++z) {
+            planes.emplace_back(voxels.data() + 12 * z, size.width, size.height, false, true);
+        }
+        return ImageVolume<T>(std::move(planes));
+    }
+
+    Size size;
+    std::vector<T> voxels;
+};
+
+template <typename T>
+class ImageVolumeTest : public testing::Test
+{
+};
+
+using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
+TYPED_TEST_SUITE(ImageVolumeTest, PixelTypeList);
+
+template <typename T>
+void expectConverted(const ImageVolumeVariant& source)
+{
+    Viewed<T> viewed;
+    ImageVolume<T> view = viewed.volume();
+    view.GetAttributes().set("Kept", 1);
+    view.Assign(source);
+    expectStack(view, 1);
+    EXPECT_EQ(viewed.voxels[12], T{2});
+    EXPECT_FALSE(view.IsMaskValid(3, 2, 1));
+    EXPECT_EQ(attributeOf(view.GetAttributes(), "Kept"), 1);
+
+    ImageVolume<T> owner(1, 1, 5, false);
+    owner.Assign(source);
+    EXPECT_EQ(owner.GetSize(), Size(4, 3, 2));
+    EXPECT_FALSE(owner.IsMaskValid(3, 2, 1));
+    EXPECT_TRUE(owner.IsMaskValid(3, 2, 0));
+    expectStack(owner, 1);
+
+    ImageVolume<T> movedFrom(1, 1, 1, false);
+    const ImageVolume<T> taker(std::move(movedFrom));
+    movedFrom.Assign(source);
+    expectStack(movedFrom, 1);
+}
+
+TYPED_TEST(ImageVolumeTest, IsAssignedToVolumesOfEveryType)
+{
+    auto source = stack<TypeParam>(1);
+    source.SetMaskValid(3, 2, 1, false);
+    expectConverted<unsigned char>(source);
+    expectConverted<unsigned short>(source);
+    expectConverted<int>(source);
+    expectConverted<unsigned int>(source);
+    expectConverted<float>(source);
+    expectConverted<double>(source);
+}
+
+TYPED_TEST(ImageVolumeTest, VoxelsAndMasksBelongToTheirPlanes)
+{
+    ImageVolume<TypeParam> volume(Size(4, 3, 2), TypeParam{5}, true);
+    volume.SetVoxel({1, 2, 1}, 9);
+    EXPECT_EQ(volume.GetVoxel(1, 2, 1), 9);
+    EXPECT_EQ(volume[1]->GetPixel(1, 2), 9);
+    EXPECT_EQ(volume.GetVoxel({1, 2, 0}), 5);
+    volume.SetMaskValid(1, 2, 1, false);
+    EXPECT_TRUE(volume.IsMaskValid(1, 2, 0));
+    EXPECT_FALSE(volume.IsMaskValid({1, 2, 1}));
+    EXPECT_FALSE(AllValuesValid(volume));
+    EXPECT_TRUE(volume.IsValidPosition({3, 2, 1}));
+    EXPECT_FALSE(volume.IsValidPosition(4, 0, 0));
+    EXPECT_FALSE(volume.IsValidPosition(0, 3, 0));
+    EXPECT_FALSE(volume.IsValidPosition(0, 0, 2));
+    EXPECT_EQ(static_cast<int>(volume.GetDataType()), PixelTypes::number<TypeParam>);
+    EXPECT_FALSE(AllValuesValid(ImageVolume<TypeParam>(2, 2, 1, false)));
+}
+
+TEST(ImageVolume, NeedsAPlane)
+{
+    std::vector<std::shared_ptr<Image<int>>> withNull = {std::make_shared<Image<int>>(2, 2, true), nullptr};
+    const std::vector<std::function<void()>> calls = {
+        [] { ImageVolume<int>(Size(4, 3, 0), true); },
+        [] { ImageVolume<int>(Size(0xFFFFFFFFU, 0xFFFFFFFFU, 0), 7, true); },
+        [] { ImageVolume<int>(4U, 3U, 0U, true); },
+        [] { ImageVolume<int>(std::shared_ptr<Image<int>>()); },
+        [] { ImageVolume<int>(std::vector<Image<int>>()); },
+        [] { ImageVolume<int>(std::vector<std::unique_ptr<Image<int>>>()); },
+        [] { ImageVolume<int>(std::vector<std::shared_ptr<Image<int>>>()); }};
+    for (const auto& call : calls) {
+        EXPECT_TRUE(raises<Failed>(noPlanes, call));
+    }
+    EXPECT_TRUE(raises<Failed>("Given plane data pointer is null!", [&] { ImageVolume<int>{withNull}; }));
+    EXPECT_TRUE(raises<Failed>("Given plane data pointer is null!",
+                               [] { ImageVolume<int>(std::vector<std::unique_ptr<Image<int>>>(2)); }));
+}
+
+TEST(ImageVolume, PlanesAreCheckedInOrder)
+{
+    const auto plane = std::make_shared<Image<int>>(2, 3, true);
+    plane->SetScaleX(scaleOf(2));
+    plane->SetScaleY(scaleOf(2));
+    plane->SetScaleZ(scaleOf(2));
+    plane->SetScaleI(scaleOf(2));
+    plane->GetScalarFields().Add(QStringLiteral("Field"));
+    // Differs in the names of its fields only, but comes later.
+    const auto last = std::make_shared<Image<int>>(3, 2, true);
+    last->GetScalarFields().Add(QStringLiteral("Field"));
+    const Image<int> usual(3, 2, true);
+    const std::vector<std::pair<QString, std::function<void()>>> failureAndRepair = {
+        {"x axis has different scaling.", [&] { plane->SetScaleX(usual.GetScaleX()); }},
+        {"y axis has different scaling.", [&] { plane->SetScaleY(usual.GetScaleY()); }},
+        {"z axis has different scaling.", [&] { plane->GetScaleZ().setFactor(1.0); }},
+        {"intensity has different scaling.", [&] { plane->SetScaleI(usual.GetScaleI()); }},
+        {"z-planes have different sizes.",
+         [&] {
+             *plane = Image<int>(3, 2, true);
+             plane->SetScaleZ(scaleOf(1, 77));
+             plane->GetScalarFields().Add(QStringLiteral("field"));
+         }},
+        {"scalar field names are different.", [&] { plane->GetScalarFields().Clear(); }},
+        {"scalar field names are different.", [&] { last->GetScalarFields().Clear(); }}};
+    const auto build = [&] {
+        return ImageVolume<int>(
+            std::vector<std::shared_ptr<Image<int>>>{std::make_shared<Image<int>>(usual), plane, last});
+    };
+    for (const auto& [text, repair] : failureAndRepair) {
+        EXPECT_TRUE(raises<Failed>(text, [&] { build(); }));
+        repair();
+    }
+    const auto volume = build();
+    EXPECT_EQ(plane->GetScaleZ(), usual.GetScaleZ()) << "the offset of plane 0 holds for all";
+    EXPECT_EQ(volume.getPlane(2).GetScaleXShared(), plane->GetScaleXShared());
+}
+
+TEST(ImageVolume, PlanesShareScalesAndAttributes)
+{
+    auto volume = stack<float>(1, {4, 3, 3});
+    expectStack(volume, 1);
+    volume.getPlane(1).GetAttributes().set("New", 7);
+    EXPECT_EQ(attributeOf(volume.getPlane(0).GetAttributes(), "New"), 7);
+    volume.getPlane(2).SetScaleX(scaleOf(44));
+    EXPECT_EQ(volume.GetScaleX(), scaleOf(44));
+
+    const auto held = volume.getPlaneSPtrT(0);
+    EXPECT_EQ(volume.getPlaneSPtr(0), held);
+    EXPECT_EQ(*volume.begin(), held);
+    volume = ImageVolume<float>(2, 2, 1, true);
+    EXPECT_EQ(held->GetPixel(0, 0), 1.0F) << "a plane outlives its volume";
+}
+
+TEST(ImageVolume, APlaneBeyondTheDepthIsRefused)
+{
+    ImageVolume<int> volume(4, 3, 2, true);
+    const ImageVolume<int>& constant = volume;
+    const QString text = QStringLiteral("z-plane does not exist");
+    EXPECT_TRUE(raises<Failed>(text, [&] { (void)constant.getPlane(2); }));
+    EXPECT_TRUE(raises<Failed>(text, [&] { (void)volume.getPlane(2); }));
+    EXPECT_TRUE(raises<Failed>(text, [&] { (void)volume.getPlaneSPtr(2); }));
+    EXPECT_TRUE(raises<Failed>(text, [&] { (void)volume.getPlaneSPtrT(0xFFFFFFFFU); }));
+}
+
+TEST(ImageVolume, CopiesShareNothing)
+{
+    Viewed<int> viewed;
+    const auto view = viewed.volume();
+    ImageVolume<int> copy(view);
+    EXPECT_FALSE(view.HasOwnerShip());
+    EXPECT_TRUE(copy.HasOwnerShip());
+    copy = 5;
+    copy.GetAttributes().set("New", 7);
+    copy.SetScaleX(scaleOf(3));
+    EXPECT_EQ(viewed.voxels, std::vector<int>(24));
+    EXPECT_TRUE(view.GetAttributes().isEmpty());
+    EXPECT_EQ(view.GetScaleX(), Zt::LinearScale(Zt::ScalePreset::X));
+    EXPECT_EQ(&copy.getPlane(1).GetAttributes(), &copy.GetAttributes());
+    EXPECT_EQ(copy.CreateCopy()->GetSize(), Size(4, 3, 2));
+}
+
+TEST(ImageVolume, AssignmentWritesIntoThePlanesThatAreThere)
+{
+    Viewed<int> viewed;
+    auto view = viewed.volume();
+    view.GetAttributes().set("Kept", 1);
+    view.GetAttributes().set("First", 99);
+    view.SetMaskValid(0, 0, 0, false);
+    const auto plane = view.getPlaneSPtrT(1);
+    auto source = stack<int>(1);
+    source.SetMaskValid(1, 1, 1, false);
+    view = source;
+    EXPECT_EQ(viewed.voxels[23], 2);
+    EXPECT_EQ(view[1], plane);
+    EXPECT_TRUE(view.IsMaskValid(0, 0, 0));
+    EXPECT_FALSE(view.IsMaskValid(1, 1, 1));
+    EXPECT_EQ(attributeOf(view.GetAttributes(), "Kept"), 1);
+    expectStack(view, 1);
+}
+
+TEST(ImageVolume, OnlyAnOwnerChangesItsSize)
+{
+    for (const Size size : {Size(4, 3, 1), Size(4, 2, 2), Size(3, 3, 2)}) {
+        const auto source = stack<int>(7, size);
+        Viewed<int> viewed;
+        auto view = viewed.volume();
+        EXPECT_TRUE(raises<Failed>(notResizable, [&] { view = source; }));
+        EXPECT_TRUE(raises<Failed>(notResizable, [&] { view.Assign(source); }));
+        EXPECT_TRUE(raises<Failed>(notResizable, [&] { view.Assign(stack<float>(7, size)); }));
+        EXPECT_EQ(viewed.voxels, std::vector<int>(24));
+
+        auto owner = stack<int>(1);
+        owner.GetAttributes().set("Old", 1);
+        owner.DeepCopyFrom(source);
+        EXPECT_EQ(owner.GetSize(), size);
+        EXPECT_FALSE(owner.GetAttributes().contains("Old"));
+        expectStack(owner, 7);
+    }
+}
+
+TEST(ImageVolume, MovingTakesThePlanesOfAnOwner)
+{
+    auto owner = stack<int>(50, {1, 1, 5});
+    auto source = stack<int>(1);
+    const auto plane = source.getPlaneSPtrT(1);
+    owner = std::move(source);
+    EXPECT_EQ(owner[1], plane);
+    EXPECT_EQ(source.GetSize(), Size());
+    source = std::move(owner);
+    expectStack(source, 1);
+    owner = source;
+    expectStack(owner, 1);
+    EXPECT_NE(owner[1], plane);
+}
+
+TEST(ImageVolume, MovingIntoAViewCopies)
+{
+    Viewed<int> viewed;
+    auto view = viewed.volume();
+    auto source = stack<int>(1);
+    view.MoveFrom(std::move(source));
+    EXPECT_EQ(viewed.voxels[12], 2);
+    expectStack(view, 1);
+    expectStack(source, 1);
+    auto deep = stack<int>(1, {4, 3, 3});
+    EXPECT_TRUE(
+        raises<Failed>("Depth of image volumes has to be identical!", [&] { view = std::move(deep); }));
+    auto wide = stack<int>(1, {5, 3, 2});
+    EXPECT_TRUE(
+        raises<Failed>("Source and destination have different sizes.", [&] { view = std::move(wide); }));
+    expectStack(deep, 1);
+    expectStack(view, 1);
+}
+
+TEST(ImageVolume, AssignmentToItselfAndToItsPartsChangesNothing)
+{
+    auto volume = stack<int>(1);
+    ImageVolume<int>& same = volume;
+    volume = same;
+    volume = std::move(same);
+    volume.Assign(same);
+    volume.SetAttributes(volume.GetAttributes());
+    volume.SetAttributes(volume.getPlane(1).GetAttributes());
+    volume.SetScaleX(volume.getPlane(1).GetScaleX());
+    expectStack(volume, 1);
+
+    const ImageVolume<int> sharesPlanes(
+        std::vector<std::shared_ptr<Image<int>>>(volume.begin(), volume.end()));
+    volume = sharesPlanes;
+    expectStack(volume, 1);
+    const ImageVolume<int> lastPlane(volume.getPlaneSPtrT(1));
+    volume = lastPlane;
+    EXPECT_EQ(volume.GetSize(), Size(4, 3, 1));
+    EXPECT_EQ(volume.GetVoxel(0, 0, 0), 2);
+    EXPECT_EQ(volume.GetScaleX(), scaleOf(1));
+}
+
+TEST(ImageVolume, CopyingAPlaneToAnotherKeepsTheSharedAttributes)
+{
+    auto volume = stack<int>(1);
+    volume.getPlane(0) = std::as_const(volume.getPlane(1));
+    EXPECT_EQ(volume.GetVoxel(0, 0, 0), 2);
+    EXPECT_EQ(attributeOf(volume.GetAttributes(), "First"), 1);
+}
+
+TEST(ImageVolume, CopiesKeepLazyMasksLazy)
+{
+    auto source = stack<int>(1);
+    for (const auto& plane : source) {
+        plane->ReplaceMaskStrategy(std::make_unique<DataObjects::LazyMask>(4, 3, true));
+    }
+    auto target = stack<int>(5);
+    target.SetMaskValid(0, 0, 0, false);
+    target = source;
+    EXPECT_FALSE(ImageVolume<int>(source).getPlane(1).IsMaskSpawned());
+    EXPECT_FALSE(source.getPlane(1).IsMaskSpawned());
+    EXPECT_TRUE(AllValuesValid(target));
+}
+
+TEST(ImageVolume, ArithmeticTouchesThePixelsOfAllPlanes)
+{
+    auto volume = stack<unsigned short>(1);
+    volume.SetMaskValid(0, 0, 0, false);
+    EXPECT_EQ((volume * 10.0).GetVoxel(3, 2, 1), 20);
+    EXPECT_EQ((volume + 10.0).GetVoxel(3, 2, 1), 12);
+    EXPECT_EQ((volume - 10.0).GetVoxel(3, 2, 1), 0);
+    EXPECT_EQ((volume / 2.0).GetVoxel(3, 2, 1), 1);
+    volume *= 10.0;
+    volume += 4.0;
+    volume /= 2.0;
+    volume -= 2.0;
+    EXPECT_EQ(volume.GetVoxel(3, 2, 0), 5);
+    EXPECT_EQ(volume.GetVoxel(3, 2, 1), 10);
+    EXPECT_FALSE(volume.IsMaskValid(0, 0, 0));
+    volume = static_cast<unsigned short>(3);
+    EXPECT_EQ(volume.GetVoxel(3, 2, 1), 3);
+}
+
+TEST(ImageVolume, ScalesAndAttributesAreCopiedButForTheIntensity)
+{
+    auto source = stack<int>(1);
+    source.SetScaleY(scaleOf(8));
+    source.SetScaleZ(scaleOf(9));
+    auto target = stack<float>(5, {2, 2, 3});
+    target.GetAttributes().set("Old", 1);
+    CopyScalesAndAttributes(source, target);
+    EXPECT_EQ(target.GetScaleX(), scaleOf(1));
+    EXPECT_EQ(target.GetScaleY(), scaleOf(8));
+    EXPECT_EQ(target.GetScaleZ(), scaleOf(9));
+    EXPECT_EQ(target.GetScaleI(), scaleOf(6));
+    EXPECT_EQ(attributeOf(target.GetAttributes(), "First"), 1);
+    EXPECT_FALSE(target.GetAttributes().contains("Old"));
+}
+
+TEST(ImageVolume, ImagesOfOneTypeMoveIntoAVolume)
+{
+    const auto images = [](auto... image) {
+        std::vector<std::unique_ptr<ImageVariant>> list;
+        (list.push_back(std::move(image)), ...);
+        return list;
+    };
+    const auto words = [] { return std::make_unique<Image<unsigned short>>(4, 3, 7, true); };
+    const auto floats = [] { return std::make_unique<Image<float>>(4, 3, 7.0F, true); };
+    const auto move = [](std::vector<std::unique_ptr<ImageVariant>> list) {
+        return DataObjects::MoveImageVariantListToImageVolumeVariantT<float>(std::move(list));
+    };
+    const QString name = QStringLiteral("MoveImageVariantListToImageVolumeVariantT: ");
+    EXPECT_TRUE(raises<Failed>(name + "planes is empty", [&] { (void)move({}); }));
+    EXPECT_TRUE(raises<Failed>(name + "vector of planes is empty", [&] { (void)move(images(words())); }));
+    EXPECT_TRUE(raises<Failed>("bad image data cast", [&] { (void)move(images(floats(), words())); }));
+    EXPECT_TRUE(raises<Failed>("Given plane data pointer is null!",
+                               [&] { (void)move(images(floats(), std::unique_ptr<ImageVariant>())); }));
+    EXPECT_EQ(move(images(floats(), floats()))->GetSize(), Size(4, 3, 2));
+}
+
+} // namespace

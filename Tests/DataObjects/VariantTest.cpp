@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/Variant.h"
+
+#include "Core/DataObjects/ImageBuffer.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <functional>
+
+namespace
+{
+
+using DataObjects::Image;
+using DataObjects::ImageBuffer;
+using DataObjects::ImageBufferVariant;
+using DataObjects::ImageVariant;
+using DataObjects::ImageVolume;
+using DataObjects::ImageVolumeVariant;
+using TestSupport::raises;
+
+/// The place of a virtual operation among those of its class, the destructor being 1.
+///
+/// A pointer to a virtual member holds its offset in the table plus 1; a destructor takes two entries.
+template <typename Operation>
+std::uintptr_t slotOf(Operation operation)
+{
+    std::uintptr_t offset = 0;
+    std::memcpy(&offset, &operation, sizeof(offset));
+    return (offset - 1) / sizeof(void*);
+}
+
+TEST(Variant, VirtualOperationsKeepTheirOrder)
+{
+    EXPECT_EQ(slotOf(&ImageVariant::GetDataType), 4U);
+    EXPECT_EQ(slotOf(&ImageVariant::SetScaleX), 7U);
+    EXPECT_EQ(slotOf(&ImageVariant::SetScaleI), 16U);
+    EXPECT_EQ(slotOf(&ImageVariant::SetAttributes), 19U);
+    EXPECT_EQ(slotOf(&ImageVariant::GetSize), 22U);
+    EXPECT_EQ(slotOf(&ImageVariant::CreateCopy), 25U);
+    EXPECT_EQ(slotOf(&ImageVariant::IsMaskSpawned), 32U);
+    EXPECT_EQ(slotOf(&ImageVariant::Assign), 34U);
+    EXPECT_EQ(slotOf(&ImageVolumeVariant::SetScaleX), 4U);
+    EXPECT_EQ(slotOf(&ImageVolumeVariant::SetAttributes), 16U);
+    EXPECT_EQ(slotOf(&ImageVolumeVariant::GetDepth), 20U);
+    EXPECT_EQ(slotOf(&ImageVolumeVariant::getPlaneSPtr), 23U);
+    EXPECT_EQ(slotOf(&ImageVolumeVariant::Assign), 26U);
+    EXPECT_EQ(slotOf(&DataObjects::Variant::createCopy), 4U);
+    EXPECT_EQ(slotOf(&ImageBufferVariant::createCopy), 4U);
+    EXPECT_EQ(slotOf(&ImageBufferVariant::setAllAttributes), 9U);
+    EXPECT_EQ(slotOf(&ImageBufferVariant::getFrameConstSPtr), 13U);
+    EXPECT_EQ(slotOf(&ImageBufferVariant::HasMatchingFrameSizes), 16U);
+    EXPECT_EQ(slotOf(&ImageBufferVariant::Assign), 19U);
+}
+
+/// Claims a type that no raster object has.
+template <typename Base>
+class Odd : public Base
+{
+public:
+    using Base::Base;
+    DataObjects::E_DataType GetDataType() const noexcept override { return DataObjects::E_DataType(2); }
+};
+
+TEST(Variant, UnsupportedTypesAreRefusedBeforeAnythingElse)
+{
+    const Odd<Image<int>> oddImage(9, 9, true);
+    const Odd<ImageVolume<int>> oddVolume(9U, 9U, 9U, true);
+    const Odd<ImageBuffer<int>> oddBuffer(9U, 9U, 1U, 9U, true);
+    Image<int> image(3, 2, 5, true);
+    ImageVolume<int> volume(3U, 2U, 1U, true);
+    ImageBuffer<int> buffer(3U, 2U, 1U, 1U, true);
+    const std::vector<std::function<void()>> calls = {
+        [&] { image.Assign(oddImage); },
+        [&] { volume.Assign(oddVolume); },
+        [&] { buffer.Assign(oddBuffer); },
+        [&] { (void)CreateImageBufferCopyOfOtherType(oddBuffer, buffer); },
+        [&] { (void)CreateImageBufferCopyOfOtherType(buffer, oddBuffer); },
+        [&] { (void)CreateImageBufferOfOtherType(oddBuffer, 1, 1, 0, 0, true); }};
+    for (const auto& call : calls) {
+        EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type", call));
+    }
+    EXPECT_EQ(image(2, 1), 5);
+    EXPECT_EQ(buffer.getFrame(0).GetWidth(), 3U);
+}
+
+} // namespace
