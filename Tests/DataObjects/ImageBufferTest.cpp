@@ -2,6 +2,7 @@
 #include "Core/DataObjects/ImageBuffer.h"
 
 #include "Core/DataObjects/ScalarField.h"
+#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 
 #include <gtest/gtest.h>
@@ -93,8 +94,7 @@ class ImageBufferTest : public testing::Test
 {
 };
 
-using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
-TYPED_TEST_SUITE(ImageBufferTest, PixelTypeList);
+TYPED_TEST_SUITE(ImageBufferTest, TestSupport::PixelTypeList);
 
 template <typename T>
 void expectConverted(const ImageBufferVariant& source)
@@ -126,12 +126,7 @@ TYPED_TEST(ImageBufferTest, IsAssignedToBuffersOfEveryType)
 {
     auto source = recording<TypeParam>(1);
     source.getFrame(2).SetMaskValid(3, 2, 1, false);
-    expectConverted<unsigned char>(source);
-    expectConverted<unsigned short>(source);
-    expectConverted<int>(source);
-    expectConverted<unsigned int>(source);
-    expectConverted<float>(source);
-    expectConverted<double>(source);
+    TestSupport::forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
 }
 
 TYPED_TEST(ImageBufferTest, TravelsAsAVariant)

@@ -6,6 +6,7 @@
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/ScalarField.h"
 #include "Tests/Support/Allocations.h"
+#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 
 #include <gtest/gtest.h>
@@ -108,8 +109,7 @@ class ImageTest : public testing::Test
 {
 };
 
-using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
-TYPED_TEST_SUITE(ImageTest, PixelTypeList);
+TYPED_TEST_SUITE(ImageTest, TestSupport::PixelTypeList);
 
 TYPED_TEST(ImageTest, NewImagesHaveDefaultParts)
 {
@@ -150,7 +150,6 @@ TYPED_TEST(ImageTest, PixelsAndMaskLieRowByRow)
     EXPECT_EQ(std::count(constant.GetMask().begin(), constant.GetMask().end(), true), 4);
 }
 
-/// The size of no other type than T can be told from `source` alone.
 template <typename T>
 void expectConverted(const ImageVariant& source)
 {
@@ -170,12 +169,7 @@ TYPED_TEST(ImageTest, IsAssignedToImagesOfEveryType)
 {
     auto source = numbered<TypeParam>(1);
     source.SetMaskValid(1, 1, false);
-    expectConverted<unsigned char>(source);
-    expectConverted<unsigned short>(source);
-    expectConverted<int>(source);
-    expectConverted<unsigned int>(source);
-    expectConverted<float>(source);
-    expectConverted<double>(source);
+    TestSupport::forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
 }
 
 TYPED_TEST(ImageTest, CopiesShareNothing)

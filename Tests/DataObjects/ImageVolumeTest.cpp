@@ -3,6 +3,7 @@
 
 #include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/LazyMask.h"
+#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 
 #include <gtest/gtest.h>
@@ -94,8 +95,7 @@ class ImageVolumeTest : public testing::Test
 {
 };
 
-using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
-TYPED_TEST_SUITE(ImageVolumeTest, PixelTypeList);
+TYPED_TEST_SUITE(ImageVolumeTest, TestSupport::PixelTypeList);
 
 template <typename T>
 void expectConverted(const ImageVolumeVariant& source)
@@ -126,12 +126,7 @@ TYPED_TEST(ImageVolumeTest, IsAssignedToVolumesOfEveryType)
 {
     auto source = stack<TypeParam>(1);
     source.SetMaskValid(3, 2, 1, false);
-    expectConverted<unsigned char>(source);
-    expectConverted<unsigned short>(source);
-    expectConverted<int>(source);
-    expectConverted<unsigned int>(source);
-    expectConverted<float>(source);
-    expectConverted<double>(source);
+    TestSupport::forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
 }
 
 TYPED_TEST(ImageVolumeTest, VoxelsAndMasksBelongToTheirPlanes)
