@@ -39,7 +39,8 @@ public:
     virtual ~ScalarFields();
     /// Clears, then takes the size and adds deep copies of all fields; nothing happens on itself.
     virtual ScalarFields& operator=(const ScalarFields& other);
-    /// As the move construction; nothing happens on itself.
+    /// As the move construction; nothing happens on itself. It is not virtual: a collection that writes
+    /// through to a frame is assigned by copy.
     ScalarFields& operator=(ScalarFields&& other);
     /// The copy assignment.
     void DeepCopyFrom(const ScalarFields& source) { *this = source; }
