@@ -12,9 +12,14 @@ void Attributes::merge(const Attributes& source, AttributesMerge mode)
         const bool isKept = mode == AttributesMerge::KeepExisting && contains(attribute.name);
         // Setting a null value would remove the target's group.
         if (!isKept && !attribute.value.IsNull()) {
-            setAttribute(attribute);
+            replaceAV(attribute.name, attribute.value);
         }
     }
+}
+
+void Attributes::replaceAV(const std::string& name, const AttributeValue& value)
+{
+    setAV(name, value);
 }
 
 bool hasEllipseData(const Attributes& attributes)

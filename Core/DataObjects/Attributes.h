@@ -66,8 +66,8 @@ public:
         setAV(name, value);
     }
 
-    /// Sets each attribute of the source under exactly its name; the target's other names stay, those of the
-    /// same group too.
+    /// Sets each attribute of the source under exactly its name, in place of whatever stands there; the
+    /// target's other names stay, those of the same group too.
     void merge(const Attributes& source, AttributesMerge mode = AttributesMerge::Replace);
 
 protected:
@@ -78,6 +78,8 @@ protected:
     Attributes& operator=(Attributes&&) = default;
 
     virtual void setAV(const std::string& name, const AttributeValue& value) = 0;
+    /// As setAV, for a value that is not null, where what stands under the name does not restrict the kind.
+    virtual void replaceAV(const std::string& name, const AttributeValue& value);
 };
 
 /// True when a vector field has uncertainty ellipses: "CellSizeOrientation" is there and reads as 10.

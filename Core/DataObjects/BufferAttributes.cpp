@@ -221,6 +221,12 @@ void BufferAttributes::setAV(const std::string& name, const AttributeValue& valu
     AssignAttribute(found != nullptr ? *found : CreateAttribute(name, value.GetType()), value);
 }
 
+void BufferAttributes::replaceAV(const std::string& name, const AttributeValue& value)
+{
+    // The store drops the attribute that had the name, and nothing else.
+    AssignAttribute(CreateAttribute(name, value.GetType()), value);
+}
+
 const BufferApi::AttributeMap& BufferAttributes::map() const
 {
     return m_buffer != nullptr ? m_buffer->GetAttributeList() : m_frame->GetAttributeList();

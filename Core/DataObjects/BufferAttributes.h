@@ -12,7 +12,7 @@ namespace DataObjects
 ///
 /// The store keeps a text or number as text, so that a number comes back as text, which reads as the same
 /// number. A list becomes a plane of height 1 and keeps its kind. A name keeps being text or list until it is
-/// removed, and a list keeps its element type: writing anything else raises RTE::Exception or
+/// removed or merged into, and a list keeps its element type: writing anything else raises RTE::Exception or
 /// RTE::VerificationFailed. Other kinds of the store read as null and refuse to be written.
 ///
 /// Every call with an empty name raises RTE::InvalidArgumentError.
@@ -42,6 +42,7 @@ public:
 
 protected:
     void setAV(const std::string& name, const AttributeValue& value) override;
+    void replaceAV(const std::string& name, const AttributeValue& value) override;
 
 private:
     [[nodiscard]] const BufferApi::AttributeMap& map() const;

@@ -346,17 +346,33 @@ TEST_F(BufferAttributesTest, RefuseValuesOfUnknownKinds)
         raises<RTE::Exception>("Unknown AttributeValue::type", [&] { attributes.set("A", unknown); }));
 }
 
-TEST_F(BufferAttributesTest, MergeLeavesGroupsAlone)
+TEST_F(BufferAttributesTest, MergeReplacesWhateverKindAndLeavesGroupsAlone)
 {
     AttributesContainer source;
     source.set("Acq", 7);
-    source.set("New", std::vector<int>{1});
+    source.set("List", std::vector<int>{1});
+    source.set("Text", "x");
     BufferAttributes target(*frame);
     target.set("Acq", 1);
     target.set("Acq.X", 1);
+    target.set("List", "text");
+    target.set("Text", std::vector<float>{1});
+    const std::vector<Attribute> before = target.toStdVector();
+    target.merge(source, AttributesMerge::KeepExisting);
+    EXPECT_EQ(target.toStdVector(), before);
     target.merge(source);
-    const std::vector<Attribute> merged{
-        {"Acq", QStringLiteral("7")}, {"Acq.X", QStringLiteral("1")}, {"New", std::vector<int>{1}}};
+    const std::vector<Attribute> merged{{"Acq", QStringLiteral("7")},
+                                        {"Acq.X", QStringLiteral("1")},
+                                        {"List", std::vector<int>{1}},
+                                        {"Text", QStringLiteral("x")}};
+    EXPECT_EQ(target.toStdVector(), merged);
+    target.merge(target);
+    EXPECT_EQ(target.toStdVector(), merged);
+
+    // What the store of another maker holds and no value can be is nothing to set.
+    ForeignBuffer foreign;
+    foreign.map["Acq"] = std::make_unique<ForeignAttribute>(5);
+    target.merge(BufferAttributes(foreign));
     EXPECT_EQ(target.toStdVector(), merged);
 }
 
