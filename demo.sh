@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # From packed camera bytes to a file and a picture: makes two pulses of particle images, decodes them, looks into the
-# file, checks that it holds what was recorded, and draws it. Everything lands in demo-output/.
+# file, checks that it holds what was recorded, converts and compares it, and draws it. Everything lands in demo-output/.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -50,7 +50,14 @@ echo "  yes: sha256sum of the pixels before packing gives the same"
 say "6. Six lines of C++ read it (Examples/ReadFrames.cpp)"
 run ReadFrames run.qfi
 
-say "7. Pictures"
+say "7. Into the format of other programs and back, checked"
+run qf convert --force run.qfi run.tif
+run qf verify run.qfi run.tif
+run qf diff run.qfi run.tif
+run qf convert --force run.tif back.qfi
+run qf diff run.qfi back.qfi
+
+say "8. Pictures"
 run qf plot run.qfi --force --output frame.png
 run qf plot run.qfi --region 256x192+512+416 --title "Particle image, 20 µm per pixel" --force --output picture.png
 

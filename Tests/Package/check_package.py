@@ -20,7 +20,8 @@ def run(*command, **options):
 def check_files(prefix, version):
     installed = {str(path.relative_to(prefix)) for path in prefix.rglob("*") if not path.is_dir()}
     tails = [f"lib{name}.so.{version}" for name in LIBRARIES] + [
-        "DataObjectsConfig.cmake", "DataObjectsTargets.cmake", "pkgconfig/dataobjects.pc", "LICENSE", "bin/qf"]
+        "DataObjectsConfig.cmake", "DataObjectsTargets.cmake", "pkgconfig/dataobjects.pc", "LICENSE", "bin/qf",
+        "man/man1/qf.1", "bash-completion/completions/qf"]
     missing = [tail for tail in tails if not any(name.endswith(tail) for name in installed)]
     if missing:
         sys.exit(f"not installed: {', '.join(missing)}")

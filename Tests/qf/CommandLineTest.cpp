@@ -61,7 +61,9 @@ TEST_F(CommandLine, refusesWithAReasonAndLeavesNothing)
     makeRun();
     write("damaged.qfi", read("run.qfi").left(500));
     const std::vector<Case> cases{
-        {"", 2, "qf: name a command: decode, info or plot"},
+        {"", 2,
+         "qf: name a command: convert, decode, diff, dump, formats, info, plot, verify, completion, manual; "
+         "'qf --help' shows examples\n"},
         {"dekode", 2, "dekode"},
         {"decode good.raw", 2, "required"},
         {"decode -f mono-12p -s 4x2 -o new.qfi", 2, "FILE is required"},
@@ -142,6 +144,8 @@ TEST_F(CommandLine, decodesToWhatTheFormatSays)
     EXPECT_EQ(file["file"].toString(), QString("run.qfi"));
     EXPECT_EQ(file["frame_count"].toInt(), 2);
     const QJsonObject frame = file["frames"].toArray().at(1).toObject();
+    EXPECT_EQ(file["format"].toString(), QString("native"));
+    EXPECT_EQ(frame["frame"].toInt(), 1);
     EXPECT_EQ(frame["kind"].toString(), QString("image"));
     EXPECT_EQ(frame["type"].toString(), QString("uint16"));
     EXPECT_EQ(frame["width"].toInt(), 4);
@@ -156,6 +160,30 @@ TEST_F(CommandLine, decodesToWhatTheFormatSays)
     EXPECT_EQ(first["maximum"].toDouble(), 4082.0);
     EXPECT_EQ(first["mean"].toDouble(), 2086.375);
     EXPECT_NEAR(first["deviation"].toDouble(), 1416.3166963553738, 1e-9);
+}
+
+TEST_F(CommandLine, looksIntoSomeFramesOnly)
+{
+    makeRun();
+    const std::vector<unsigned short> second(frameWords.begin() + 8, frameWords.end());
+    for (const char* arguments :
+         {"info --hash --frames 1 run.qfi", "info --frames=-1: run.qfi --hash --jobs 1"}) {
+        const QString line = succeed(arguments).out;
+        EXPECT_THAT(line.toStdString(), testing::HasSubstr("1 of 2 frames"));
+        EXPECT_TRUE(line.endsWith("sha256:" + hashOf(second) + '\n')) << line.toStdString();
+    }
+    EXPECT_THAT(
+        succeed("info -v --stats --frames ::-1 run.qfi").out.toStdString(),
+        testing::AllOf(testing::HasSubstr("frames 1 to 0 by -1:"), testing::HasSubstr("frame 1 PIXEL")));
+    const auto json =
+        QJsonDocument::fromJson(succeed("info --json --stats --frames 1 run.qfi").out.toUtf8())[0];
+    EXPECT_EQ(json["frame_count"].toInt(), 2);
+    EXPECT_EQ(json["frames"].toArray().size(), 1);
+    EXPECT_EQ(json["frames"][0]["frame"].toInt(), 1);
+    EXPECT_EQ(json["statistics"][0]["frame"].toInt(), 1);
+    EXPECT_EQ(json["statistics"][0]["maximum"].toInt(), 0xff0);
+    EXPECT_EQ(qf("info --frames 7 run.qfi").err,
+              QString("qf info: run.qfi: no frame 7; frames count from 0 and there are 2\n"));
 }
 
 TEST_F(CommandLine, hashTellsOneChangedBit)
@@ -227,7 +255,9 @@ TEST_F(CommandLine, drawsPictures)
 
 TEST_F(CommandLine, helpsWithExamplesFirst)
 {
-    for (const char* arguments : {"--help", "decode --help", "info --help", "plot --help"}) {
+    for (const char* arguments :
+         {"--help", "convert --help", "decode --help", "diff --help", "dump --help", "formats --help",
+          "info --help", "plot --help", "verify --help", "completion --help", "manual --help"}) {
         const auto run = qf(arguments);
         EXPECT_EQ(run.exitCode, 0);
         EXPECT_THAT(run.out.toStdString(), testing::StartsWith("Examples:\n  qf "));

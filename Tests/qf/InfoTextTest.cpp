@@ -35,7 +35,14 @@ I_Frame* imageFrame(BufferApi::E_DataType type, const QString& time)
 
 Qf::FileInfo infoOf(const I_Buffer& buffer)
 {
-    return {"run.qfi", 2048, Qf::summarize(buffer), Qf::statistics(buffer), {}};
+    std::vector<unsigned int> numbers;
+    std::vector<Qf::Statistics> statistics;
+    for (unsigned int i = 0; i < buffer.GetFrameCount(); ++i) {
+        numbers.push_back(i);
+        const auto ofFrame = Qf::statistics(i, *buffer.GetFrame(i));
+        statistics.insert(statistics.end(), ofFrame.begin(), ofFrame.end());
+    }
+    return {"run.qfi", 2048, "native", Qf::summarize(buffer, numbers), statistics, {}};
 }
 
 TEST(InfoText, tellsRunsOfFramesAndWhatChangesWithinThem)
@@ -89,7 +96,7 @@ TEST(InfoText, countsWhatIsNoNumberApart)
     low[1] = 1e9;
     std::fill(high, high + 4, 1e9 + 2.0);
     buffer->AddFrame(frame);
-    const Qf::Statistics values = Qf::statistics(*buffer).at(0);
+    const Qf::Statistics values = Qf::statistics(0, *buffer->GetFrame(0)).at(0);
     EXPECT_EQ(values.count, 7U);
     EXPECT_EQ(values.notFinite, 1U);
     EXPECT_DOUBLE_EQ(values.minimum, 1.0 - 2.0 * (1e9 + 2.0));
@@ -118,7 +125,9 @@ TEST(InfoText, hashesColorsWithoutTheByteThatCarriesNothing)
         I_Frame* frame = BufferApi::CreateImageFrame(BufferApi::DT_RGB, 1, 1, 1);
         *static_cast<BufferApi::RgbQuad*>(frame->GetPlane(0, 0)->GetData()) = {3, green, 1, reserved};
         buffer->AddFrame(frame);
-        return Qf::planesHash(*buffer);
+        Qf::PlanesHash planes;
+        planes.add(*buffer->GetFrame(0));
+        return planes.text();
     };
     EXPECT_EQ(hash(0, 2), hash(9, 2));
     EXPECT_NE(hash(0, 2), hash(0, 4));

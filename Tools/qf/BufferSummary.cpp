@@ -6,8 +6,6 @@
 
 #include "Core/Buffer/I_FrameVector.h"
 
-#include <QCryptographicHash>
-
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -72,22 +70,6 @@ FrameStructure structureOf(const I_Frame& frame)
     return structure;
 }
 
-/// Calls `visitor(frame index, component, plane)` for every plane.
-template <typename Visitor>
-void forEachPlane(const I_Buffer& buffer, Visitor&& visitor)
-{
-    for (unsigned int index = 0; index < buffer.GetFrameCount(); ++index) {
-        const I_Frame& frame = *buffer.GetFrame(index);
-        for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
-            const I_Component& component = *frame.GetComponent(i);
-            for (unsigned int z = 0; z < component.GetPlaneCount(); ++z) {
-                Session::stopIfRequested();
-                visitor(index, component, *component.GetPlane(z));
-            }
-        }
-    }
-}
-
 /// Adds the values of one plane. Mean and deviation of plane and earlier ones are merged after T. F. Chan and
 /// others, Updating formulae and a pairwise algorithm for computing sample variances (1979).
 class Accumulator
@@ -148,61 +130,61 @@ private:
     double m_squares = 0.0;
 };
 
-void addPlane(QCryptographicHash& hash, const I_PlaneBase& plane)
-{
-    const std::size_t count = static_cast<std::size_t>(plane.GetWidth()) * plane.GetHeight();
-    if (plane.GetDataType() == BufferApi::DT_RGB) {
-        const std::vector<unsigned char> channels = rgbChannels(plane);
-        hash.addData(QByteArrayView(channels.data(), static_cast<qsizetype>(channels.size())));
-        return;
-    }
-    const auto bytes = count * BufferApi::GetDataTypeSize(plane.GetDataType());
-    hash.addData(QByteArrayView(static_cast<const char*>(plane.GetData()), static_cast<qsizetype>(bytes)));
-}
-
 } // namespace
 
-BufferSummary summarize(const I_Buffer& buffer)
+BufferSummary summarize(const I_Buffer& buffer, const std::vector<unsigned int>& numbers)
 {
     BufferSummary summary{buffer.GetName(), buffer.GetFrameCount(), summarize(buffer.GetAttributeList()), {}};
-    for (unsigned int index = 0; index < summary.frameCount; ++index) {
-        const I_Frame& frame = *buffer.GetFrame(index);
+    for (const unsigned int number : numbers) {
+        const I_Frame& frame = *buffer.GetFrame(number);
         FrameStructure structure = structureOf(frame);
         if (summary.runs.empty() || !(summary.runs.back().structure == structure)) {
-            summary.runs.push_back({index, std::move(structure), {}});
+            summary.runs.push_back({std::move(structure), {}, {}});
         }
+        summary.runs.back().numbers.push_back(number);
         summary.runs.back().attributes.push_back(summarize(frame.GetAttributeList()));
     }
     return summary;
 }
 
-std::vector<Statistics> statistics(const I_Buffer& buffer)
+std::vector<Statistics> statistics(unsigned int number, const I_Frame& frame)
 {
     std::vector<Statistics> results;
-    const I_Component* current = nullptr;
-    Accumulator accumulator;
-    forEachPlane(buffer, [&](unsigned int frame, const I_Component& component, const I_PlaneBase& plane) {
-        if (current != &component) {
-            current = &component;
-            accumulator = Accumulator();
-            Statistics next;
-            next.frame = frame;
-            next.component = QString::fromStdString(component.GetName());
-            next.unit = component.GetScale().getUnit();
-            results.push_back(next);
+    for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
+        const I_Component& component = *frame.GetComponent(i);
+        Accumulator accumulator;
+        for (unsigned int z = 0; z < component.GetPlaneCount(); ++z) {
+            Session::stopIfRequested();
+            accumulator.add(planeValues(*component.GetPlane(z)), component.GetScale());
         }
-        accumulator.add(planeValues(plane), component.GetScale());
-        accumulator.finish(results.back());
-    });
+        Statistics& result = results.emplace_back();
+        result.frame = number;
+        result.component = QString::fromStdString(component.GetName());
+        result.unit = component.GetScale().getUnit();
+        accumulator.finish(result);
+    }
     return results;
 }
 
-QString planesHash(const I_Buffer& buffer)
+void PlanesHash::add(const I_Frame& frame)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    forEachPlane(buffer,
-                 [&](unsigned int, const I_Component&, const I_PlaneBase& plane) { addPlane(hash, plane); });
-    return QString::fromLatin1(hash.result().toHex());
+    forEachPlane(
+        frame, [this](const I_Component& /*component*/, unsigned int /*z*/, const I_PlaneBase& plane) {
+            Session::stopIfRequested();
+            if (plane.GetDataType() == BufferApi::DT_RGB) {
+                const std::vector<unsigned char> channels = rgbChannels(plane);
+                m_hash.addData(QByteArrayView(channels.data(), static_cast<qsizetype>(channels.size())));
+                return;
+            }
+            const auto bytes = pixelCount(plane) * BufferApi::GetDataTypeSize(plane.GetDataType());
+            m_hash.addData(
+                QByteArrayView(static_cast<const char*>(plane.GetData()), static_cast<qsizetype>(bytes)));
+        });
+}
+
+QString PlanesHash::text() const
+{
+    return QString::fromLatin1(m_hash.result().toHex());
 }
 
 QString typeName(BufferApi::E_DataType type)

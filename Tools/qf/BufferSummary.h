@@ -3,7 +3,7 @@
 
 #include "Core/Buffer/BufferApi.h"
 
-#include <QByteArray>
+#include <QCryptographicHash>
 #include <QString>
 
 #include <map>
@@ -53,11 +53,12 @@ struct FrameStructure
     friend bool operator==(const FrameStructure&, const FrameStructure&) = default;
 };
 
-/// Consecutive frames that agree in everything but pixels and attributes.
+/// Frames that follow one another and agree in everything but pixels and attributes.
 struct FrameRun
 {
-    unsigned int first = 0;
     FrameStructure structure;
+    /// Their numbers in the file.
+    std::vector<unsigned int> numbers;
     /// One entry for each frame.
     std::vector<AttributeSummaries> attributes;
 };
@@ -66,12 +67,15 @@ struct FrameRun
 struct BufferSummary
 {
     QString name;
+    /// Of the file.
     unsigned int frameCount = 0;
     AttributeSummaries attributes;
     std::vector<FrameRun> runs;
 };
 
-[[nodiscard]] BufferSummary summarize(const BufferApi::I_Buffer& buffer);
+/// \param numbers of the frames to look into
+[[nodiscard]] BufferSummary summarize(const BufferApi::I_Buffer& buffer,
+                                      const std::vector<unsigned int>& numbers);
 
 /// Values of one component of one frame, in the unit of its scale; of RGB all channels together.
 struct Statistics
@@ -89,13 +93,21 @@ struct Statistics
     double deviation = 0.0;
 };
 
-/// Reads every plane.
-[[nodiscard]] std::vector<Statistics> statistics(const BufferApi::I_Buffer& buffer);
+/// One entry for each component of a frame; reads every plane.
+[[nodiscard]] std::vector<Statistics> statistics(unsigned int number, const BufferApi::I_Frame& frame);
 
 /// SHA-256 over the bytes of all planes in the order frame, component, z; of a recording of one plane per
-/// frame the hash of its frames one after the other. Of RGB the bytes red, green, blue. In hexadecimal
-/// digits.
-[[nodiscard]] QString planesHash(const BufferApi::I_Buffer& buffer);
+/// frame the hash of its frames one after the other. Of RGB the bytes red, green, blue.
+class PlanesHash
+{
+public:
+    void add(const BufferApi::I_Frame& frame);
+    /// In hexadecimal digits.
+    [[nodiscard]] QString text() const;
+
+private:
+    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+};
 
 /// "uint16", as NumPy and MATLAB name it.
 [[nodiscard]] QString typeName(BufferApi::E_DataType type);

@@ -3,8 +3,13 @@
 
 #include "Tools/qf/ConvertCommand.h"
 #include "Tools/qf/DecodeCommand.h"
+#include "Tools/qf/DiffCommand.h"
+#include "Tools/qf/DumpCommand.h"
+#include "Tools/qf/FormatsCommand.h"
+#include "Tools/qf/HelpText.h"
 #include "Tools/qf/InfoCommand.h"
 #include "Tools/qf/PlotCommand.h"
+#include "Tools/qf/VerifyCommand.h"
 
 #include <QLoggingCategory>
 
@@ -19,28 +24,15 @@ namespace Qf
 namespace
 {
 
-/// Examples first: they are what most readers of a help text look for. An app keeps them in its footer.
-class HelpFormatter : public CLI::Formatter
-{
-public:
-    std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override
-    {
-        if (mode == CLI::AppFormatMode::Sub) {
-            return make_expanded(app);
-        }
-        const std::string text = app->get_footer() + make_description(app) + make_usage(app, name) +
-                                 make_positionals(app) + make_groups(app, mode) + make_subcommands(app, mode);
-        return text.ends_with('\n') ? text : text + '\n';
-    }
-};
-
 void setUp(CLI::App& app)
 {
-    app.formatter(std::make_shared<HelpFormatter>());
+    app.formatter(helpFormatter());
     app.footer("Examples:\n"
                "  qf decode --format mono-12p --size 1280x1024 --output run.qfi camera.raw\n"
                "  qf info -v run.qfi\n"
                "  qf plot run.qfi --frame 1 --output picture.png\n"
+               "  qf convert run.qfi run.tif\n"
+               "  qf verify *.qfi && qf diff run.qfi run.tif\n"
                "  qf decode --help\n\n");
     app.set_version_flag("--version", "qf " DATAOBJECTS_VERSION);
     app.require_subcommand(0, 1);
@@ -64,6 +56,49 @@ int reportParsing(const CLI::App& app, const CLI::ParseError& result)
         return Success;
     };
     return code == 0 ? Session().attempt(print) : Usage;
+}
+
+/// Commands that print what the parser knows of all the others.
+void addTextCommand(CLI::App& app, Job& job, const std::string& name, const std::string& description,
+                    const std::string& examples, std::string (*textOf)(const CLI::App&))
+{
+    CLI::App* command = app.add_subcommand(name, description);
+    command->footer(examples);
+    command->callback([&app, &job, textOf] {
+        job = [&app, textOf] {
+            Session::write(textOf(app));
+            return Success;
+        };
+    });
+}
+
+void addCommands(CLI::App& app, Session& session, Job& job)
+{
+    addConvertCommand(app, session, job);
+    addDecodeCommand(app, session, job);
+    addDiffCommand(app, session, job);
+    addDumpCommand(app, session, job);
+    addFormatsCommand(app, session, job);
+    addInfoCommand(app, session, job);
+    addPlotCommand(app, session, job);
+    addVerifyCommand(app, session, job);
+    addTextCommand(app, job, "completion", "Print what bash needs to complete commands and options.",
+                   "Examples:\n"
+                   "  qf completion > ~/.local/share/bash-completion/completions/qf\n\n",
+                   &bashCompletion);
+    addTextCommand(app, job, "manual", "Print the manual page.",
+                   "Examples:\n"
+                   "  qf manual | man -l -\n\n",
+                   &manualPage);
+}
+
+QString commandNames(const CLI::App& app)
+{
+    QStringList names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        names << QString::fromStdString(command->get_name());
+    }
+    return names.join(QStringLiteral(", "));
 }
 
 /// The arguments in the order in which the parser wants them, the last one first. Behind "--" all are names
@@ -93,12 +128,11 @@ int runCommandLine(int argc, const char* const* argv)
     QLoggingCategory::setFilterRules(QStringLiteral("rte.exception=false\ndefault.warning=false"));
     Session session;
     Job job;
-    CLI::App app("Frames of image-based flow and particle measurement: decode, look into, draw.", "qf");
+    CLI::App app(
+        "Frames of image-based flow and particle measurement: decode, convert, look into, compare, draw.",
+        "qf");
     setUp(app);
-    addConvertCommand(app, session, job);
-    addDecodeCommand(app, session, job);
-    addInfoCommand(app, session, job);
-    addPlotCommand(app, session, job);
+    addCommands(app, session, job);
     try {
         app.parse(reversedArguments(argc, argv));
     } catch (const CLI::ParseError& result) {
@@ -106,7 +140,7 @@ int runCommandLine(int argc, const char* const* argv)
     }
     if (!job) {
         session.reportError(
-            QStringLiteral("name a command: decode, info or plot; 'qf --help' shows examples"));
+            QStringLiteral("name a command: %1; 'qf --help' shows examples").arg(commandNames(app)));
         return Usage;
     }
     session.setCommand(QStringLiteral("qf ") +

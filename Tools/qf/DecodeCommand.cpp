@@ -41,6 +41,12 @@ std::string checkFormat(const std::string& id)
            frameDecoders().ids().join(QStringLiteral(", ")).toStdString();
 }
 
+/// As the help shows sets of values, from which the shell completes them too.
+std::string knownFormats()
+{
+    return "{" + frameDecoders().ids().join(QLatin1Char(',')).toStdString() + "}";
+}
+
 void setPixelSize(BufferApi::I_Frame& frame, const DecodeOptions& options)
 {
     const auto scale = [&](const Zt::LinearScale& old) {
@@ -132,7 +138,7 @@ void addDecodeCommand(CLI::App& app, Session& session, Job& job)
     command->add_option("-f,--format", options->format, "Pixel format, such as mono-12p")
         ->required()
         ->type_name("ID")
-        ->check(CLI::Validator([](std::string& text) { return checkFormat(text); }, ""));
+        ->check(CLI::Validator([](std::string& text) { return checkFormat(text); }, knownFormats()));
     addParsed(
         *command, "-s,--size", "Width and height of a frame in pixels",
         [options](const std::string& text) { return readSize(text, options->size); }, "WxH")

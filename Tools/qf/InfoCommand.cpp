@@ -2,9 +2,12 @@
 #include "Tools/qf/InfoCommand.h"
 
 #include "Tools/qf/Arguments.h"
+#include "Tools/qf/FrameSlice.h"
 #include "Tools/qf/InfoText.h"
+#include "Tools/qf/ProgressBar.h"
+#include "Tools/qf/ReadAhead.h"
 
-#include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/KnownFormats.h"
 
 #include <QFileInfo>
 
@@ -19,22 +22,48 @@ namespace
 struct InfoOptions
 {
     std::vector<std::string> files;
+    std::optional<FrameSlice> frames;
+    unsigned int jobs = 1;
     bool verbose = false;
     bool stats = false;
     bool hash = false;
     bool json = false;
 };
 
+/// Statistics and hash, from one reading of the planes.
+void readPlanes(FileInfo& info, const FrameInputs& inputs, const std::vector<unsigned int>& numbers,
+                const InfoOptions& options)
+{
+    ReadAhead frames(inputs, numbers, options.jobs);
+    ProgressBar progress(QStringLiteral("reading"), numbers.size());
+    PlanesHash hash;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        progress.advanceTo(i);
+        const BufferApi::I_Frame& frame = frames.take(i);
+        if (options.stats) {
+            const std::vector<Statistics> values = statistics(numbers[i], frame);
+            info.statistics.insert(info.statistics.end(), values.begin(), values.end());
+        }
+        if (options.hash) {
+            hash.add(frame);
+        }
+    }
+    info.hash = options.hash ? hash.text() : QString();
+}
+
 FileInfo lookInto(const QString& path, const InfoOptions& options)
 {
     checkInput(path);
-    const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::ImportBuffer(path, {}));
-    FileInfo info{path, QFileInfo(path).size(), summarize(*buffer), {}, {}};
-    if (options.stats) {
-        info.statistics = statistics(*buffer);
-    }
-    if (options.hash) {
-        info.hash = planesHash(*buffer);
+    const FrameInputs inputs({path});
+    const std::vector<unsigned int> numbers = selectedFrames(options.frames, inputs.frameCount());
+    FileInfo info{path,
+                  QFileInfo(path).size(),
+                  BufferApi::formatOfContent(path).name,
+                  summarize(inputs.first(), numbers),
+                  {},
+                  {}};
+    if (options.stats || options.hash) {
+        readPlanes(info, inputs, numbers, options);
     }
     return info;
 }
@@ -50,7 +79,7 @@ int showInfo(const InfoOptions& options, Session& session)
             infos.push_back(lookInto(path, options));
             return Success;
         });
-        if (code == Interrupted) {
+        if (code != Success && code != Trouble) {
             return code;
         }
         worst = std::max(worst, code);
@@ -69,13 +98,17 @@ void addInfoCommand(CLI::App& app, Session& session, Job& job)
     command->footer("Examples:\n"
                     "  qf info *.qfi\n"
                     "  qf info -v --stats run.qfi\n"
+                    "  qf info --hash --frames 0:100:2 run.qfi\n"
                     "  qf info --json run.qfi | jq '.[0].frames'\n\n");
     command->add_option("FILE", options->files, "Files to look into")->required()->type_name("");
     command->add_flag("-v,--verbose", options->verbose, "Attributes, scales and components too");
     command->add_flag("--stats", options->stats,
                       "Minimum, maximum, mean and deviation of each component's values");
     command->add_flag("--hash", options->hash, "SHA-256 of all decoded planes, one after the other");
-    command->add_flag("--json", options->json, "Everything as JSON, for programs");
+    addJson(*command, options->json);
+    addFrames(*command, options->frames);
+    addJobs(*command, options->jobs);
+    addQuiet(*command);
     command->callback(
         [options, &session, &job] { job = [options, &session] { return showInfo(*options, session); }; });
 }

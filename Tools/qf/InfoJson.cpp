@@ -81,9 +81,10 @@ QJsonArray framesJson(const BufferSummary& buffer)
 {
     QJsonArray array;
     for (const FrameRun& run : buffer.runs) {
-        for (const AttributeSummaries& attributes : run.attributes) {
+        for (std::size_t i = 0; i < run.numbers.size(); ++i) {
             QJsonObject frame = toJson(run.structure);
-            frame.insert(QStringLiteral("attributes"), toJson(attributes));
+            frame.insert(QStringLiteral("frame"), static_cast<qint64>(run.numbers[i]));
+            frame.insert(QStringLiteral("attributes"), toJson(run.attributes[i]));
             array.append(frame);
         }
     }
@@ -110,6 +111,7 @@ QJsonArray toJson(const std::vector<Statistics>& statistics)
 QJsonObject toJson(const FileInfo& info)
 {
     QJsonObject object{{QStringLiteral("file"), info.path},
+                       {QStringLiteral("format"), info.format},
                        {QStringLiteral("bytes"), info.bytes},
                        {QStringLiteral("name"), info.buffer.name},
                        {QStringLiteral("frame_count"), static_cast<qint64>(info.buffer.frameCount)},

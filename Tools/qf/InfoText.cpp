@@ -2,14 +2,14 @@
 #include "Tools/qf/InfoText.h"
 
 #include "Tools/qf/Arguments.h"
+#include "Tools/qf/NumberText.h"
 #include "Tools/qf/Session.h"
+#include "Tools/qf/TextTable.h"
 
-#include <QLocale>
 #include <QStringList>
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <set>
 
 namespace Qf
@@ -21,23 +21,6 @@ namespace
 QString number(double value)
 {
     return QString::number(value, 'g', 6);
-}
-
-/// Exactly, with as few digits as that takes.
-QString exact(double value)
-{
-    return QString::number(value, 'g', QLocale::FloatingPointShortest);
-}
-
-QString byteCount(qint64 bytes)
-{
-    const std::array<const char*, 5> units{"B", "KiB", "MiB", "GiB", "TiB"};
-    auto value = static_cast<double>(bytes);
-    std::size_t unit = 0;
-    for (; value >= 1024.0 && unit + 1 < units.size(); ++unit) {
-        value /= 1024.0;
-    }
-    return QString::number(value, 'f', unit == 0 ? 0 : 1) + QLatin1Char(' ') + QLatin1String(units[unit]);
 }
 
 QString sizeText(const FrameStructure& frame)
@@ -59,29 +42,29 @@ QString common(const BufferSummary& buffer, Text&& text)
     return same ? first : QStringLiteral("mixed");
 }
 
+/// "3 frames", or "2 of 3 frames" when not all were asked for.
+QString framesText(const BufferSummary& buffer)
+{
+    std::size_t selected = 0;
+    for (const FrameRun& run : buffer.runs) {
+        selected += run.numbers.size();
+    }
+    const QString all = counted(buffer.frameCount, QStringLiteral("frame"));
+    return selected == buffer.frameCount ? all : QStringLiteral("%1 of %2").arg(selected).arg(all);
+}
+
 QStringList columnsOf(const FileInfo& info)
 {
     QStringList columns{printable(info.path),
                         common(info.buffer, [](const FrameStructure& frame) { return frame.kind; }),
-                        counted(info.buffer.frameCount, QStringLiteral("frame")),
+                        framesText(info.buffer),
                         common(info.buffer, sizeText),
                         common(info.buffer, [](const FrameStructure& frame) { return typeName(frame.type); }),
-                        byteCount(info.bytes)};
+                        byteCountText(static_cast<unsigned long long>(info.bytes))};
     if (!info.hash.isEmpty()) {
         columns << QStringLiteral("sha256:") + info.hash;
     }
     return columns;
-}
-
-QString scaleText(const Zt::LinearScale& scale)
-{
-    QString text = exact(scale.getFactor()) + QStringLiteral(" * value");
-    if (scale.getOffset() != 0.0) {
-        text += (scale.getOffset() < 0.0 ? QStringLiteral(" - ") : QStringLiteral(" + ")) +
-                exact(std::abs(scale.getOffset()));
-    }
-    return printable(
-        QStringLiteral("%1 %2  %3").arg(text, scale.getUnit(), scale.getDescription()).trimmed());
 }
 
 QString attributeText(const AttributeSummary& attribute)
@@ -92,7 +75,7 @@ QString attributeText(const AttributeSummary& attribute)
     const std::size_t shown = 8;
     QStringList numbers;
     for (std::size_t i = 0; i < std::min(shown, attribute.numbers.size()); ++i) {
-        numbers << exact(attribute.numbers[i]);
+        numbers << QString::fromStdString(exactText(attribute.numbers[i]));
     }
     if (attribute.numbers.size() > shown) {
         numbers << QStringLiteral("... %1 numbers").arg(attribute.numbers.size());
@@ -154,34 +137,42 @@ void addStructure(Details& details, const FrameStructure& frame)
     }
     const std::array<const char*, 4> axes{"x", "y", "z", "I"};
     for (std::size_t i = 0; i < axes.size(); ++i) {
-        details.add(QStringLiteral("scale ") + QLatin1String(axes[i]), scaleText(frame.scales[i]));
+        details.add(QStringLiteral("scale ") + QLatin1String(axes[i]), printable(scaleText(frame.scales[i])));
     }
     for (const ComponentSummary& component : frame.components) {
         details.add(QStringLiteral("component ") + component.name,
                     QStringLiteral("%1, %2, %3")
                         .arg(typeName(component.type), counted(component.planes, QStringLiteral("plane")),
-                             scaleText(component.scale)));
+                             printable(scaleText(component.scale))));
     }
+}
+
+/// "frame 3", "frames 0 to 9" or, of a slice, "frames 0 to 8 by 2".
+QString numbersText(const std::vector<unsigned int>& numbers)
+{
+    if (numbers.size() == 1) {
+        return QStringLiteral("frame %1").arg(numbers.front());
+    }
+    const long long step = static_cast<long long>(numbers[1]) - numbers[0];
+    const QString text = QStringLiteral("frames %1 to %2").arg(numbers.front()).arg(numbers.back());
+    return step == 1 ? text : QStringLiteral("%1 by %2").arg(text).arg(step);
 }
 
 void addRun(Details& details, const FrameRun& run)
 {
-    const auto last = run.first + run.attributes.size() - 1;
-    const QString which = last == run.first ? QStringLiteral("frame %1").arg(run.first)
-                                            : QStringLiteral("frames %1 to %2").arg(run.first).arg(last);
     details.addHeading(
-        QStringLiteral("%1: %2, %3").arg(which, sizeText(run.structure), typeName(run.structure.type)));
+        QStringLiteral("%1: %2, %3")
+            .arg(numbersText(run.numbers), sizeText(run.structure), typeName(run.structure.type)));
     addStructure(details, run.structure);
     for (const std::string& name : attributeNames(run)) {
         details.addAttribute(name, attributeText(run, name));
     }
 }
 
-void addBuffer(Details& details, const BufferSummary& buffer)
+void addBuffer(Details& details, const QString& format, const BufferSummary& buffer)
 {
-    if (!buffer.name.isEmpty() || !buffer.attributes.empty()) {
-        details.addHeading(QStringLiteral("buffer"));
-    }
+    details.addHeading(QStringLiteral("buffer"));
+    details.add(QStringLiteral("format"), format);
     if (!buffer.name.isEmpty()) {
         details.add(QStringLiteral("name"), printable(buffer.name));
     }
@@ -206,28 +197,6 @@ void addStatistics(Details& details, const std::vector<Statistics>& statistics)
     }
 }
 
-/// Each column as wide as its widest text.
-QStringList aligned(const std::vector<QStringList>& rows)
-{
-    std::vector<qsizetype> widths;
-    for (const QStringList& row : rows) {
-        widths.resize(std::max(widths.size(), static_cast<std::size_t>(row.size())), 0);
-        for (qsizetype i = 0; i < row.size(); ++i) {
-            widths[static_cast<std::size_t>(i)] =
-                std::max(widths[static_cast<std::size_t>(i)], row[i].size());
-        }
-    }
-    QStringList lines;
-    for (const QStringList& row : rows) {
-        QString line;
-        for (qsizetype i = 0; i < row.size(); ++i) {
-            line += row[i].leftJustified(widths[static_cast<std::size_t>(i)] + 2);
-        }
-        lines << line.trimmed() + QLatin1Char('\n');
-    }
-    return lines;
-}
-
 } // namespace
 
 QString infoText(const std::vector<FileInfo>& infos, bool verbose)
@@ -236,12 +205,12 @@ QString infoText(const std::vector<FileInfo>& infos, bool verbose)
     for (const FileInfo& info : infos) {
         rows.push_back(columnsOf(info));
     }
-    const QStringList lines = aligned(rows);
+    const QStringList lines = alignedLines(rows);
     QString text;
     for (std::size_t i = 0; i < infos.size(); ++i) {
         Details details;
         if (verbose) {
-            addBuffer(details, infos[i].buffer);
+            addBuffer(details, infos[i].format, infos[i].buffer);
         }
         addStatistics(details, infos[i].statistics);
         text += lines[static_cast<qsizetype>(i)] + details.text();

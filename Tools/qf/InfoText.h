@@ -11,6 +11,8 @@ struct FileInfo
 {
     QString path;
     qint64 bytes = 0;
+    /// As `qf formats` names it.
+    QString format;
     BufferSummary buffer;
     std::vector<Statistics> statistics;
     QString hash;

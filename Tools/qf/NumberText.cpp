@@ -70,4 +70,14 @@ std::string exactText(const BufferApi::RgbQuad& color)
                                                        : hexadecimal((rgb << 8U) | color.reserved, 8));
 }
 
+QString scaleText(const Zt::LinearScale& scale)
+{
+    QString text = QString::fromStdString(exactText(scale.getFactor())) + QStringLiteral(" * value");
+    if (scale.getOffset() != 0.0) {
+        text += (scale.getOffset() < 0.0 ? QStringLiteral(" - ") : QStringLiteral(" + ")) +
+                QString::fromStdString(exactText(std::abs(scale.getOffset())));
+    }
+    return QStringLiteral("%1 %2  %3").arg(text, scale.getUnit(), scale.getDescription()).trimmed();
+}
+
 } // namespace Qf

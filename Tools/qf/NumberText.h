@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Core/Buffer/DataType.h"
+#include "Core/Common/LinearScale.h"
 
 #include <string>
 
@@ -19,5 +20,8 @@ namespace Qf
 
 /// Red, green and blue as "#ff8000"; with the fourth byte too when it is not 0.
 [[nodiscard]] std::string exactText(const BufferApi::RgbQuad& color);
+
+/// "0.5 * value + 1 mm  Position x".
+[[nodiscard]] QString scaleText(const Zt::LinearScale& scale);
 
 } // namespace Qf

@@ -2,6 +2,7 @@
 #include "Tools/qf/PlotCommand.h"
 
 #include "Tools/qf/Arguments.h"
+#include "Tools/qf/PlaneChoice.h"
 #include "Tools/qf/Plot/FramePlot.h"
 #include "Tools/qf/Plot/PlotPainter.h"
 
@@ -94,18 +95,6 @@ void save(const QImage& picture, const QString& path, const QByteArray& format)
     }
 }
 
-const BufferApi::I_Frame& frameOf(const BufferApi::I_Buffer& buffer, unsigned int index)
-{
-    if (index >= buffer.GetFrameCount()) {
-        RTE::raise(RTE::OutOfRangeError(
-            QStringLiteral("no frame %1; frames count from 0 and there %2")
-                .arg(index)
-                .arg(buffer.GetFrameCount() == 1 ? QStringLiteral("is 1")
-                                                 : QStringLiteral("are %1").arg(buffer.GetFrameCount()))));
-    }
-    return *buffer.GetFrame(index);
-}
-
 QString titleOf(const PlotOptions& options, unsigned int frameCount)
 {
     if (!options.title.empty()) {
@@ -132,10 +121,10 @@ int plot(const PlotOptions& options, Session& session)
     const Fonts fonts;
     const QImage picture = paintPlot(drawn, options.width);
     save(picture, output, format);
-    Session::say(QStringLiteral("%1: %2x%3 pixels\n")
-                     .arg(printable(output))
-                     .arg(picture.width())
-                     .arg(picture.height()));
+    Session::remark(QStringLiteral("%1: %2x%3 pixels\n")
+                        .arg(printable(output))
+                        .arg(picture.width())
+                        .arg(picture.height()));
     return Success;
 }
 
@@ -173,7 +162,8 @@ void addPlotCommand(CLI::App& app, Session& session, Job& job)
     command->add_option("--width", options->width, "Width of the picture in pixels, at most (default: 1000)")
         ->type_name("PIXELS")
         ->check(CLI::Range(200, 10000));
-    command->add_flag("--force", options->force, "Replace an existing file");
+    addForce(*command, options->force);
+    addQuiet(*command);
     command->callback(
         [options, &session, &job] { job = [options, &session] { return plot(*options, session); }; });
 }

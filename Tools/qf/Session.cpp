@@ -18,16 +18,9 @@ namespace
 volatile std::sig_atomic_t stopRequested = 0;
 bool quiet = false;
 
-void writeTo(std::FILE* stream, const QString& text)
+bool writeTo(std::FILE* stream, std::string_view bytes)
 {
-    const QByteArray bytes = text.toUtf8();
-    const auto size = static_cast<std::size_t>(bytes.size());
-    if (std::fwrite(bytes.constData(), 1, size, stream) != size || std::fflush(stream) != 0) {
-        const QString reason = QString::fromLocal8Bit(std::strerror(errno));
-        if (stream == stdout) {
-            RTE::raise(RTE::FileWriteError(QStringLiteral("cannot write the results: %1").arg(reason)));
-        }
-    }
+    return std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size() && std::fflush(stream) == 0;
 }
 
 } // namespace
@@ -62,6 +55,8 @@ int Session::attempt(const Job& work) const noexcept
     } catch (const InterruptedError& interrupted) {
         reportError(interrupted.message());
         return Interrupted;
+    } catch (const PipeClosedError&) {
+        return PipeClosed;
     } catch (const UsageError& error) {
         reportError(error.message());
         return Usage;
@@ -85,12 +80,26 @@ void Session::reportError(const QString& message) const
 
 void Session::print(const QString& text)
 {
-    writeTo(stdout, text);
+    write(text.toStdString());
+}
+
+void Session::write(std::string_view bytes)
+{
+    if (writeTo(stdout, bytes)) {
+        return;
+    }
+    const int error = errno;
+    const QString reason = QString::fromLocal8Bit(std::strerror(error));
+    if (error == EPIPE) {
+        RTE::raise(PipeClosedError(reason));
+    }
+    RTE::raise(RTE::FileWriteError(QStringLiteral("cannot write the results: %1").arg(reason)));
 }
 
 void Session::say(const QString& text)
 {
-    writeTo(stderr, text);
+    // Where not even talk can be written, there is nobody to tell.
+    static_cast<void>(writeTo(stderr, text.toStdString()));
 }
 
 void Session::remark(const QString& text)

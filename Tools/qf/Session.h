@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <functional>
+#include <string_view>
 
 namespace Qf
 {
@@ -16,7 +17,9 @@ enum ExitCode
     Success = 0,
     Trouble = 1,
     Usage = 2,
-    Interrupted = 130
+    Interrupted = 130,
+    /// Nobody reads the results any more, as after `| head`.
+    PipeClosed = 141
 };
 
 /// What a command does once its line is parsed; gives the exit code.
@@ -31,6 +34,13 @@ public:
 
 /// The user asked to stop.
 class InterruptedError : public RTE::Exception
+{
+public:
+    using Exception::Exception;
+};
+
+/// Whoever read the results has stopped to.
+class PipeClosedError : public RTE::Exception
 {
 public:
     using Exception::Exception;
@@ -55,8 +65,10 @@ public:
     [[nodiscard]] int attempt(const Job& work) const noexcept;
     void reportError(const QString& message) const;
 
-    /// Results, as UTF-8 on stdout. \throws RTE::FileWriteError when they cannot be written
+    /// Results, as UTF-8 on stdout. \throws RTE::FileWriteError when they cannot be written; PipeClosedError
     static void print(const QString& text);
+    /// The same of bytes.
+    static void write(std::string_view bytes);
     /// On stderr.
     static void say(const QString& text);
     /// Talk on stderr that a quiet session drops.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/Plot/FramePlot.h"
 
+#include "Tools/qf/PlaneChoice.h"
 #include "Tools/qf/PlaneValues.h"
 
-#include "Core/Buffer/I_FrameImage.h"
 #include "Core/Common/Raise.h"
 
 #include <algorithm>
@@ -18,46 +18,6 @@ namespace
 using BufferApi::I_Component;
 using BufferApi::I_Frame;
 using BufferApi::I_PlaneBase;
-
-QString componentNames(const I_Frame& frame)
-{
-    QStringList names;
-    for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
-        names << QString::fromStdString(frame.GetComponent(i)->GetName());
-    }
-    names.removeDuplicates();
-    return names.join(QStringLiteral(", "));
-}
-
-const I_Component& componentOf(const I_Frame& frame, const QString& name)
-{
-    const std::string& pixels = BufferApi::I_FrameImage::COMPONENT_PIXEL;
-    const I_Component* component = frame.GetComponent(name.isEmpty() ? pixels : name.toStdString());
-    if (component == nullptr && name.isEmpty()) {
-        RTE::raise(RTE::InvalidArgumentError(
-            QStringLiteral("the frame has no pixels; choose one of its components with --component: %1")
-                .arg(componentNames(frame))));
-    }
-    if (component == nullptr) {
-        RTE::raise(RTE::InvalidArgumentError(
-            QStringLiteral("no component '%1'; the frame has %2").arg(name, componentNames(frame))));
-    }
-    return *component;
-}
-
-const I_PlaneBase& planeOf(const I_Component& component, unsigned int z)
-{
-    const I_PlaneBase* plane = component.GetPlane(z);
-    if (plane == nullptr) {
-        RTE::raise(RTE::OutOfRangeError(QStringLiteral("no plane %1; planes count from 0 and there are %2")
-                                            .arg(z)
-                                            .arg(component.GetPlaneCount())));
-    }
-    if (plane->GetWidth() == 0 || plane->GetHeight() == 0) {
-        RTE::raise(RTE::InvalidArgumentError(QStringLiteral("the plane is empty, there is nothing to draw")));
-    }
-    return *plane;
-}
 
 QString axisLabel(const Zt::LinearScale& scale, const QString& fallback)
 {
@@ -97,18 +57,6 @@ void blankInvalid(std::vector<double>& values, const I_Frame& frame, unsigned in
     for (std::size_t i = 0; i < values.size(); ++i) {
         values[i] = valid[i] != 0 ? values[i] : std::nan("");
     }
-}
-
-QRect regionOf(const I_PlaneBase& plane, const QRect& wanted)
-{
-    const QRect whole(0, 0, static_cast<int>(plane.GetWidth()), static_cast<int>(plane.GetHeight()));
-    if (!wanted.isEmpty() && !whole.contains(wanted)) {
-        RTE::raise(RTE::OutOfRangeError(
-            QStringLiteral("the region exceeds the plane of %1x%2 pixels; choose a smaller --region")
-                .arg(whole.width())
-                .arg(whole.height())));
-    }
-    return wanted.isEmpty() ? whole : wanted;
 }
 
 std::vector<double> cut(const std::vector<double>& values, unsigned int width, const QRect& region)
@@ -189,6 +137,9 @@ Plot plotOfFrame(const I_Frame& frame, const FramePlotOptions& options)
 {
     const I_Component& component = componentOf(frame, options.component);
     const I_PlaneBase& plane = planeOf(component, options.z);
+    if (pixelCount(plane) == 0) {
+        RTE::raise(RTE::InvalidArgumentError(QStringLiteral("the plane is empty, there is nothing to draw")));
+    }
     const QRect region = regionOf(plane, options.region);
     Plot plot;
     plot.title = options.title;
