@@ -49,6 +49,18 @@ template <typename T>
     }
 }
 
+/// Has the same language rules against it as an image: bytes may alias the vector itself.
+template <typename T>
+[[gnu::noinline]] void changeVector(std::vector<T>& pixels, unsigned int width, unsigned int height)
+{
+    for (unsigned int y = 0; y < height; ++y) {
+        for (unsigned int x = 0; x < width; ++x) {
+            T& pixel = pixels[static_cast<std::size_t>(y) * width + x];
+            pixel = changed(pixel);
+        }
+    }
+}
+
 template <typename T>
 [[gnu::noinline]] void changeByOperator(Image<T>& image)
 {
@@ -106,10 +118,11 @@ void change(benchmark::State& state, void (*byAccess)(Image<T>&))
     if (!isRight(state, image, [&](auto i) { return changed(original[i]); })) {
         return;
     }
-    Image<T> other(original);
+    std::vector<T> vector(original.begin(), original.end());
     race(
         state, [&] { byAccess(image); },
-        {{"raw", [&] { changeRaw(other.GetRawPointer(), other.GetWidth(), other.GetHeight()); }}},
+        {{"raw", [&] { changeRaw(image.GetRawPointer(), image.GetWidth(), image.GetHeight()); }},
+         {"vector", [&] { changeVector(vector, image.GetWidth(), image.GetHeight()); }}},
         2 * sizeof(T));
 }
 

@@ -115,12 +115,12 @@ public:
 
     /// \name Size, type and copies
     /// \{
-    [[nodiscard]] const Math::Size2T<unsigned int>& GetSize() const noexcept override
+    [[nodiscard]] const Math::Size2T<unsigned int>& GetSize() const noexcept final
     {
         return m_data->GetSize();
     }
-    [[nodiscard]] unsigned int GetWidth() const noexcept override { return m_data->GetWidth(); }
-    [[nodiscard]] unsigned int GetHeight() const noexcept override { return m_data->GetHeight(); }
+    [[nodiscard]] unsigned int GetWidth() const noexcept final { return m_data->GetWidth(); }
+    [[nodiscard]] unsigned int GetHeight() const noexcept final { return m_data->GetHeight(); }
     /// Number of pixels.
     [[nodiscard]] unsigned long long size() const noexcept { return m_data->size(); }
     [[nodiscard]] bool empty() const noexcept { return m_data->empty(); }
@@ -129,6 +129,8 @@ public:
     /// \}
 
     /// \name Pixels, unchecked
+    /// As fast as a raw array, but for loops that write bytes: the compiler has to take each byte for a part
+    /// of the image that holds the array. Let those take GetRawPointer() first.
     /// \{
     [[nodiscard]] T GetPixel(unsigned int x, unsigned int y) const noexcept { return data()(x, y); }
     [[nodiscard]] T GetPixel(const Math::Point2T<unsigned int>& point) const noexcept
@@ -167,8 +169,8 @@ public:
     [[nodiscard]] const T* end() const noexcept { return data().end(); }
     [[nodiscard]] T* end() noexcept { return m_data->end(); }
 
-    [[nodiscard]] const ImageData<T>& GetImageData() const noexcept override { return *m_data; }
-    [[nodiscard]] ImageData<T>& GetImageData() noexcept override { return *m_data; }
+    [[nodiscard]] const ImageData<T>& GetImageData() const noexcept final { return *m_data; }
+    [[nodiscard]] ImageData<T>& GetImageData() noexcept final { return *m_data; }
     [[nodiscard]] std::shared_ptr<const ImageDataVariant> GetImageDataSPtr() const noexcept override;
     [[nodiscard]] std::shared_ptr<ImageDataVariant> GetImageDataSPtr() noexcept override;
     /// \}
@@ -177,8 +179,8 @@ public:
     /// Asking for the mask or one of its pixels makes it; a mask that is made on demand is all valid.
     /// Positions are not checked. In a loop, take the reference first.
     /// \{
-    [[nodiscard]] const Mask& GetMask() const override { return m_mask->ref(); }
-    [[nodiscard]] Mask& GetMask() override { return m_mask->ref(); }
+    [[nodiscard]] const Mask& GetMask() const final { return m_mask->ref(); }
+    [[nodiscard]] Mask& GetMask() final { return m_mask->ref(); }
     [[nodiscard]] std::shared_ptr<const Mask> GetMaskSPtr() const override;
     [[nodiscard]] std::shared_ptr<Mask> GetMaskSPtr() override;
     [[nodiscard]] bool IsMaskSpawned() const override;

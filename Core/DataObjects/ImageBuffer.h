@@ -122,17 +122,17 @@ public:
 
     /// \name Frames
     /// \{
-    [[nodiscard]] unsigned int getFrameCount() const noexcept override
+    [[nodiscard]] unsigned int getFrameCount() const noexcept final
     {
         return static_cast<unsigned int>(m_frames.size());
     }
     [[nodiscard]] unsigned long long size() const noexcept { return m_frames.size(); }
     [[nodiscard]] bool empty() const noexcept { return m_frames.empty(); }
-    [[nodiscard]] const ImageVolume<T>& getFrame(unsigned int frame) const noexcept override
+    [[nodiscard]] const ImageVolume<T>& getFrame(unsigned int frame) const noexcept final
     {
         return *m_frames[frame];
     }
-    [[nodiscard]] ImageVolume<T>& getFrame(unsigned int frame) noexcept override { return *m_frames[frame]; }
+    [[nodiscard]] ImageVolume<T>& getFrame(unsigned int frame) noexcept final { return *m_frames[frame]; }
     [[nodiscard]] std::shared_ptr<ImageVolumeVariant> getFrameSPtr(unsigned int frame) noexcept override;
     [[nodiscard]] std::shared_ptr<const ImageVolumeVariant>
     getFrameConstSPtr(unsigned int frame) const noexcept override;

@@ -41,7 +41,7 @@ void ImageData<T>::ReleaseAndDelete::operator()(RTE::MemoryBlock* block) const
 
 template <typename T>
 ImageData<T>::ImageData(const Math::Size2T<unsigned int>& size)
-    : m_hasOwnerShip(true), m_size(size), m_data(RTE::newArray<T>(pixelCount(size)))
+    : m_hasOwnerShip(true), m_size(size), m_rowLength(size.width), m_data(RTE::newArray<T>(pixelCount(size)))
 {
 }
 
@@ -65,7 +65,7 @@ ImageData<T>::ImageData(unsigned int width, unsigned int height, T value)
 
 template <typename T>
 ImageData<T>::ImageData(T* data, const Math::Size2T<unsigned int>& size, bool hasOwnerShip)
-    : m_hasOwnerShip(hasOwnerShip), m_size(size), m_data(data)
+    : m_hasOwnerShip(hasOwnerShip), m_size(size), m_rowLength(size.width), m_data(data)
 {
     RTE::verify(m_data != nullptr, "data-pointer is null");
 }
@@ -78,8 +78,8 @@ ImageData<T>::ImageData(T* data, unsigned int width, unsigned int height, bool h
 
 template <typename T>
 ImageData<T>::ImageData(std::unique_ptr<RTE::MemoryBlock> block, unsigned int width, unsigned int height)
-    : m_hasOwnerShip(false), m_size(width, height), m_data(block ? static_cast<T*>(block->data()) : nullptr),
-      m_memoryBlock(block.release())
+    : m_hasOwnerShip(false), m_size(width, height), m_rowLength(width),
+      m_data(block ? static_cast<T*>(block->data()) : nullptr), m_memoryBlock(block.release())
 {
     RTE::verify(m_data != nullptr, "data-pointer is null");
 }
@@ -136,6 +136,7 @@ ImageData<T>& ImageData<T>::operator=(ImageData&& other)
     if (!sameSize(m_size, other.m_size)) {
         m_data = RTE::newArray<T>(other.size());
         m_size = other.m_size;
+        m_rowLength = m_size.width;
         m_hasOwnerShip = true;
     }
     copyPixels(other.m_data);
@@ -264,6 +265,7 @@ void ImageData<T>::stealFrom(ImageData& other) noexcept
 {
     m_hasOwnerShip = std::exchange(other.m_hasOwnerShip, true);
     m_size = std::exchange(other.m_size, {});
+    m_rowLength = std::exchange(other.m_rowLength, 0);
     m_data = std::exchange(other.m_data, nullptr);
 }
 

@@ -94,17 +94,17 @@ public:
 
     /// \name Queries
     /// \{
-    [[nodiscard]] const Math::Size2T<unsigned int>& GetSize() const noexcept override { return m_size; }
-    [[nodiscard]] unsigned int GetWidth() const noexcept override { return m_size.width; }
-    [[nodiscard]] unsigned int GetHeight() const noexcept override { return m_size.height; }
-    [[nodiscard]] bool HasOwnerShip() const noexcept override { return m_hasOwnerShip; }
+    [[nodiscard]] const Math::Size2T<unsigned int>& GetSize() const noexcept final { return m_size; }
+    [[nodiscard]] unsigned int GetWidth() const noexcept final
+    {
+        return static_cast<unsigned int>(m_rowLength);
+    }
+    [[nodiscard]] unsigned int GetHeight() const noexcept final { return m_size.height; }
+    [[nodiscard]] bool HasOwnerShip() const noexcept final { return m_hasOwnerShip; }
     [[nodiscard]] E_DataType GetDataType() const noexcept override;
     [[nodiscard]] std::unique_ptr<ImageDataVariant> CreateCopy() const override;
     /// Number of pixels.
-    [[nodiscard]] unsigned long long size() const noexcept
-    {
-        return static_cast<unsigned long long>(m_size.width) * m_size.height;
-    }
+    [[nodiscard]] unsigned long long size() const noexcept { return m_rowLength * m_size.height; }
     /// Number of pixels too, not of bytes.
     [[nodiscard]] unsigned long long GetRawSize() const noexcept { return size(); }
     [[nodiscard]] bool empty() const noexcept { return size() == 0; }
@@ -195,7 +195,7 @@ private:
 
     [[nodiscard]] unsigned long long GetArrayOffset(unsigned int x, unsigned int y) const noexcept
     {
-        return static_cast<unsigned long long>(y) * m_size.width + x;
+        return y * m_rowLength + x;
     }
     [[nodiscard]] unsigned long long GetArrayOffset(const Math::Point2T<unsigned int>& point) const noexcept
     {
@@ -206,6 +206,9 @@ private:
 
     bool m_hasOwnerShip;
     Math::Size2T<unsigned int> m_size;
+    // The width as a type that no pixel has: a loop that writes `int` pixels would otherwise have to read it
+    // again after each of them.
+    unsigned long long m_rowLength;
     T* m_data;
     std::unique_ptr<RTE::MemoryBlock, ReleaseAndDelete> m_memoryBlock;
 };

@@ -91,9 +91,9 @@ public:
     /// \name Size, type, ownership and copies
     /// \{
     [[nodiscard]] Math::Size3T<unsigned int> GetSize() const noexcept override;
-    [[nodiscard]] unsigned int GetWidth() const noexcept override { return m_planes.front()->GetWidth(); }
-    [[nodiscard]] unsigned int GetHeight() const noexcept override { return m_planes.front()->GetHeight(); }
-    [[nodiscard]] unsigned int GetDepth() const noexcept override
+    [[nodiscard]] unsigned int GetWidth() const noexcept final { return m_planes.front()->GetWidth(); }
+    [[nodiscard]] unsigned int GetHeight() const noexcept final { return m_planes.front()->GetHeight(); }
+    [[nodiscard]] unsigned int GetDepth() const noexcept final
     {
         return static_cast<unsigned int>(m_planes.size());
     }
