@@ -9,6 +9,7 @@
 #include "Core/Buffer/C_FrameAttributes.h"
 #include "Core/Buffer/C_TypedScalarFrame.h"
 #include "Core/Buffer/DataType.h"
+#include "Core/Buffer/FrameStream.h"
 #include "Core/Buffer/I_Attribute.h"
 #include "Core/Buffer/I_Buffer.h"
 #include "Core/Buffer/I_Component.h"

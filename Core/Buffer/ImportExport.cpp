@@ -60,6 +60,19 @@ std::size_t indexOfName(const QString& path)
 
 } // namespace
 
+std::unique_ptr<Formats::FrameWriter> Formats::createWriter(const QString& path, const OutputPath& output,
+                                                            const BufferOptions& options, Lasting lasting)
+{
+    const FileFormat& format = *fileFormats()[indexOfName(path)];
+    auto writer =
+        lasting == Lasting::Yes ? format.createLasting(output, options) : format.create(output, options);
+    if (!writer) {
+        RTE::raise(RTE::FileWriteError(
+            QStringLiteral("Cannot write '%1': %2 files are only read").arg(path, format.about().name)));
+    }
+    return writer;
+}
+
 const std::vector<KnownFormat>& knownFormats()
 {
     static const std::vector<KnownFormat> formats = [] {
@@ -92,13 +105,8 @@ void ExportBuffer(const I_Buffer* buffer, const QString& path, const BufferOptio
     if (buffer == nullptr) {
         RTE::raise(RTE::InvalidArgumentError(QStringLiteral("Buffer is NULL")));
     }
-    const FileFormat& format = *fileFormats()[indexOfName(path)];
     Formats::AtomicFile target(path);
-    const auto writer = format.create(target.output(), options);
-    if (!writer) {
-        RTE::raise(RTE::FileWriteError(
-            QStringLiteral("Cannot write '%1': %2 files are only read").arg(path, format.about().name)));
-    }
+    const auto writer = Formats::createWriter(path, target.output(), options, Formats::Lasting::No);
     for (unsigned int index = 0; index < buffer->GetFrameCount(); ++index) {
         writer->append(*buffer->GetFrame(index));
     }

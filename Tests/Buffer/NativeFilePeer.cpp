@@ -2,6 +2,8 @@
 // The C++ side of Python/native_file_test.py: writes files that Python reads, and reads files that it
 // changed.
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/FrameStream.h"
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/SampleBuffers.h"
 
@@ -20,6 +22,23 @@ void writeBoth(const I_Buffer& buffer, const QDir& directory, const std::string&
     const QString base = QString::fromStdString(name);
     ExportBuffer(&buffer, directory.filePath(base + QStringLiteral(".packed.qfi")), {{"PackType", 2}});
     ExportBuffer(&buffer, directory.filePath(base + QStringLiteral(".plain.qfi")), {{"PackType", 0}});
+}
+
+/// What a stream is when it is finished, and what it leaves when it is killed: between two frames, and in the
+/// midst of writing the first of its two tables of contents.
+void writeStreamed(const I_Buffer& buffer, const QDir& directory, const QString& base)
+{
+    const QString path = directory.filePath(base + QStringLiteral(".streamed.qfi"));
+    FrameStream stream(path, {{"PackType", 2}});
+    TestSupport::setText(stream.description(), "Camera", QStringLiteral("Größe"));
+    for (unsigned int i = 0; i < buffer.GetFrameCount(); ++i) {
+        stream.append(*buffer.GetFrame(i));
+    }
+    QByteArray killed = TestSupport::contentOf(path);
+    TestSupport::writeContent(directory.filePath(base + QStringLiteral(".killed.qfi")), killed);
+    killed.replace(0, 8, QByteArray(8, '\0'));
+    TestSupport::writeContent(directory.filePath(base + QStringLiteral(".torn.qfi")), killed);
+    stream.finish();
 }
 
 void writePixels(const I_Buffer& buffer, const QString& path)
@@ -46,6 +65,8 @@ void writeFiles(const QDir& directory)
         writeBoth(*sample.make(), directory, "sample-" + sample.name);
     }
     writeBoth(*images(), directory, "images");
+    writeStreamed(*images(), directory, QStringLiteral("images"));
+    writeStreamed(*TestSupport::vectorFields(4), directory, QStringLiteral("vectors"));
     writePixels(*images(), directory.filePath(QStringLiteral("images.raw")));
     writeBoth(*TestSupport::vectorFields(4), directory, "vectors");
     writeBoth(*TestSupport::vectorFields(1), directory, "one");

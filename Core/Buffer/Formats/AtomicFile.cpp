@@ -131,6 +131,12 @@ AtomicFile::~AtomicFile()
 
 void AtomicFile::commit()
 {
+    if (m_isCommitted) {
+        if (!sync(m_target)) {
+            failBySystem(m_name);
+        }
+        return;
+    }
     const QByteArray from = QFile::encodeName(m_temporary);
     const QByteArray to = QFile::encodeName(m_target);
     if (!sync(m_temporary)) {
@@ -148,6 +154,11 @@ void AtomicFile::commit()
     m_isCommitted = true;
     // The new name is on the disk once its directory is; without that the old file is found after a crash.
     sync(QFileInfo(m_target).absolutePath());
+}
+
+void AtomicFile::discard()
+{
+    QFile::remove(m_isCommitted ? m_target : m_temporary);
 }
 
 } // namespace BufferApi::Formats

@@ -27,8 +27,11 @@ public:
     /// Where to write.
     [[nodiscard]] OutputPath output() const { return {m_temporary, m_name}; }
     /// Brings the bytes to the disk and gives the file its name in place of the one that has it, whose
-    /// permissions it takes over. \throws RTE::FileWriteError
+    /// permissions it takes over. When it has its name already, the bytes alone that were written since.
+    /// \throws RTE::FileWriteError
     void commit();
+    /// Removes the file, under whichever name it stands.
+    void discard();
 
 private:
     void checkTarget();

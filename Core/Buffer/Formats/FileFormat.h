@@ -30,6 +30,9 @@ public:
     /// Refuses, before it writes any of it, a frame that the format cannot hold without loss, with a hint
     /// what can.
     virtual void append(const I_Frame& frame) = 0;
+    /// Makes the file whole with all that was appended, and with name and attributes of the buffer, however
+    /// the process ends from now on. \returns false when the file cannot be had before `finish`
+    virtual bool acknowledge(const I_Buffer& /*buffer*/) { return false; }
     /// Writes name and attributes of the buffer (its frames are not looked at) and closes the file.
     virtual void finish(const I_Buffer& buffer) = 0;
 };
@@ -52,7 +55,25 @@ public:
     /// Errors call the file by the name of `path`. Null for a format that is only read, as `about` tells.
     [[nodiscard]] virtual std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                               const BufferOptions& options) const = 0;
+    /// A writer whose `acknowledge` is true, where the format has one.
+    [[nodiscard]] virtual std::unique_ptr<FrameWriter> createLasting(const OutputPath& path,
+                                                                     const BufferOptions& options) const
+    {
+        return create(path, options);
+    }
 };
+
+/// Whether a file has to be whole whenever the process ends, or only when it is finished.
+enum class Lasting
+{
+    No,
+    Yes
+};
+
+/// A writer of the format that the extension of `path` asks for, lasting where the format can be.
+/// \throws RTE::FileWriteError for a format that is only read
+[[nodiscard]] std::unique_ptr<FrameWriter> createWriter(const QString& path, const OutputPath& output,
+                                                        const BufferOptions& options, Lasting lasting);
 
 /// All formats; the first is the native one, which also takes every extension that no other owns.
 [[nodiscard]] const std::vector<std::unique_ptr<const FileFormat>>& fileFormats();

@@ -3,6 +3,7 @@
 
 #include "Core/Buffer/Formats/Hdf5Bytes.h"
 #include "Core/Buffer/Formats/Hdf5Call.h"
+#include "Core/Buffer/Formats/Hdf5Storage.h"
 
 #include <QFile>
 
@@ -98,6 +99,33 @@ Handle datasetProperties(const FileContext& file, const DatasetLayout& layout)
     return properties;
 }
 
+/// Begins a table of contents in the storage of the file.
+Handle createTable(const FileContext& file, const std::shared_ptr<Storage>& storage, Storage::Table table)
+{
+    const std::shared_ptr<FileBytes> bytes(storage, &storage->bytes(table));
+    const Handle access = accessProperties(file, bytes);
+    const Handle properties = creationProperties(file, [] { return static_cast<hid_t>(H5P_FILE_CREATE); });
+    checked(file, "properties", [&] {
+        const hid_t id = properties.get();
+        herr_t worst = H5Pset_link_creation_order(id, H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
+        // The storage alone knows when space may be used again.
+        if (storage->isLasting()) {
+            worst = std::min(worst, H5Pset_file_space_strategy(id, H5F_FSPACE_STRATEGY_NONE, 0, 1));
+        }
+        const bool isTwin = table == Storage::Table::Twin;
+        return isTwin ? std::min(worst, H5Pset_userblock(id, Storage::twinAddress)) : worst;
+    });
+    const QByteArray name = QFile::encodeName(file.path());
+    return checkedHandle(file, "create", H5Fclose, [&] {
+        return H5Fcreate(name.constData(), H5F_ACC_TRUNC, properties.get(), access.get());
+    });
+}
+
+Handle openRoot(const FileContext& context, const Handle& file)
+{
+    return checkedHandle(context, "/", H5Gclose, [&] { return H5Gopen2(file.get(), "/", H5P_DEFAULT); });
+}
+
 } // namespace
 
 Serial::Serial() : m_lock(libraryMutex())
@@ -188,7 +216,7 @@ unsigned long long elementSize(Element element) noexcept
 
 void FileContext::fail(const QString& reason, RTE::SourceLocation location) const
 {
-    if (m_isWriting) {
+    if (m_storage) {
         RTE::raise(RTE::FileWriteError(QStringLiteral("Cannot write '%1': %2").arg(m_path, reason)),
                    location);
     }
@@ -197,7 +225,7 @@ void FileContext::fail(const QString& reason, RTE::SourceLocation location) cons
 
 QString FileContext::takeFailure() const
 {
-    return m_bytes->takeFailure();
+    return m_storage ? m_storage->failure() : m_bytes->takeFailure();
 }
 
 Handle::Handle(Handle&& other) noexcept
@@ -230,8 +258,8 @@ hid_t Handle::release() noexcept
     return std::exchange(m_id, H5I_INVALID_HID);
 }
 
-Dataset::Dataset(Handle handle, ContextPointer file, std::string name)
-    : Object(std::move(handle), std::move(file), std::move(name))
+Dataset::Dataset(Handle handle, ContextPointer file, std::string name, Handle twin)
+    : Object(std::move(handle), std::move(file), std::move(name), std::move(twin))
 {
     readLayout();
 }
@@ -293,7 +321,9 @@ Filters Dataset::readFilters(hid_t properties, bool& onlyKnown) const
 
 void Dataset::resize(const Extents& extents)
 {
-    checked(*m_file, m_name, [&] { return H5Dset_extent(m_handle.get(), extents.data()); });
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        checked(*m_file, m_name, [&] { return H5Dset_extent(id, extents.data()); });
+    });
     m_layout.extents = extents;
 }
 
@@ -313,11 +343,21 @@ unsigned int Dataset::readChunk(const Extents& offset, void* destination) const
     return mask;
 }
 
-void Dataset::writeChunk(const Extents& offset, std::span<const unsigned char> stored)
+FilePiece Dataset::writeChunk(const Extents& offset, std::span<const unsigned char> stored,
+                              const std::optional<FilePiece>& replaced)
 {
-    checked(*m_file, m_name, [&] {
-        return H5Dwrite_chunk(m_handle.get(), H5P_DEFAULT, 0, offset.data(), stored.size(), stored.data());
+    Storage& storage = *m_file->storage();
+    storage.expectChunk(stored);
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        checked(*m_file, m_name, [&] {
+            return H5Dwrite_chunk(id, H5P_DEFAULT, 0, offset.data(), stored.size(), stored.data());
+        });
     });
+    const FilePiece place = storage.writeChunk(replaced);
+    if (!storage.failure().isNull()) {
+        m_file->fail(storage.failure());
+    }
+    return place;
 }
 
 void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const
@@ -339,13 +379,19 @@ void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, vo
 
 void Dataset::makeScale(const std::string& title)
 {
-    checked(*m_file, m_name, [&] { return H5DSset_scale(m_handle.get(), title.c_str()); });
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        checked(*m_file, m_name, [&] { return H5DSset_scale(id, title.c_str()); });
+    });
 }
 
 void Dataset::attachScale(const Dataset& scale, unsigned int dimension)
 {
     checked(*m_file, m_name,
             [&] { return H5DSattach_scale(m_handle.get(), scale.m_handle.get(), dimension); });
+    if (m_twin.isOpen()) {
+        checked(*m_file, m_name,
+                [&] { return H5DSattach_scale(m_twin.get(), scale.m_twin.get(), dimension); });
+    }
 }
 
 bool Group::contains(const std::string& name) const
@@ -401,12 +447,12 @@ Group Group::createGroup(const std::string& name)
     checked(*m_file, name, [&] {
         return H5Pset_link_creation_order(properties.get(), H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
     });
-    return Group(checkedHandle(*m_file, name, H5Gclose,
-                               [&] {
-                                   return H5Gcreate2(m_handle.get(), name.c_str(), H5P_DEFAULT,
-                                                     properties.get(), H5P_DEFAULT);
-                               }),
-                 m_file, name);
+    const auto make = [&](hid_t parent) {
+        return checkedHandle(*m_file, name, H5Gclose, [&] {
+            return H5Gcreate2(parent, name.c_str(), H5P_DEFAULT, properties.get(), H5P_DEFAULT);
+        });
+    };
+    return {make(m_handle.get()), m_file, name, madeInTwin(m_twin, make)};
 }
 
 Dataset Group::createDataset(const std::string& name, const DatasetLayout& layout)
@@ -417,43 +463,54 @@ Dataset Group::createDataset(const std::string& name, const DatasetLayout& layou
         return H5Screate_simple(static_cast<int>(layout.extents.size()), layout.extents.data(),
                                 layout.maximum.data());
     });
-    return Dataset(checkedHandle(*m_file, name, H5Dclose,
-                                 [&] {
-                                     return H5Dcreate2(m_handle.get(), name.c_str(), typeOf(layout.element),
-                                                       space.get(), H5P_DEFAULT, properties.get(),
-                                                       access.get());
-                                 }),
-                   m_file, name);
+    const auto make = [&](hid_t parent) {
+        return checkedHandle(*m_file, name, H5Dclose, [&] {
+            return H5Dcreate2(parent, name.c_str(), typeOf(layout.element), space.get(), H5P_DEFAULT,
+                              properties.get(), access.get());
+        });
+    };
+    return {make(m_handle.get()), m_file, name, madeInTwin(m_twin, make)};
 }
 
-File::File(Handle file, Handle root, ContextPointer context)
-    : Group(std::move(root), std::move(context), "/"), m_fileHandle(std::move(file))
+void Group::remove(const std::string& name)
+{
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        checked(*m_file, name, [&] { return H5Ldelete(id, name.c_str(), H5P_DEFAULT); });
+    });
+}
+
+File::File(Handle file, Handle root, ContextPointer context, Handle twin, Handle twinRoot)
+    : Group(std::move(root), std::move(context), "/", std::move(twinRoot)), m_fileHandle(std::move(file)),
+      m_fileTwin(std::move(twin))
 {
 }
 
 File File::create(const Formats::OutputPath& path)
 {
-    const auto bytes = std::make_shared<FileBytes>(path);
-    auto context = std::make_shared<const FileContext>(path.name, true, bytes);
-    const Handle access = accessProperties(*context, bytes);
-    const Handle properties =
-        creationProperties(*context, [] { return static_cast<hid_t>(H5P_FILE_CREATE); });
-    checked(*context, "properties", [&] {
-        return H5Pset_link_creation_order(properties.get(), H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
-    });
-    const QByteArray encoded = QFile::encodeName(path.path);
-    Handle file = checkedHandle(*context, "create", H5Fclose, [&] {
-        return H5Fcreate(encoded.constData(), H5F_ACC_TRUNC, properties.get(), access.get());
-    });
-    Handle root =
-        checkedHandle(*context, "/", H5Gclose, [&] { return H5Gopen2(file.get(), "/", H5P_DEFAULT); });
-    return File(std::move(file), std::move(root), std::move(context));
+    return create(path, false);
+}
+
+File File::createLasting(const Formats::OutputPath& path)
+{
+    return create(path, true);
+}
+
+File File::create(const Formats::OutputPath& path, bool isLasting)
+{
+    const auto storage = std::make_shared<Storage>(path, isLasting);
+    auto context = std::make_shared<const FileContext>(path.name, storage);
+    Handle main = createTable(*context, storage, Storage::Table::Main);
+    Handle twin = isLasting ? createTable(*context, storage, Storage::Table::Twin) : Handle();
+    Handle mainRoot = openRoot(*context, main);
+    Handle twinRoot = isLasting ? openRoot(*context, twin) : Handle();
+    return File(std::move(main), std::move(mainRoot), std::move(context), std::move(twin),
+                std::move(twinRoot));
 }
 
 File File::open(const QString& path)
 {
-    const auto bytes = std::make_shared<FileBytes>(path);
-    auto context = std::make_shared<const FileContext>(path, false, bytes);
+    const auto bytes = std::make_shared<InputBytes>(path);
+    auto context = std::make_shared<const FileContext>(path, bytes);
     const Handle access = accessProperties(*context, bytes);
     const QByteArray encoded = QFile::encodeName(path);
     QString reason;
@@ -471,16 +528,14 @@ File File::open(const QString& path)
     if (!reason.isNull()) {
         RTE::raise(RTE::FileOpenError(QStringLiteral("Cannot open '%1': %2").arg(path, reason)));
     }
-    Handle root =
-        checkedHandle(*context, "/", H5Gclose, [&] { return H5Gopen2(file.get(), "/", H5P_DEFAULT); });
+    Handle root = openRoot(*context, file);
     return File(std::move(file), std::move(root), std::move(context));
 }
 
 Group File::root() const
 {
-    return Group(checkedHandle(*m_file, m_name, H5Gclose,
-                               [&] { return H5Gopen2(m_fileHandle.get(), "/", H5P_DEFAULT); }),
-                 m_file, m_name);
+    return {openRoot(*m_file, m_fileHandle), m_file, m_name,
+            m_fileTwin.isOpen() ? openRoot(*m_file, m_fileTwin) : Handle()};
 }
 
 unsigned long long File::size() const
@@ -492,14 +547,35 @@ unsigned long long File::size() const
 
 void File::flush()
 {
-    checked(*m_file, "flush", [&] { return H5Fflush(m_fileHandle.get(), H5F_SCOPE_LOCAL); });
+    forEachTable(m_fileHandle, m_fileTwin,
+                 [&](hid_t id) { checked(*m_file, "flush", [&] { return H5Fflush(id, H5F_SCOPE_LOCAL); }); });
+    Storage& storage = *m_file->storage();
+    if (storage.isLasting()) {
+        storage.commit();
+    }
+    failIfNotWritten();
 }
 
 void File::close()
 {
     m_handle.close();
-    const hid_t id = m_fileHandle.release();
-    checked(*m_file, "close", [&] { return H5Fclose(id); });
+    m_twin.close();
+    for (Handle* file : {&m_fileHandle, &m_fileTwin}) {
+        if (file->isOpen()) {
+            const hid_t id = file->release();
+            checked(*m_file, "close", [&] { return H5Fclose(id); });
+        }
+    }
+    m_file->storage()->finish();
+    failIfNotWritten();
+}
+
+void File::failIfNotWritten() const
+{
+    const QString& failure = m_file->storage()->failure();
+    if (!failure.isNull()) {
+        m_file->fail(failure);
+    }
 }
 
 } // namespace BufferApi::Hdf5

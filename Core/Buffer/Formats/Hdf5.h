@@ -27,6 +27,16 @@ namespace BufferApi::Hdf5
 /// Number of elements along each dimension, slowest first.
 using Extents = std::vector<unsigned long long>;
 
+class InputBytes;
+class Storage;
+
+/// Where something lies in the file.
+struct FilePiece
+{
+    unsigned long long address = 0;
+    unsigned long long bytes = 0;
+};
+
 /// What the datasets and numeric attributes of the native file are made of; little endian in the file.
 enum class Element
 {
@@ -46,18 +56,24 @@ inline constexpr Element elementOf<long long> = Element::I64;
 
 [[nodiscard]] unsigned long long elementSize(Element element) noexcept;
 
-class FileBytes;
-
 /// The file that a call belongs to; names it in every error.
 class FileContext
 {
 public:
-    FileContext(QString path, bool isWriting, std::shared_ptr<FileBytes> bytes)
-        : m_path(std::move(path)), m_isWriting(isWriting), m_bytes(std::move(bytes))
+    /// Of a file that is read.
+    FileContext(QString path, std::shared_ptr<InputBytes> bytes)
+        : m_path(std::move(path)), m_bytes(std::move(bytes))
+    {
+    }
+    /// Of a file that is written.
+    FileContext(QString path, std::shared_ptr<Storage> storage)
+        : m_path(std::move(path)), m_storage(std::move(storage))
     {
     }
 
     [[nodiscard]] const QString& path() const noexcept { return m_path; }
+    /// Null for a file that is read.
+    [[nodiscard]] Storage* storage() const noexcept { return m_storage.get(); }
     /// Raises RTE::FileReadError "Cannot read 'path': reason", or RTE::FileWriteError for a file that is
     /// written.
     [[noreturn]] void fail(const QString& reason,
@@ -68,8 +84,8 @@ public:
 
 private:
     QString m_path;
-    bool m_isWriting;
-    std::shared_ptr<FileBytes> m_bytes;
+    std::shared_ptr<InputBytes> m_bytes;
+    std::shared_ptr<Storage> m_storage;
 };
 
 using ContextPointer = std::shared_ptr<const FileContext>;
@@ -87,6 +103,7 @@ public:
     ~Handle();
 
     [[nodiscard]] hid_t get() const noexcept { return m_id; }
+    [[nodiscard]] bool isOpen() const noexcept { return m_id != H5I_INVALID_HID; }
     void close() noexcept;
     /// Gives the identifier to the caller, who has to close it.
     [[nodiscard]] hid_t release() noexcept;
@@ -116,8 +133,11 @@ struct Attribute
 class Object
 {
 public:
-    Object(Handle handle, ContextPointer file, std::string name)
-        : m_handle(std::move(handle)), m_file(std::move(file)), m_name(std::move(name))
+    /// \param twin the same object in the twin of a lasting file's table of contents; every change is made in
+    /// both
+    Object(Handle handle, ContextPointer file, std::string name, Handle twin = {})
+        : m_file(std::move(file)), m_name(std::move(name)), m_handle(std::move(handle)),
+          m_twin(std::move(twin))
     {
     }
 
@@ -146,13 +166,15 @@ public:
         writeScalar(name, elementOf<T>, &value);
     }
     void renameAttribute(const std::string& from, const std::string& to);
+    void removeAttribute(const std::string& name);
 
 protected:
     void writeScalar(const std::string& name, Element element, const void* value);
 
-    Handle m_handle;
     ContextPointer m_file;
     std::string m_name;
+    Handle m_handle;
+    Handle m_twin;
 };
 
 /// How the chunks of a dataset pass through the filters.
@@ -183,7 +205,7 @@ class Dataset : public Object
 {
 public:
     using Object::Object;
-    Dataset(Handle handle, ContextPointer file, std::string name);
+    Dataset(Handle handle, ContextPointer file, std::string name, Handle twin = {});
 
     [[nodiscard]] const Extents& extents() const noexcept { return m_layout.extents; }
     /// The layout; `chunk` is empty when the chunks cannot be read as raw bytes of our kinds, so that
@@ -196,7 +218,10 @@ public:
     /// Reads the stored bytes, `storedChunkBytes` of them, and gives the mask of the filters that they did
     /// not go through.
     unsigned int readChunk(const Extents& offset, void* destination) const;
-    void writeChunk(const Extents& offset, std::span<const unsigned char> stored);
+    /// \param replaced where the chunk at this offset lay, whose space is then used for others; a chunk of
+    /// the same size would be written over it, which a lasting file refuses
+    FilePiece writeChunk(const Extents& offset, std::span<const unsigned char> stored,
+                         const std::optional<FilePiece>& replaced = {});
     /// Reads a block through the library's own filters, holding the lock meanwhile.
     void readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const;
 
@@ -226,6 +251,7 @@ public:
 
     [[nodiscard]] Group createGroup(const std::string& name);
     [[nodiscard]] Dataset createDataset(const std::string& name, const DatasetLayout& layout);
+    void remove(const std::string& name);
 };
 
 /// An open file; as a group it is the root.
@@ -234,6 +260,9 @@ class File : public Group
 public:
     /// Makes a new file, replacing what has its name.
     [[nodiscard]] static File create(const Formats::OutputPath& path);
+    /// The same of a file that stays whole whenever the process ends: with what was there at the last
+    /// `flush`.
+    [[nodiscard]] static File createLasting(const Formats::OutputPath& path);
     /// Opens read only and without the library's file lock. \throws RTE::FileOpenError
     [[nodiscard]] static File open(const QString& path);
 
@@ -246,9 +275,12 @@ public:
     void close();
 
 private:
-    File(Handle file, Handle root, ContextPointer context);
+    File(Handle file, Handle root, ContextPointer context, Handle twin = {}, Handle twinRoot = {});
+    [[nodiscard]] static File create(const Formats::OutputPath& path, bool isLasting);
+    void failIfNotWritten() const;
 
     Handle m_fileHandle;
+    Handle m_fileTwin;
 };
 
 } // namespace BufferApi::Hdf5

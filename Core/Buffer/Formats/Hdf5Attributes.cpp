@@ -180,28 +180,42 @@ void Object::writeText(const std::string& name, const QByteArray& utf8)
     const std::string what = m_name + "@" + name;
     const Handle type = textType(*m_file, what, static_cast<unsigned long long>(utf8.size()));
     const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
-    writeAttribute(*m_file, what, m_handle.get(), name, type, space, utf8.constData());
+    forEachTable(m_handle, m_twin,
+                 [&](hid_t id) { writeAttribute(*m_file, what, id, name, type, space, utf8.constData()); });
 }
 
 void Object::writeNumbers(const std::string& name, Element element, const QByteArray& bytes)
 {
     const std::string what = m_name + "@" + name;
     const auto count = static_cast<unsigned long long>(bytes.size()) / elementSize(element);
-    writeAttribute(*m_file, what, m_handle.get(), name, copyOf(*m_file, what, element),
-                   listSpace(*m_file, what, count), count == 0 ? nullptr : bytes.constData());
+    const Handle type = copyOf(*m_file, what, element);
+    const Handle space = listSpace(*m_file, what, count);
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        writeAttribute(*m_file, what, id, name, type, space, count == 0 ? nullptr : bytes.constData());
+    });
 }
 
 void Object::writeScalar(const std::string& name, Element element, const void* value)
 {
     const std::string what = m_name + "@" + name;
     const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
-    writeAttribute(*m_file, what, m_handle.get(), name, copyOf(*m_file, what, element), space, value);
+    const Handle type = copyOf(*m_file, what, element);
+    forEachTable(m_handle, m_twin,
+                 [&](hid_t id) { writeAttribute(*m_file, what, id, name, type, space, value); });
 }
 
 void Object::renameAttribute(const std::string& from, const std::string& to)
 {
-    checked(*m_file, m_name + "@" + from,
-            [&] { return H5Arename(m_handle.get(), from.c_str(), to.c_str()); });
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        checked(*m_file, m_name + "@" + from, [&] { return H5Arename(id, from.c_str(), to.c_str()); });
+    });
+}
+
+void Object::removeAttribute(const std::string& name)
+{
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        checked(*m_file, m_name + "@" + name, [&] { return H5Adelete(id, name.c_str()); });
+    });
 }
 
 } // namespace BufferApi::Hdf5

@@ -2,7 +2,6 @@
 #include "Core/Buffer/Formats/Hdf5Bytes.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <iterator>
 #include <limits>
 
@@ -18,17 +17,11 @@ using BytesPointer = std::shared_ptr<FileBytes>;
 struct LibraryFile : H5FD_t
 {
     BytesPointer bytes;
-    haddr_t end = 0;
 };
 
-LibraryFile& fileOf(H5FD_t* file)
+FileBytes& bytesOf(const H5FD_t* file)
 {
-    return static_cast<LibraryFile&>(*file);
-}
-
-const LibraryFile& fileOf(const H5FD_t* file)
-{
-    return static_cast<const LibraryFile&>(*file);
+    return *static_cast<const LibraryFile&>(*file).bytes;
 }
 
 H5FD_t* openFile(const char*, unsigned, hid_t access, haddr_t)
@@ -39,47 +32,55 @@ H5FD_t* openFile(const char*, unsigned, hid_t access, haddr_t)
 
 herr_t closeFile(H5FD_t* file)
 {
-    delete &fileOf(file);
+    delete static_cast<LibraryFile*>(file);
     return 0;
 }
 
-herr_t query(const H5FD_t*, unsigned long* flags)
+herr_t query(const H5FD_t* file, unsigned long* flags)
 {
-    *flags = H5FD_FEAT_AGGREGATE_METADATA | H5FD_FEAT_ACCUMULATE_METADATA | H5FD_FEAT_DATA_SIEVE |
-             H5FD_FEAT_AGGREGATE_SMALLDATA | H5FD_FEAT_DEFAULT_VFD_COMPATIBLE;
+    constexpr unsigned long parting = H5FD_FEAT_AGGREGATE_METADATA | H5FD_FEAT_ACCUMULATE_METADATA |
+                                      H5FD_FEAT_DATA_SIEVE | H5FD_FEAT_AGGREGATE_SMALLDATA;
+    // The library asks without a file, too.
+    const bool isParting = file == nullptr || bytesOf(file).leavesSpaceToLibrary();
+    *flags = H5FD_FEAT_DEFAULT_VFD_COMPATIBLE | (isParting ? parting : 0);
     return 0;
+}
+
+haddr_t allocate(H5FD_t* file, H5FD_mem_t type, hid_t, hsize_t bytes)
+{
+    return bytesOf(file).allocate(type == H5FD_MEM_DRAW, bytes).value_or(HADDR_UNDEF);
 }
 
 haddr_t getEnd(const H5FD_t* file, H5FD_mem_t)
 {
-    return fileOf(file).end;
+    return bytesOf(file).end();
 }
 
 herr_t setEnd(H5FD_t* file, H5FD_mem_t, haddr_t end)
 {
-    fileOf(file).end = end;
+    bytesOf(file).setEnd(end);
     return 0;
 }
 
 haddr_t getSize(const H5FD_t* file, H5FD_mem_t)
 {
-    return fileOf(file).bytes->size();
+    return bytesOf(file).size();
 }
 
 herr_t read(H5FD_t* file, H5FD_mem_t, hid_t, haddr_t address, std::size_t bytes, void* destination)
 {
-    return fileOf(file).bytes->read(address, destination, bytes) ? 0 : -1;
+    return bytesOf(file).read(address, destination, bytes) ? 0 : -1;
 }
 
 herr_t write(H5FD_t* file, H5FD_mem_t, hid_t, haddr_t address, std::size_t bytes, const void* source)
 {
-    fileOf(file).bytes->write(address, source, bytes);
+    bytesOf(file).write(address, source, bytes);
     return 0;
 }
 
 herr_t truncate(H5FD_t* file, hid_t, hbool_t)
 {
-    fileOf(file).bytes->resize(fileOf(file).end);
+    bytesOf(file).truncate();
     return 0;
 }
 
@@ -93,6 +94,7 @@ H5FD_class_t makeClass()
     driver.open = openFile;
     driver.close = closeFile;
     driver.query = query;
+    driver.alloc = allocate;
     driver.get_eoa = getEnd;
     driver.set_eoa = setEnd;
     driver.get_eof = getSize;
@@ -106,35 +108,17 @@ H5FD_class_t makeClass()
 
 } // namespace
 
-bool FileBytes::read(unsigned long long offset, void* destination, unsigned long long bytes)
+std::optional<unsigned long long> FileBytes::allocate(bool, unsigned long long bytes)
 {
-    if (m_input) {
-        m_failure = m_input->tryRead(offset, destination, bytes);
-    } else if (!m_output->tryRead(offset, destination, bytes)) {
-        m_failure = qt_error_string(errno);
-    }
+    const unsigned long long address = end();
+    setEnd(address + bytes);
+    return address;
+}
+
+bool InputBytes::read(unsigned long long offset, void* destination, unsigned long long bytes)
+{
+    m_failure = m_file.tryRead(offset, destination, bytes);
     return m_failure.isNull();
-}
-
-void FileBytes::write(unsigned long long offset, const void* source, unsigned long long bytes)
-{
-    m_written = std::max(m_written, offset + bytes);
-    if (m_failure.isNull() && !m_output->tryOverwrite(offset, source, bytes)) {
-        m_failure = qt_error_string(errno);
-    }
-}
-
-void FileBytes::resize(unsigned long long bytes)
-{
-    if (m_output && m_written != bytes && m_failure.isNull() && !m_output->tryResize(bytes)) {
-        m_failure = qt_error_string(errno);
-    }
-    m_written = bytes;
-}
-
-QString FileBytes::takeFailure()
-{
-    return m_input ? std::exchange(m_failure, QString()) : m_failure;
 }
 
 herr_t useBytes(hid_t accessProperties, const BytesPointer& bytes)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "Core/Buffer/Formats/InputFile.h"
-#include "Core/Buffer/Formats/OutputFile.h"
 
 #include <hdf5.h>
 
@@ -12,7 +11,7 @@
 namespace BufferApi::Hdf5
 {
 
-/// The bytes of a file below the C library, whose driver reads and writes here.
+/// The bytes of a file below the C library, whose driver reads and writes here, under the library's lock.
 ///
 /// The library by itself takes what lies beyond the end of a shortened file for zeros, and after a failed
 /// write it can neither close the file nor end the process in order. So a read of bytes that are not there
@@ -21,33 +20,53 @@ namespace BufferApi::Hdf5
 class FileBytes
 {
 public:
-    /// For reading. \throws RTE::FileOpenError
-    explicit FileBytes(const QString& path) : m_input(path) {}
-    /// For writing; makes the file, or empties the one that is there. \throws RTE::FileWriteError
-    explicit FileBytes(const Formats::OutputPath& path) : m_output(path) {}
+    FileBytes() = default;
+    FileBytes(const FileBytes&) = delete;
+    FileBytes& operator=(const FileBytes&) = delete;
+    virtual ~FileBytes() = default;
 
-    /// \name For the driver, under the library's lock
-    /// @{
-    [[nodiscard]] unsigned long long size() const noexcept { return m_input ? m_input->size() : m_written; }
+    /// Bytes of the file.
+    [[nodiscard]] virtual unsigned long long size() const noexcept = 0;
+    /// Bytes that the library has taken for use.
+    [[nodiscard]] virtual unsigned long long end() const noexcept { return m_end; }
+    virtual void setEnd(unsigned long long end) noexcept { m_end = end; }
+    /// Space at an address of the driver's choice; nothing when there is none. \param isRaw for a chunk
+    [[nodiscard]] virtual std::optional<unsigned long long> allocate(bool isRaw, unsigned long long bytes);
+    /// True when the library may take large pieces and part them itself.
+    [[nodiscard]] virtual bool leavesSpaceToLibrary() const noexcept { return true; }
+
     /// \returns false when that failed
-    [[nodiscard]] bool read(unsigned long long offset, void* destination, unsigned long long bytes);
-    void write(unsigned long long offset, const void* source, unsigned long long bytes);
-    void resize(unsigned long long bytes);
-    /// @}
-
-    /// Why the bytes of the latest call could not be had, or why one of all the writes failed; null if all
-    /// went well. To be called under the library's lock.
-    [[nodiscard]] QString takeFailure();
+    [[nodiscard]] virtual bool read(unsigned long long offset, void* destination,
+                                    unsigned long long bytes) = 0;
+    virtual void write(unsigned long long offset, const void* source, unsigned long long bytes) = 0;
+    /// Makes the file end where the library's space does.
+    virtual void truncate() {}
 
 private:
-    std::optional<Formats::InputFile> m_input;
-    std::optional<Formats::OutputFile> m_output;
-    unsigned long long m_written = 0;
+    unsigned long long m_end = 0;
+};
+
+/// A file that is read.
+class InputBytes final : public FileBytes
+{
+public:
+    /// \throws RTE::FileOpenError
+    explicit InputBytes(const QString& path) : m_file(path) {}
+
+    [[nodiscard]] unsigned long long size() const noexcept override { return m_file.size(); }
+    [[nodiscard]] bool read(unsigned long long offset, void* destination, unsigned long long bytes) override;
+    void write(unsigned long long, const void*, unsigned long long) override {}
+    /// Why the bytes of the latest call could not be had; null if they could. To be called under the lock.
+    [[nodiscard]] QString takeFailure() { return std::exchange(m_failure, QString()); }
+
+private:
+    Formats::InputFile m_file;
     QString m_failure;
 };
 
 /// Lets the next file that is opened or made with these properties have its bytes here; it shares them as
-/// long as it is open. To be called under the library's lock; `bytes` has to live until that call is over.
+/// long as it is open. The driver leaves no trace in the file. To be called under the library's lock; `bytes`
+/// has to live until that call is over.
 [[nodiscard]] herr_t useBytes(hid_t accessProperties, const std::shared_ptr<FileBytes>& bytes);
 
 } // namespace BufferApi::Hdf5

@@ -64,6 +64,23 @@ template <typename Call>
     return handle;
 }
 
+/// Calls for an object of the file and, where there is one, for its twin.
+template <typename Call>
+void forEachTable(const Handle& main, const Handle& twin, Call&& call)
+{
+    call(main.get());
+    if (twin.isOpen()) {
+        call(twin.get());
+    }
+}
+
+/// The twin of an object that was made, where its parent has a twin.
+template <typename Make>
+[[nodiscard]] Handle madeInTwin(const Handle& twinOfParent, Make&& make)
+{
+    return twinOfParent.isOpen() ? make(twinOfParent.get()) : Handle();
+}
+
 /// The library's type of an element; to be called under the lock.
 [[nodiscard]] hid_t typeOf(Element element);
 

@@ -68,6 +68,7 @@ void ColumnWriter::append(const void* elements, unsigned long long count)
         if (m_size % layout.chunk[0] == 0) {
             writeChunk();
             m_waiting.clear();
+            m_replaced.reset();
         }
     }
 }
@@ -95,7 +96,21 @@ void ColumnWriter::writeChunk()
     }
     const unsigned long long first = (m_size - 1) / layout.chunk[0] * layout.chunk[0];
     const auto bytes = static_cast<unsigned long long>(m_waiting.size());
-    m_dataset.writeChunk({first}, m_coder.encode(layout, m_waiting.constData(), bytes));
+    std::span<const unsigned char> stored = m_coder.encode(layout, m_waiting.constData(), bytes);
+    if (m_replaced && m_replaced->bytes == stored.size()) {
+        stored = asAnotherSize(stored);
+    }
+    m_replaced = m_dataset.writeChunk({first}, stored, m_replaced);
+}
+
+/// HDF5 writes a chunk of the same size over the old one, which a lasting file still needs. What follows the
+/// end of a deflate stream is not looked at.
+std::span<const unsigned char> ColumnWriter::asAnotherSize(std::span<const unsigned char> stored)
+{
+    m_padded =
+        QByteArray(reinterpret_cast<const char*>(stored.data()), static_cast<qsizetype>(stored.size()));
+    m_padded.append('\0');
+    return {reinterpret_cast<const unsigned char*>(m_padded.constData()), stored.size() + 1};
 }
 
 Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name)

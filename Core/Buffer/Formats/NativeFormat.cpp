@@ -49,7 +49,12 @@ public:
     [[nodiscard]] std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                       const BufferOptions& options) const override
     {
-        return std::make_unique<Native::Writer>(path, isPacked(options));
+        return std::make_unique<Native::Writer>(Hdf5::File::create(path), isPacked(options));
+    }
+    [[nodiscard]] std::unique_ptr<FrameWriter> createLasting(const OutputPath& path,
+                                                             const BufferOptions& options) const override
+    {
+        return std::make_unique<Native::Writer>(Hdf5::File::createLasting(path), isPacked(options));
     }
 };
 

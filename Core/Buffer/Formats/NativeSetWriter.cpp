@@ -300,6 +300,9 @@ void SetWriter::createMirrors(const I_Frame& first)
 
 void SetWriter::append(const I_Frame& frame, unsigned long long index)
 {
+    // What can fail on behalf of the frame comes before anything is written.
+    const FrameScales scales = scalesOf(frame);
+    const QByteArray attributes = attributesToJson(frame.GetAttributeList());
     for (PlannedDataset& dataset : m_datasets) {
         dataset.planes.resize(m_rows + 1);
         for (unsigned int choice = 0; choice < dataset.plan.components.size(); ++choice) {
@@ -309,8 +312,8 @@ void SetWriter::append(const I_Frame& frame, unsigned long long index)
             }
         }
     }
-    appendScales(frame);
-    m_attributes.append(attributesToJson(frame.GetAttributeList()));
+    appendScales(scales);
+    m_attributes.append(attributes);
     for (Mirror& mirror : m_mirrors) {
         const I_AttributeBase* attribute = frame.FindAttribute(mirror.attribute);
         const auto value = attribute == nullptr ? std::nullopt : numberOf(*attribute);
@@ -320,9 +323,8 @@ void SetWriter::append(const I_Frame& frame, unsigned long long index)
     ++m_rows;
 }
 
-void SetWriter::appendScales(const I_Frame& frame)
+void SetWriter::appendScales(const FrameScales& scales)
 {
-    const FrameScales scales = scalesOf(frame);
     const QByteArray text = scalesToJson(scales, m_usual, m_structure);
     if (!text.isEmpty()) {
         hideChangedScales(scales);

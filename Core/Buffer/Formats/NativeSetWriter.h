@@ -66,7 +66,7 @@ private:
     void describeDataset(PlannedDataset& dataset);
     void writeRelations(Hdf5::Dataset& dataset);
     void createMirrors(const I_Frame& first);
-    void appendScales(const I_Frame& frame);
+    void appendScales(const FrameScales& scales);
     void hideChangedScales(const FrameScales& scales);
     static void hide(Hdf5::Dataset& dataset, bool& isHidden);
 

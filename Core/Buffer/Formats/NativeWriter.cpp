@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Formats/NativeWriter.h"
 
+#include "Core/Buffer/Formats/AttributeJson.h"
+#include "Core/Buffer/Formats/Json.h"
 #include "Core/Buffer/Formats/NativeAttributes.h"
 
 #include <algorithm>
@@ -8,7 +10,7 @@
 namespace BufferApi::Formats::Native
 {
 
-Writer::Writer(const OutputPath& path, bool isPacked) : m_isPacked(isPacked), m_file(Hdf5::File::create(path))
+Writer::Writer(Hdf5::File file, bool isPacked) : m_isPacked(isPacked), m_file(std::move(file))
 {
     static constexpr int version[] = {formatMajor, formatMinor};
     m_file->writeText("Conventions", "CF-1.8");
@@ -19,10 +21,32 @@ Writer::Writer(const OutputPath& path, bool isPacked) : m_isPacked(isPacked), m_
 
 void Writer::describe(const I_Buffer& buffer)
 {
+    JsonWriter json;
+    json.text(buffer.GetName());
+    const QByteArray description = json.result() + attributesToJson(buffer.GetAttributeList());
+    if (description == m_description) {
+        return;
+    }
+    removeDescription();
+    const std::vector<std::string> before = m_file->attributeNames();
     writeAnyText(*m_file, "qf_name", buffer.GetName());
     const QByteArray others = writeBufferAttributes(*m_file, buffer.GetAttributeList());
     if (!others.isEmpty()) {
         writeLargeAttributes(others);
+    }
+    const std::vector<std::string> after = m_file->attributeNames();
+    m_descriptionNames.assign(after.begin() + static_cast<std::ptrdiff_t>(before.size()), after.end());
+    m_description = description;
+}
+
+void Writer::removeDescription()
+{
+    for (const std::string& name : m_descriptionNames) {
+        m_file->removeAttribute(name);
+    }
+    if (m_file->contains(Name::bufferAttributes)) {
+        m_file->remove(Name::bufferAttributes);
+        m_file->remove(Name::bufferAttributeByte);
     }
 }
 
@@ -38,8 +62,19 @@ void Writer::writeLargeAttributes(const QByteArray& json)
 
 void Writer::append(const I_Frame& frame)
 {
-    setOf(frame).append(frame, m_frames);
+    m_changedSet = &setOf(frame);
+    m_changedSet->append(frame, m_frames);
     ++m_frames;
+}
+
+bool Writer::acknowledge(const I_Buffer& buffer)
+{
+    describe(buffer);
+    if (m_changedSet != nullptr) {
+        m_changedSet->flush();
+    }
+    m_file->flush();
+    return true;
 }
 
 SetWriter& Writer::setOf(const I_Frame& frame)
@@ -65,7 +100,6 @@ void Writer::finish(const I_Buffer& buffer)
         set.flush();
     }
     m_sets.clear();
-    m_file->flush();
     m_file->close();
     m_file.reset();
 }

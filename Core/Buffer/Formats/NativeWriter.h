@@ -15,22 +15,29 @@ namespace BufferApi::Formats::Native
 class Writer final : public FrameWriter
 {
 public:
-    /// Makes the file, which must not be there or be empty.
-    Writer(const OutputPath& path, bool isPacked);
+    /// \param file new and empty
+    Writer(Hdf5::File file, bool isPacked);
 
     void append(const I_Frame& frame) override;
+    /// For a lasting file.
+    bool acknowledge(const I_Buffer& buffer) override;
     void finish(const I_Buffer& buffer) override;
 
 private:
     [[nodiscard]] SetWriter& setOf(const I_Frame& frame);
+    /// Writes name and attributes of the buffer, in place of what was written before, if they are others.
     void describe(const I_Buffer& buffer);
+    void removeDescription();
     void writeLargeAttributes(const QByteArray& json);
 
     bool m_isPacked;
     ChunkCoder m_coder;
     std::optional<Hdf5::File> m_file;
     std::deque<SetWriter> m_sets;
+    SetWriter* m_changedSet = nullptr;
     unsigned long long m_frames = 0;
+    QByteArray m_description;
+    std::vector<std::string> m_descriptionNames;
 };
 
 } // namespace BufferApi::Formats::Native

@@ -56,7 +56,7 @@ class NativeFileTest(unittest.TestCase):
 
     def test_every_dataset_has_a_checksum_and_scales_on_all_dimensions(self):
         files = glob.glob(self.path("*.qfi"))
-        self.assertEqual(len(files), 26)
+        self.assertEqual(len(files), 32)
         for path in files:
             for dataset in datasets(path):
                 with self.subTest(file=os.path.basename(path), dataset=dataset.name):
@@ -92,7 +92,7 @@ class NativeFileTest(unittest.TestCase):
                             data.load()
 
     def test_images_have_their_pixels_and_coordinates_with_units(self):
-        for form in ("packed", "plain"):
+        for form in ("packed", "plain", "streamed", "killed", "torn"):
             for engine in ENGINES:
                 with self.subTest(form=form, engine=engine):
                     with open_dataset(self.path(f"images.{form}.qfi"), engine) as data:
@@ -130,7 +130,7 @@ class NativeFileTest(unittest.TestCase):
             numpy.testing.assert_array_equal(data.PIXEL[3, 0, 10:20].values, self.pixels()[3, 0, 10:20])
 
     def test_frames_and_attributes_that_netcdf4_appends_come_back(self):
-        for form in ("packed", "plain"):
+        for form in ("packed", "plain", "streamed", "killed"):
             path = self.path(f"appended.{form}.qfi")
             shutil.copy(self.path(f"images.{form}.qfi"), path)
             with netCDF4.Dataset(path, "a") as data:

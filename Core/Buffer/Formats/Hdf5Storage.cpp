@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/Hdf5Storage.h"
+
+#include "Core/Common/Raise.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
+namespace BufferApi::Hdf5
+{
+
+namespace
+{
+
+constexpr unsigned long long signatureBytes = 8;
+// Room for both superblocks.
+constexpr unsigned long long firstAddress = 1024;
+
+} // namespace
+
+void FreeSpace::add(unsigned long long address, unsigned long long bytes)
+{
+    auto next = m_pieces.lower_bound(address);
+    if (next != m_pieces.end() && address + bytes == next->first) {
+        bytes += next->second;
+        next = m_pieces.erase(next);
+    }
+    if (next != m_pieces.begin()) {
+        const auto before = std::prev(next);
+        if (before->first + before->second == address) {
+            before->second += bytes;
+            return;
+        }
+    }
+    m_pieces.emplace(address, bytes);
+}
+
+std::optional<unsigned long long> FreeSpace::take(unsigned long long bytes)
+{
+    const auto found = std::find_if(m_pieces.begin(), m_pieces.end(),
+                                    [&](const auto& piece) { return piece.second >= bytes; });
+    if (found == m_pieces.end()) {
+        return {};
+    }
+    const auto [address, size] = *found;
+    m_pieces.erase(found);
+    if (size > bytes) {
+        m_pieces.emplace(address + bytes, size - bytes);
+    }
+    return address;
+}
+
+PendingBlocks::Blocks::iterator PendingBlocks::firstThatEndsBeyond(unsigned long long address)
+{
+    auto block = m_blocks.upper_bound(address);
+    if (block != m_blocks.begin()) {
+        const auto before = std::prev(block);
+        if (before->first + static_cast<unsigned long long>(before->second.size()) > address) {
+            return before;
+        }
+    }
+    return block;
+}
+
+void PendingBlocks::write(unsigned long long address, const QByteArray& bytes)
+{
+    QByteArray merged = bytes;
+    unsigned long long first = address;
+    unsigned long long last = address + static_cast<unsigned long long>(bytes.size());
+    auto block = firstThatEndsBeyond(address);
+    while (block != m_blocks.end() && block->first < last) {
+        const unsigned long long blockEnd =
+            block->first + static_cast<unsigned long long>(block->second.size());
+        if (block->first < first) {
+            merged.prepend(block->second.left(static_cast<qsizetype>(first - block->first)));
+            first = block->first;
+        }
+        if (blockEnd > last) {
+            merged.append(block->second.right(static_cast<qsizetype>(blockEnd - last)));
+            last = blockEnd;
+        }
+        block = m_blocks.erase(block);
+    }
+    m_blocks.emplace(first, std::move(merged));
+}
+
+void PendingBlocks::patch(unsigned long long address, char* destination, unsigned long long bytes) const
+{
+    for (const auto& [start, block] : m_blocks) {
+        const unsigned long long first = std::max(start, address);
+        const unsigned long long last =
+            std::min(start + static_cast<unsigned long long>(block.size()), address + bytes);
+        if (first < last) {
+            std::memcpy(destination + (first - address), block.constData() + (first - start), last - first);
+        }
+    }
+}
+
+unsigned long long Storage::Contents::size() const noexcept
+{
+    return m_isBegun ? m_storage.m_fileSize : 0;
+}
+
+unsigned long long Storage::Contents::end() const noexcept
+{
+    return m_isBegun ? m_storage.m_end : 0;
+}
+
+void Storage::Contents::setEnd(unsigned long long end) noexcept
+{
+    m_isBegun = true;
+    // With two tables the end is one for both, and neither may cut off what belongs to the other.
+    m_storage.m_end = m_storage.m_isLasting ? std::max(m_storage.m_end, end) : end;
+}
+
+std::optional<unsigned long long> Storage::Contents::allocate(bool isRaw, unsigned long long bytes)
+{
+    // Where the library parts the space it asks for more than a chunk at once.
+    const bool isChunk = isRaw && m_storage.m_isLasting && m_storage.m_chunk.data() != nullptr;
+    if (!isChunk) {
+        return m_storage.allocate(bytes);
+    }
+    if (!m_storage.m_isPlaceNew) {
+        m_storage.m_place = {m_storage.allocate(bytes), bytes};
+        m_storage.m_isPlaceNew = true;
+    }
+    return m_storage.m_place->address;
+}
+
+bool Storage::Contents::read(unsigned long long offset, void* destination, unsigned long long bytes)
+{
+    if (!m_storage.m_file.tryRead(offset, destination, bytes)) {
+        m_storage.m_failure = qt_error_string(errno);
+        return false;
+    }
+    m_pending.patch(offset, static_cast<char*>(destination), bytes);
+    return true;
+}
+
+void Storage::Contents::write(unsigned long long offset, const void* source, unsigned long long bytes)
+{
+    // The library gives what is written the kind of a chunk also where it is none.
+    if (source == m_storage.m_chunk.data()) {
+        if (!m_storage.m_isPlaceNew) {
+            m_storage.m_place = {offset, bytes};
+        }
+    } else if (m_storage.m_isLasting) {
+        m_pending.write(offset, QByteArray(static_cast<const char*>(source), static_cast<qsizetype>(bytes)));
+    } else {
+        m_storage.write(offset, source, bytes);
+    }
+}
+
+void Storage::Contents::truncate()
+{
+    if (!m_storage.m_isLasting && m_storage.m_fileSize != m_storage.m_end) {
+        m_storage.resize(m_storage.m_end);
+    }
+}
+
+void Storage::Contents::writePending()
+{
+    for (const auto& [address, block] : m_pending.blocks()) {
+        if (address == m_superblockAddress) {
+            m_superblock = block;
+        } else {
+            m_storage.write(address, block.constData(), static_cast<unsigned long long>(block.size()));
+        }
+    }
+    // It lies within one page of the file, so that it is written as a whole or not at all.
+    m_storage.write(m_superblockAddress, m_superblock.constData(),
+                    static_cast<unsigned long long>(m_superblock.size()));
+    m_pending.clear();
+}
+
+Storage::Storage(const Formats::OutputPath& path, bool isLasting)
+    : m_file(path), m_isLasting(isLasting), m_end(isLasting ? firstAddress : 0)
+{
+}
+
+unsigned long long Storage::allocate(unsigned long long bytes)
+{
+    if (const auto reused = m_free.take(bytes)) {
+        return *reused;
+    }
+    const unsigned long long address = m_end;
+    m_end += bytes;
+    return address;
+}
+
+void Storage::write(unsigned long long offset, const void* source, unsigned long long bytes)
+{
+    m_fileSize = std::max(m_fileSize, offset + bytes);
+    if (m_failure.isNull() && !m_file.tryOverwrite(offset, source, bytes)) {
+        m_failure = qt_error_string(errno);
+    }
+}
+
+void Storage::resize(unsigned long long bytes)
+{
+    m_fileSize = bytes;
+    if (m_failure.isNull() && !m_file.tryResize(bytes)) {
+        m_failure = qt_error_string(errno);
+    }
+}
+
+void Storage::expectChunk(std::span<const unsigned char> chunk)
+{
+    m_chunk = chunk;
+    m_place.reset();
+    m_isPlaceNew = false;
+}
+
+FilePiece Storage::writeChunk(const std::optional<FilePiece>& replaced)
+{
+    RTE::verify(m_place && m_place->bytes == m_chunk.size(), "A chunk was not placed");
+    RTE::verify(m_isPlaceNew || !m_isLasting, "A chunk would be written over");
+    write(m_place->address, m_chunk.data(), m_chunk.size());
+    m_chunk = {};
+    if (replaced) {
+        m_givenUp.push_back(*replaced);
+    }
+    return *m_place;
+}
+
+void Storage::commit()
+{
+    static constexpr char noSignature[signatureBytes] = {};
+    if (m_fileSize < m_end) {
+        resize(m_end);
+    }
+    write(0, noSignature, signatureBytes);
+    m_main.writePending();
+    m_twin.writePending();
+    for (const FilePiece& piece : m_givenUp) {
+        m_free.add(piece.address, piece.bytes);
+    }
+    m_givenUp.clear();
+}
+
+void Storage::finish()
+{
+    if (m_isLasting) {
+        commit();
+        static constexpr char nothing[firstAddress - twinAddress] = {};
+        write(twinAddress, nothing, sizeof(nothing));
+    }
+    if (m_failure.isNull()) {
+        m_file.close();
+    }
+}
+
+} // namespace BufferApi::Hdf5
