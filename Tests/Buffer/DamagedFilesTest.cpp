@@ -254,6 +254,29 @@ TEST_P(DamagedFiles, WithOneByteChangedRaiseOrGiveData)
     EXPECT_GT(tally().refused, 0);
 }
 
+/// As a disk loses them: zeros, or bytes of something else, over up to 4096 bytes. Fletcher32 of zeros is
+/// zero, so zeros over a whole plane as it is and its checksum go unseen.
+TEST_P(DamagedFiles, WithABlockLostRaiseOrGiveData)
+{
+    constexpr unsigned long most = 4096;
+    const std::vector<Sample> samples = GetParam().samples();
+    const AddressSpaceLimit limit;
+    std::mt19937 random(8);
+    for (int attempt = 0; attempt < wantedTries() && !HasFailure(); ++attempt) {
+        const Sample& sample = samples[static_cast<std::size_t>(attempt) % samples.size()];
+        QByteArray content = sample.content;
+        const auto size = static_cast<unsigned long>(content.size());
+        const auto at = static_cast<qsizetype>(random() % size);
+        const auto count = std::min(static_cast<qsizetype>(2 + random() % most), content.size() - at);
+        const bool isZero = attempt % 2 == 0 && GetParam().name != std::string("NativeUnpacked");
+        std::generate_n(content.begin() + at, count,
+                        [&] { return isZero ? '\0' : static_cast<char>(random()); });
+        SCOPED_TRACE(testing::Message() << "try " << attempt << ", bytes " << at << " + " << count);
+        tryOne(content, *sample.buffer, GetParam().shows == Shows::AnyDamage);
+    }
+    EXPECT_GT(tally().refused, 0);
+}
+
 TEST_P(DamagedFiles, CutAtEveryLengthRaiseOrGiveData)
 {
     const std::vector<Sample> samples = GetParam().samples();
