@@ -113,6 +113,30 @@ TEST_F(BufferAttributesTest, ComeBackFromFiles)
     EXPECT_EQ(without(BufferAttributes(*read->GetFrame(0))), expected);
 }
 
+TEST_F(BufferAttributesTest, MeetPlanesOfOtherShapesInFiles)
+{
+    createPlane("Table", BufferApi::CreatePlane(BufferApi::DT_WORD, 3, 2));
+    createPlane("None", nullptr);
+    BufferApi::I_PlaneBase* empty = BufferApi::CreatePlane(BufferApi::DT_FLOAT, 3, 0);
+    createPlane("Empty", empty);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("foreign.qfi"));
+    BufferApi::ExportBuffer(buffer.get(), path, {});
+    const std::unique_ptr<BufferApi::I_Buffer> read(BufferApi::ImportBuffer(path, {}));
+    const GlobalAndFrameAttributes all = GetBufferAttributes(*read);
+    const std::vector<std::optional<Attribute>> table{Attribute{"Table", std::vector<unsigned short>()}};
+    EXPECT_EQ(all.getFrameAttributes(QStringLiteral("Table")), table);
+    const std::vector<std::optional<Attribute>> flat{Attribute{"Empty", std::vector<float>()}};
+    EXPECT_EQ(all.getFrameAttributes(QStringLiteral("Empty")), flat);
+    BufferAttributes attributes(*read->GetFrame(0));
+    EXPECT_EQ(attributes.attributeValue("None").Count(), 0U);
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("Invalid plane y-size", [&] {
+        attributes.set("Table", std::vector<unsigned short>{1, 2, 3});
+    }));
+    attributes.set("None", std::vector<unsigned short>{1});
+    EXPECT_EQ(attributes.attributeValue("None"), AttributeValue(std::vector<unsigned short>{1}));
+}
+
 TEST_F(BufferAttributesTest, WriteIntoTheirTargetAtOnce)
 {
     BufferAttributes first(*frame);
