@@ -23,8 +23,8 @@ namespace BufferApi
 [[nodiscard]] DATAOBJECTS_BUFFER_EXPORT I_Buffer* CreateBuffer();
 
 /// A frame with pixel planes of its own, one per z, uninitialised; owned by the caller. With `DT_RGB` it is
-/// an `I_FrameRGB32` besides. Null when the type cannot make a frame. Sizes of 0 give empty planes. \throws
-/// std::bad_alloc, also when a size overflows
+/// an `I_FrameRGB32` besides. Null when the type cannot make a frame. Sizes of 0 give empty planes.
+/// \throws RTE::InvalidArgumentError for more than the machine's memory, std::bad_alloc
 [[nodiscard]] DATAOBJECTS_BUFFER_EXPORT I_FrameImage*
 CreateImageFrame(E_DataType type, unsigned int width, unsigned int height, unsigned int depth);
 
@@ -40,7 +40,8 @@ CreateImageFrameWithPlaneMemory(E_DataType type, unsigned int width, unsigned in
                                 const std::vector<void*>& planes);
 
 /// A frame of width * height * depth vectors with one or more choices, all zero and enabled; owned by the
-/// caller. Null for 0 choices. \throws std::bad_alloc, also when a size overflows
+/// caller. Null for 0 choices. \throws RTE::InvalidArgumentError for more than the machine's memory,
+/// std::bad_alloc
 [[nodiscard]] DATAOBJECTS_BUFFER_EXPORT I_FrameVector2C*
 CreateVectorFrame2C(unsigned int width, unsigned int height, unsigned int depth, unsigned int choices);
 [[nodiscard]] DATAOBJECTS_BUFFER_EXPORT I_FrameVector3C*

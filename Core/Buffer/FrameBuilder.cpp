@@ -2,8 +2,11 @@
 #include "Core/Buffer/FrameBuilder.h"
 
 #include "Core/Buffer/StoredFrame.h"
+#include "Core/Common/SystemInfo.h"
 
+#include <algorithm>
 #include <charconv>
+#include <limits>
 
 namespace BufferApi
 {
@@ -49,6 +52,31 @@ bool fits(const ComponentParts& parts, unsigned int depth)
            });
 }
 
+/// Refuses what the machine has no memory for, before a part of it is taken plane by plane.
+void checkSize(const FrameShape& shape, E_DataType type)
+{
+    // What the store has beside the pixels of each plane, about.
+    constexpr unsigned long long bytesAroundPlane = 256;
+    const unsigned long long others = isVectorKind(shape.kind) ? 2 : 1;
+    const unsigned long long components = vectorNames(shape.kind).size() * shape.choices + others;
+    const auto product = [](unsigned long long a, unsigned long long b) {
+        unsigned long long result = 0;
+        return __builtin_mul_overflow(a, b, &result) ? std::numeric_limits<unsigned long long>::max()
+                                                     : result;
+    };
+    const unsigned long long pixels = product(1ULL * shape.width * shape.height, GetDataTypeSize(type));
+    const unsigned long long plane = std::max(pixels, pixels + bytesAroundPlane);
+    const unsigned long long kilobytes = RTE::C_SystemInfo::GetInstance().GetMemoryTotal();
+    if (kilobytes != 0 && product(plane, product(components, shape.depth)) / 1024 > kilobytes) {
+        RTE::raise(RTE::InvalidArgumentError(
+            QStringLiteral("Frame of %1 x %2 x %3 points and %4 choices is larger than the memory")
+                .arg(shape.width)
+                .arg(shape.height)
+                .arg(shape.depth)
+                .arg(shape.choices)));
+    }
+}
+
 void addFilled(StoredFrame& frame, const std::string& name, E_DataType type, unsigned char value)
 {
     frame.AddComponent(name, type, {});
@@ -89,6 +117,9 @@ std::unique_ptr<I_Frame> buildFrame(const FrameShape& shape, std::vector<Compone
 std::unique_ptr<I_Frame> createFrame(const FrameShape& shape, E_DataType type,
                                      const std::vector<void*>& pixels)
 {
+    if (pixels.empty()) {
+        checkSize(shape, type);
+    }
     auto frame = emptyFrame(shape);
     if (isVectorKind(shape.kind)) {
         addVectors(*frame);

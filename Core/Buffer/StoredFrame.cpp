@@ -51,6 +51,7 @@ void StoredFrame::AddMask(const std::vector<void*>& planes)
     auto& place = index == noComponent ? m_components.emplace_back() : m_components[index];
     mask->adopt(planes);
     place = std::move(mask);
+    updateIndices();
     m_modified = true;
 }
 
@@ -58,6 +59,7 @@ void StoredFrame::RemoveComponent(unsigned int index)
 {
     RTE::verifyIndex(index, m_components.size(), "index");
     m_components.erase(m_components.begin() + index);
+    updateIndices();
     m_modified = true;
 }
 
@@ -73,10 +75,8 @@ unsigned int StoredFrame::GetComponentCount() const
 
 unsigned int StoredFrame::GetComponentIndex(const std::string& name) const
 {
-    const auto found = std::find_if(m_components.begin(), m_components.end(),
-                                    [&](const auto& component) { return component->name() == name; });
-    return found == m_components.end() ? noComponent
-                                       : static_cast<unsigned int>(found - m_components.begin());
+    const auto found = m_indices.find(name);
+    return found == m_indices.end() ? noComponent : found->second;
 }
 
 I_Component* StoredFrame::GetComponent(const std::string& name) const
@@ -111,6 +111,7 @@ void StoredFrame::ClearTypedScalars()
     const auto erased = std::erase_if(m_components, [](const auto& component) {
         return component->name().starts_with(TYPED_SCALAR_PREFIX);
     });
+    updateIndices();
     m_modified = m_modified || erased > 0;
 }
 
@@ -120,8 +121,17 @@ StoredComponent& StoredFrame::append(const std::string& name, E_DataType type, P
     verifyArgument(GetComponentIndex(name) == noComponent,
                    QStringLiteral("Frame already has a component '%1'").arg(QString::fromStdString(name)));
     m_components.push_back(makeComponent(name, type, std::move(planes)));
+    m_indices.emplace(name, GetComponentCount() - 1);
     m_modified = true;
     return *m_components.back();
+}
+
+void StoredFrame::updateIndices()
+{
+    m_indices.clear();
+    for (unsigned int i = 0; i < m_components.size(); ++i) {
+        m_indices.emplace(m_components[i]->name(), i);
+    }
 }
 
 std::unique_ptr<StoredComponent> StoredFrame::makeComponent(const std::string& name, E_DataType type,
@@ -144,8 +154,10 @@ PlaneList StoredFrame::makePlanes(E_DataType type, bool hollow) const
 void StoredFrame::checkArrays(E_DataType type, std::vector<void*> arrays) const
 {
     verifyArgument(isElementType(type), QStringLiteral("Unsupported data type"));
-    verifyArgument(arrays.empty() || arrays.size() == m_shape.depth,
-                   QStringLiteral("Component needs one plane for each z"));
+    if (arrays.empty()) {
+        return;
+    }
+    verifyArgument(arrays.size() == m_shape.depth, QStringLiteral("Component needs one plane for each z"));
     verifyArgument(std::find(arrays.begin(), arrays.end(), nullptr) == arrays.end(),
                    QStringLiteral("Plane memory is NULL"));
     std::sort(arrays.begin(), arrays.end());

@@ -7,6 +7,8 @@
 #include "Core/Buffer/StoredAttributes.h"
 #include "Core/Buffer/StoredComponent.h"
 
+#include <unordered_map>
+
 namespace BufferApi
 {
 
@@ -69,6 +71,7 @@ private:
                                                                  PlaneList planes);
     [[nodiscard]] PlaneList makePlanes(E_DataType type, bool hollow) const;
     void checkArrays(E_DataType type, std::vector<void*> arrays) const;
+    void updateIndices();
 
     FrameShape m_shape;
     bool m_modified = false;
@@ -78,6 +81,8 @@ private:
     Zt::LinearScale m_scaleZ{Zt::ScalePreset::Z};
     StoredAttributes m_attributes{m_modified};
     Components m_components;
+    /// Frames of many choices have thousands of components.
+    std::unordered_map<std::string, unsigned int> m_indices;
 };
 
 class ImageFrame : public StoredFrame, public I_FrameImage

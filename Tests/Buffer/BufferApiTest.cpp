@@ -69,13 +69,36 @@ TEST(CreateFunctions, GiveNullForWhatTheyCannotMake)
 
 TEST(CreateFunctions, NeverMakeSmallArraysOfHugeSizes)
 {
-    // Bytes fit into 64 bits at any size; a request of that many is for the allocator to refuse.
+    constexpr unsigned int huge = 0xFFFFFFFF;
+    const auto isRefused = [](const QString& size, const auto& create) {
+        return raises<RTE::InvalidArgumentError>(
+            QStringLiteral("Frame of %1 is larger than the memory").arg(size),
+            [&] { static_cast<void>(create()); });
+    };
     for (const E_DataType type : {DT_RGB, DT_DOUBLE, DT_FLOAT, DT_INT32, DT_UINT32, DT_WORD}) {
         SCOPED_TRACE(type);
-        EXPECT_THROW(static_cast<void>(CreatePlane(type, 0xFFFFFFFF, 0xFFFFFFFF)), std::bad_alloc);
-        EXPECT_THROW(static_cast<void>(CreateImageFrame(type, 0xFFFFFFFF, 0xFFFFFFFF, 1)), std::bad_alloc);
+        EXPECT_THROW(static_cast<void>(CreatePlane(type, huge, huge)), std::bad_alloc);
+        EXPECT_TRUE(isRefused(QStringLiteral("4294967295 x 4294967295 x 1 points and 1 choices"),
+                              [&] { return CreateImageFrame(type, huge, huge, 1); }));
+        EXPECT_TRUE(isRefused(QStringLiteral("1 x 1 x 4294967295 points and 1 choices"),
+                              [&] { return CreateImageFrame(type, 1, 1, huge); }));
     }
-    EXPECT_THROW(static_cast<void>(CreateVectorFrame3C(0xFFFFFFFF, 0xFFFFFFFF, 1, 1)), std::bad_alloc);
+    EXPECT_TRUE(
+        isRefused(QStringLiteral("4294967295 x 4294967295 x 4294967295 points and 4294967295 choices"),
+                  [&] { return CreateVectorFrame3C(huge, huge, huge, huge); }));
+    EXPECT_TRUE(isRefused(QStringLiteral("0 x 0 x 1 points and 4294967295 choices"),
+                          [&] { return CreateVectorFrame2C(0, 0, 1, huge); }));
+}
+
+TEST(CreateFunctions, MakeManyChoicesInTime)
+{
+    constexpr unsigned int choices = 50000;
+    const std::unique_ptr<I_FrameVector3C> frame(CreateVectorFrame3C(1, 1, 1, choices));
+    EXPECT_EQ(frame->GetComponentCount(), 3 * choices + 2);
+    EXPECT_EQ(frame->GetComponentIndex("W49999"), 3 * choices - 1);
+    frame->RemoveComponent(0);
+    EXPECT_EQ(frame->GetComponent("U"), nullptr);
+    EXPECT_EQ(frame->GetComponentIndex("W49999"), 3 * choices - 2);
 }
 
 TEST(CreateFunctions, AllowEmptySizes)

@@ -10,6 +10,7 @@
 #include "Tests/Support/SampleBuffers.h"
 
 #include <QDir>
+#include <QtEndian>
 
 #include <fcntl.h>
 #include <sched.h>
@@ -101,7 +102,7 @@ TEST_F(FileFaults, AFullDiskLeavesTheOldFileAndNothingElse)
         exportTo(*buffer, target, format);
         const qint64 size = QFileInfo(target).size();
         TestSupport::writeContent(target, "old");
-        for (const qint64 limit : {qint64{0}, qint64{700}, size / 2, size - 1}) {
+        for (qint64 limit = 0; limit < size; limit += std::min(size - limit - 1, size / 30) + 1) {
             const QString result = inChild([&] {
                 TestSupport::limitFileSize(static_cast<unsigned long long>(limit));
                 exportTo(*buffer, target, format);
@@ -272,6 +273,104 @@ TEST_F(FileFaults, PermissionsAreKeptTo)
     EXPECT_TRUE(QDir(folder).isEmpty());
 }
 
+QByteArray little(quint32 value)
+{
+    const quint32 bytes = qToLittleEndian(value);
+    return {reinterpret_cast<const char*>(&bytes), sizeof(bytes)};
+}
+
+QByteArray big(quint32 value)
+{
+    const quint32 bytes = qToBigEndian(value);
+    return {reinterpret_cast<const char*>(&bytes), sizeof(bytes)};
+}
+
+QByteArray golden(const char* name)
+{
+    return TestSupport::contentOf(TestSupport::goldenFile(name));
+}
+
+QByteArray bitmap(quint32 width, quint32 height)
+{
+    return golden("rgb.bmp").replace(18, 4, little(width)).replace(22, 4, little(height));
+}
+
+/// With a header whose checksum is right.
+QByteArray png(quint32 width, quint32 height)
+{
+    QByteArray content = golden("u16.png").replace(16, 4, big(width)).replace(20, 4, big(height));
+    quint32 sum = 0xFFFFFFFF;
+    for (const char byte : content.mid(12, 17)) {
+        sum ^= static_cast<unsigned char>(byte);
+        for (int bit = 0; bit < 8; ++bit) {
+            sum = sum >> 1U ^ ((sum & 1U) != 0 ? 0xEDB88320U : 0U);
+        }
+    }
+    return content.replace(29, 4, big(~sum));
+}
+
+/// With other values of tags that hold one number.
+QByteArray tiff(const std::map<quint16, quint32>& values)
+{
+    QByteArray content = golden("u16-little.tif");
+    const auto at = [&](qsizetype offset, auto zero) {
+        return qFromLittleEndian<decltype(zero)>(content.constData() + offset);
+    };
+    const auto directory = static_cast<qsizetype>(at(4, quint32{}));
+    for (qsizetype entry = 0; entry < at(directory, quint16{}); ++entry) {
+        const qsizetype offset = directory + 2 + 12 * entry;
+        const auto value = values.find(at(offset, quint16{}));
+        if (value != values.end()) {
+            const QByteArray tag = content.mid(offset, 2);
+            content.replace(offset, 12, tag + QByteArray("\4\0", 2) + little(1) + little(value->second));
+        }
+    }
+    return content;
+}
+
+/// A file whose header promises what it does not hold, and a part of what is said about it.
+struct Promise
+{
+    std::string name;
+    QString extension;
+    QByteArray content;
+    QString reason;
+};
+
+TEST_F(FileFaults, PicturesThatPromiseTooMuchAreRefusedBeforeMemoryIsTaken)
+{
+    constexpr quint32 huge = 0x7FFFFFFF;
+    const QString ends = QStringLiteral("the file ends before its");
+    const Promise promises[] = {
+        {"PGM", QStringLiteral("pgm"), "P5 60000 60000 65535\n" + QByteArray(100, 'x'), ends},
+        {"plain PGM", QStringLiteral("pgm"), "P2 60000 60000 255\n1 2 3", ends},
+        {"PGM, digits", QStringLiteral("pgm"), "P5 99999999999999999999 1 255\nx",
+         QStringLiteral("is damaged")},
+        {"BMP", QStringLiteral("bmp"), bitmap(huge, huge), ends},
+        {"BMP, upside down", QStringLiteral("bmp"), bitmap(1, 0x80000000), ends},
+        {"BMP, negative", QStringLiteral("bmp"), bitmap(0xFFFFFFFF, 1), QStringLiteral("damaged")},
+        {"PNG", QStringLiteral("png"), png(60000, 60000), QStringLiteral("too small for 60000 x 60000")},
+        {"PNG, overflow", QStringLiteral("png"), png(huge, huge), QString()},
+        {"TIFF", QStringLiteral("tif"), tiff({{256, 60000}, {257, 60000}, {278, 60000}}), QString()},
+        {"TIFF, overflow", QStringLiteral("tif"),
+         tiff({{256, 0xFFFFFFFF}, {257, 0xFFFFFFFF}, {278, 0xFFFFFFFF}}), QString()},
+        {"TIFF, bytes", QStringLiteral("tif"),
+         tiff({{256, 60000}, {257, 60000}, {278, 60000}, {279, 0xFFFFFFFF}}), QString()},
+        {"TIFF, place", QStringLiteral("tif"), tiff({{273, 0xFFFFFFFF}}), QString()}};
+    for (const Promise& promise : promises) {
+        SCOPED_TRACE(promise.name);
+        const QString name = path(QStringLiteral("file.") + promise.extension);
+        TestSupport::writeContent(name, promise.content);
+        const QString result = inChild([&] {
+            TestSupport::limitMemory(1ULL << 30U);
+            readPlanes(*import(name));
+        });
+        EXPECT_THAT(result.toStdString(),
+                    testing::StartsWith("FileReadError: Cannot read '" + name.toStdString() + "': "));
+        EXPECT_THAT(result.toStdString(), testing::HasSubstr(promise.reason.toStdString()));
+    }
+}
+
 /// A picture of each format that lies on the disk, of which nothing but the structure is read yet.
 class ChangedFiles : public FileFaults, public testing::WithParamInterface<const char*>
 {
@@ -281,7 +380,7 @@ protected:
         const QString source = QString::fromLatin1(GetParam());
         m_path = path(QStringLiteral("file.") + QFileInfo(source).suffix());
         if (source.contains(QLatin1Char('.'))) {
-            TestSupport::writeContent(m_path, TestSupport::contentOf(TestSupport::goldenFile(GetParam())));
+            TestSupport::writeContent(m_path, golden(GetParam()));
         } else {
             const int packType = source == QStringLiteral("packed") ? 2 : 0;
             ExportBuffer(TestSupport::particleImages(200, 100, 3).get(), m_path, {{"PackType", packType}});
@@ -313,6 +412,15 @@ TEST_P(ChangedFiles, AreRefusedWhenTheyAreReadLater)
         overwrite(m_content.left(length));
         EXPECT_TRUE(raises<RTE::FileReadError>(message, [&] { readPlanes(*m_buffer); })) << length;
     }
+}
+
+TEST_P(ChangedFiles, AreReadAnewWhenTheyAreOpenedAgain)
+{
+    const BufferPointer other = TestSupport::particleImages(20, 10, 1);
+    const QString otherPath = path(QStringLiteral("other.qfi"));
+    ExportBuffer(other.get(), otherPath, {{"PackType", 0}});
+    overwrite(TestSupport::contentOf(otherPath));
+    EXPECT_TRUE(buffersEqual(*import(m_path), *other));
 }
 
 TEST_P(ChangedFiles, DoNoHarmWhenTheirNameIsGivenToAnother)

@@ -5,6 +5,7 @@
 #include "Core/Buffer/FrameStream.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Frames.h"
+#include "Tests/Support/InChild.h"
 #include "Tests/Support/SampleBuffers.h"
 
 #include <QDir>
@@ -104,12 +105,38 @@ void checkAppended(const QString& path)
     EXPECT_EQ(numbersOf<int>(*changed, "window"), (std::vector<int>{32, 16}));
 }
 
+/// The pixels and nothing else of them.
+void checkPlain(const QString& path)
+{
+    const BufferPointer plain(ImportBuffer(path));
+    const BufferPointer original = images();
+    ASSERT_EQ(plain->GetFrameCount(), original->GetFrameCount());
+    const I_Frame& frame = *plain->GetFrame(4);
+    EXPECT_TRUE(TestSupport::planesEqual(frame.GetPlane(0, 0), original->GetFrame(4)->GetPlane(0, 0)));
+    EXPECT_TRUE(frame.GetAttributeList().empty());
+    EXPECT_EQ(frame.GetScaleX().getFactor(), 1);
+    EXPECT_EQ(frame.GetScaleX().getUnit(), QString());
+}
+
+/// A file that is refused with a reason, before memory is taken for what it promises.
+void checkRefused(const QString& path, const QString& reason)
+{
+    const QString result = TestSupport::inChild([&] {
+        TestSupport::limitMemory(1ULL << 30U);
+        const BufferPointer buffer(ImportBuffer(path));
+        for (unsigned int i = 0; i < buffer->GetFrameCount(); ++i) {
+            static_cast<void>(buffer->GetFrame(i)->GetPlane(0, 0)->GetData());
+        }
+    });
+    EXPECT_THAT(result.toStdString(), testing::HasSubstr("Error: Cannot read '" + path.toStdString()));
+    EXPECT_THAT(result.toStdString(), testing::HasSubstr(reason.toStdString()));
+}
+
 /// What other programs wrote anew, in other chunks and through other filters.
-void checkRewritten(const QString& path)
+void checkRewritten(const QString& path, const I_Buffer& original)
 {
     const BufferPointer rewritten(ImportBuffer(path));
-    const BufferPointer original = images();
-    EXPECT_TRUE(TestSupport::buffersEqual(*rewritten, *original));
+    EXPECT_TRUE(TestSupport::buffersEqual(*rewritten, original));
 }
 
 } // namespace
@@ -122,7 +149,13 @@ int main(int argc, char** argv)
     } else if (argc == 3 && std::strcmp(argv[1], "check-appended") == 0) {
         checkAppended(QString::fromLocal8Bit(argv[2]));
     } else if (argc == 3 && std::strcmp(argv[1], "check-rewritten") == 0) {
-        checkRewritten(QString::fromLocal8Bit(argv[2]));
+        checkRewritten(QString::fromLocal8Bit(argv[2]), *images());
+    } else if (argc == 3 && std::strcmp(argv[1], "check-vectors") == 0) {
+        checkRewritten(QString::fromLocal8Bit(argv[2]), *TestSupport::vectorFields(4));
+    } else if (argc == 3 && std::strcmp(argv[1], "check-plain") == 0) {
+        checkPlain(QString::fromLocal8Bit(argv[2]));
+    } else if (argc == 4 && std::strcmp(argv[1], "check-refused") == 0) {
+        checkRefused(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
     } else {
         return 2;
     }

@@ -2,6 +2,8 @@
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/LazyPlane.h"
 #include "Tests/Support/Frames.h"
+#include "Tests/Support/InChild.h"
+#include "Tests/Support/ReadEverything.h"
 #include "Tests/Support/SampleBuffers.h"
 
 #include <QDir>
@@ -135,6 +137,55 @@ TEST_F(NativeFile, KeepsTheOldFileAndNothingElseWhenAnExportFails)
     EXPECT_THROW(exportTo(*buffer, path(), packed), RTE::FileWriteError);
     EXPECT_EQ(contentOf(path()), before);
     EXPECT_EQ(fileNames(), QStringList{QStringLiteral("file.qfi")});
+}
+
+TEST_F(NativeFile, LeavesNothingForTheEndOfTheProcessWhenItIsDamaged)
+{
+    exportTo(*TestSupport::vectorFields(2), path(), packed);
+    const QByteArray whole = contentOf(path());
+    const QString printed = TestSupport::inChild([&] {
+        for (qsizetype at = 0; at < whole.size(); at += 101) {
+            QByteArray damaged = whole;
+            damaged[at] = static_cast<char>(~damaged[at]);
+            writeContent(path(), damaged);
+            try {
+                TestSupport::readEverything(*import(path()));
+            } catch (const RTE::Exception&) {
+                continue;
+            }
+        }
+    });
+    EXPECT_EQ(printed, QString());
+}
+
+TEST_F(NativeFile, HoldsMoreChoicesThanOneAttributeCanList)
+{
+    BufferPointer buffer(CreateBuffer());
+    buffer->AddFrame(CreateVectorFrame2C(1, 1, 1, 16000));
+    TestSupport::fillWithNoise(*buffer->GetFrame(0), 1);
+    exportTo(*buffer, path(), packed);
+    EXPECT_TRUE(buffersEqual(*import(path()), *buffer));
+}
+
+TEST_F(NativeFile, ShowsDamageOfTextsOfAnyLength)
+{
+    BufferPointer buffer = TestSupport::particleImages(4, 4, 1);
+    buffer->SetName(QString(100000, QLatin1Char('n')));
+    buffer->GetFrame(0)->SetScaleY(
+        {1, 0, QString(100000, QLatin1Char('u')), QString(90000, QLatin1Char('d'))});
+    exportTo(*buffer, path(), packed);
+    const QByteArray whole = contentOf(path());
+    for (const char letter : {'n', 'u', 'd'}) {
+        const qsizetype first = whole.indexOf(QByteArray(1000, letter));
+        const qsizetype last = whole.lastIndexOf(QByteArray(1000, letter));
+        ASSERT_TRUE(first >= 0 && last > first) << letter;
+        for (const qsizetype at : {first, last}) {
+            QByteArray damaged = whole;
+            damaged[at + 500] = '!';
+            writeContent(path(), damaged);
+            EXPECT_THROW(import(path())->GetFrame(0), RTE::Exception) << letter;
+        }
+    }
 }
 
 TEST_F(NativeFile, NamesTheFileThatItCannotWrite)

@@ -34,6 +34,8 @@ void report(const std::function<void()>& call)
         print("FileReadError", error.message());
     } catch (const RTE::FileWriteError& error) {
         print("FileWriteError", error.message());
+    } catch (const RTE::ParseError& error) {
+        print("ParseError", error.message());
     } catch (const RTE::Exception& error) {
         print("Exception", error.message());
     } catch (const std::exception& error) {

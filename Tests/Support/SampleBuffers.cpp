@@ -84,6 +84,8 @@ void addAllAttributes(Owner& owner)
     setText(owner, std::string("null\0name", 9), QStringLiteral("x"));
     setText(owner, std::string(300, 'n'), QStringLiteral("long name"));
     setText(owner, " . ", QStringLiteral("spaces"));
+    setText(owner, "\xE9\x80\x9F\xE5\xBA\xA6", QStringLiteral("a name that is UTF-8"));
+    setText(owner, "\xC3\xA9", QStringLiteral("a name that could be UTF-8"));
     setValues<unsigned char>(owner, "bytes", 1, {0, 255});
     setValues<unsigned short>(owner, "one word", 1, {65535});
     setValues<int>(owner, "ints", 1, {std::numeric_limits<int>::min(), 0, std::numeric_limits<int>::max()});
@@ -173,10 +175,12 @@ BufferPointer scalarFields()
     auto buffer = emptyBuffer();
     auto& frame = addImage(*buffer, DT_WORD, 6, 4, 2);
     frame.AddMask({});
-    for (const char* name : {"Correlation", "PIXEL", "mask", "frame", "x", "set1", "qf_x", "a/b %",
-                             "Gr\xF6\xDF"
-                             "e",
-                             "TS:"}) {
+    for (const char* name :
+         {"Correlation", "PIXEL", "mask", "frame", "x", "set1", "qf_x", "a/b %", ".", "a.b", "x_PIXEL",
+          "channel_4", "\xE9\x80\x9F\xE5\xBA\xA6", "\xC3\xA9", "\xFF\x80", "\n",
+          "Gr\xF6\xDF"
+          "e",
+          "TS:"}) {
         CreateTypedScalarInFrame(&frame, name, DT_FLOAT);
     }
     CreateTypedScalarInFrame(&frame, std::string(500, 'n'), DT_BYTE);
@@ -226,6 +230,23 @@ BufferPointer changingScales()
             vectors->GetComponent("V", 1)->SetScale(Zt::LinearScale(Zt::ScalePreset::I));
         }
     }
+    return buffer;
+}
+
+/// What does not fit into one attribute of a file, and numbers that are equal and yet not the same.
+BufferPointer extremeScales()
+{
+    auto buffer = emptyBuffer();
+    buffer->SetName(QString(70000, QChar(0x901F)));
+    auto& image = addImage(*buffer, DT_BYTE, 2, 2);
+    image.SetScaleX({1, -0.0, QString(100000, QLatin1Char('x')), QString(70001, QChar(0xE9))});
+    image.SetScaleI({1, -0.0, QString(60001, QLatin1Char('i')), QString()});
+    auto* vectors = CreateVectorFrame2C(2, 2, 1, 2);
+    fillWithNoise(*vectors, 1);
+    buffer->AddFrame(vectors);
+    vectors->GetComponent("U")->SetScale({1, -0.0, QStringLiteral("m/s"), QString()});
+    vectors->GetComponent("U", 1)->SetScale({1, 0.0, QStringLiteral("m/s"), QString()});
+    vectors->GetComponent("V")->SetScale({1, 0, QString(), QString(60001, QLatin1Char('v'))});
     return buffer;
 }
 
@@ -327,7 +348,8 @@ const std::vector<SampleBuffer>& sampleBuffers()
         {"LargePlanes", largePlanes},       {"Colours", colours},
         {"EmptyPlanes", emptyPlanes},       {"Vectors", vectorsOfAllForms},
         {"ScalarFields", scalarFields},     {"UnusualFrames", unusualFrames},
-        {"ChangingScales", changingScales}, {"Attributes", withAllAttributes}};
+        {"ChangingScales", changingScales}, {"Attributes", withAllAttributes},
+        {"ExtremeScales", extremeScales}};
     return samples;
 }
 

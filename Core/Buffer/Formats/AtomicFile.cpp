@@ -81,8 +81,12 @@ bool sync(const QString& path)
 
 } // namespace
 
-AtomicFile::AtomicFile(const QString& target) : m_name(target), m_target(resolved(target))
+AtomicFile::AtomicFile(const QString& target) : m_name(target)
 {
+    if (target.isEmpty() || target.contains(QChar(0))) {
+        fail(m_name, QStringLiteral("it is not a name of a file"));
+    }
+    m_target = resolved(target);
     checkTarget();
     createTemporary();
 }
@@ -90,9 +94,6 @@ AtomicFile::AtomicFile(const QString& target) : m_name(target), m_target(resolve
 /// Finds out at once what would hinder the renaming after a long export.
 void AtomicFile::checkTarget()
 {
-    if (m_target.isEmpty() || m_target.contains(QChar(0))) {
-        fail(m_name, QStringLiteral("it is not a name of a file"));
-    }
     const QByteArray path = QFile::encodeName(m_target);
     struct stat status = {};
     if (stat(path.constData(), &status) != 0) {

@@ -23,13 +23,11 @@ using CreateAttribute = std::function<I_AttributeBase*(const std::string& name, 
 /// Creates the attributes of such an object; empty text has none. \param source names the text in errors
 void attributesFromJson(std::string_view text, const QString& source, const CreateAttribute& create);
 
-/// Names are Latin-1 in the store and Unicode in files.
-[[nodiscard]] inline QString nameToText(const std::string& name)
-{
-    return QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()));
-}
-
-/// A name beyond Latin-1, which another program may have given, is kept as its UTF-8 bytes.
+/// \name Names are Latin-1 in the store and Unicode in files.
+/// A name beyond Latin-1, which another program may have given, is kept in the store as its UTF-8 bytes.
+/// @{
+[[nodiscard]] QString nameToText(const std::string& name);
 [[nodiscard]] std::string nameFromText(const QString& text);
+/// @}
 
 } // namespace BufferApi::Formats

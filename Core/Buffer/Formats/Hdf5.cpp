@@ -193,7 +193,8 @@ FoundElement findElement(hid_t fileType)
     const hid_t native = H5Tget_native_type(fileType, H5T_DIR_ASCEND);
     const auto similar = find(native);
     H5Tclose(native);
-    return {similar, false};
+    const bool isSigned = kind == H5T_INTEGER && H5Tget_sign(fileType) == H5T_SGN_2;
+    return {similar || !isSigned ? similar : std::optional(Element::I64), false};
 }
 
 Handle creationProperties(const FileContext& file, hid_t (*propertyClass)())
@@ -207,6 +208,16 @@ Handle creationProperties(const FileContext& file, hid_t (*propertyClass)())
                          H5Pset_attr_phase_change(id, attributesInHeader, 0)});
     });
     return properties;
+}
+
+unsigned long long saturatingProduct(const Extents& factors, unsigned long long product) noexcept
+{
+    for (const unsigned long long factor : factors) {
+        if (__builtin_mul_overflow(product, factor, &product)) {
+            return unlimited;
+        }
+    }
+    return product;
 }
 
 unsigned long long elementSize(Element element) noexcept
@@ -295,9 +306,11 @@ void Dataset::readLayout()
     }
     bool onlyKnown = found.isExact && kind == H5D_CHUNKED;
     m_layout.filters = readFilters(properties.get(), onlyKnown);
-    if (onlyKnown) {
-        m_layout.chunk.resize(static_cast<std::size_t>(rank));
-        checked(*m_file, m_name, [&] { return H5Pget_chunk(properties.get(), rank, m_layout.chunk.data()); });
+    if (kind == H5D_CHUNKED) {
+        Extents chunk(static_cast<std::size_t>(rank));
+        checked(*m_file, m_name, [&] { return H5Pget_chunk(properties.get(), rank, chunk.data()); });
+        m_libraryChunkBytes = saturatingProduct(chunk, elementSize(m_layout.element));
+        m_layout.chunk = onlyKnown ? std::move(chunk) : Extents();
     }
 }
 
@@ -360,7 +373,8 @@ FilePiece Dataset::writeChunk(const Extents& offset, std::span<const unsigned ch
     return place;
 }
 
-void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const
+void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, Element element,
+                                 void* destination) const
 {
     const Handle space =
         checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
@@ -372,8 +386,7 @@ void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, vo
         return H5Screate_simple(static_cast<int>(count.size()), count.data(), nullptr);
     });
     checked(*m_file, m_name, [&] {
-        return H5Dread(m_handle.get(), typeOf(m_layout.element), memory.get(), space.get(), H5P_DEFAULT,
-                       destination);
+        return H5Dread(m_handle.get(), typeOf(element), memory.get(), space.get(), H5P_DEFAULT, destination);
     });
 }
 

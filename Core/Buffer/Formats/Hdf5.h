@@ -153,6 +153,8 @@ public:
     [[nodiscard]] std::optional<Attribute> findAttribute(const std::string& name) const;
     /// UTF-8; nothing when there is no such attribute or it is no text.
     [[nodiscard]] std::optional<QByteArray> findText(const std::string& name) const;
+    /// The numbers of an attribute, whatever their type; nothing when there is none or it holds no numbers.
+    [[nodiscard]] std::optional<std::vector<double>> findNumbers(const std::string& name) const;
     /// The first number of the attribute, nothing when there is none.
     [[nodiscard]] std::optional<double> findNumber(const std::string& name) const;
 
@@ -189,6 +191,10 @@ struct Filters
 
 inline constexpr unsigned long long unlimited = H5S_UNLIMITED;
 
+/// `unlimited` when it does not fit.
+[[nodiscard]] unsigned long long saturatingProduct(const Extents& factors,
+                                                   unsigned long long product) noexcept;
+
 /// What a dataset is made with.
 struct DatasetLayout
 {
@@ -212,6 +218,9 @@ public:
     /// `readThroughLibrary` has to be used.
     [[nodiscard]] const DatasetLayout& layout() const noexcept { return m_layout; }
     void resize(const Extents& extents);
+    /// Bytes of a chunk of any kind, which the library takes at once to read of it; 0 when there are no
+    /// chunks.
+    [[nodiscard]] unsigned long long libraryChunkBytes() const noexcept { return m_libraryChunkBytes; }
 
     /// Bytes of the chunk at this offset as they are stored; 0 when it was never written.
     [[nodiscard]] unsigned long long storedChunkBytes(const Extents& offset) const;
@@ -222,8 +231,10 @@ public:
     /// the same size would be written over it, which a lasting file refuses
     FilePiece writeChunk(const Extents& offset, std::span<const unsigned char> stored,
                          const std::optional<FilePiece>& replaced = {});
-    /// Reads a block through the library's own filters, holding the lock meanwhile.
-    void readThroughLibrary(const Extents& offset, const Extents& count, void* destination) const;
+    /// Reads a block through the library's own filters, holding the lock meanwhile. \param element of the
+    /// destination
+    void readThroughLibrary(const Extents& offset, const Extents& count, Element element,
+                            void* destination) const;
 
     /// Makes it a dimension scale. \param title its name, or what netCDF has instead
     void makeScale(const std::string& title);
@@ -234,6 +245,7 @@ private:
     [[nodiscard]] Filters readFilters(hid_t properties, bool& onlyKnown) const;
 
     DatasetLayout m_layout;
+    unsigned long long m_libraryChunkBytes = 0;
 };
 
 /// A group of datasets and groups.

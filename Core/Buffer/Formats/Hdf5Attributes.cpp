@@ -113,11 +113,16 @@ Attribute readAttribute(const FileContext& file, const std::string& what, hid_t 
     return {};
 }
 
-double firstNumber(const Attribute& attribute)
+std::vector<double> numbersOf(const Attribute& attribute)
 {
     const auto as = [&](auto zero) {
-        std::memcpy(&zero, attribute.bytes.constData(), sizeof(zero));
-        return static_cast<double>(zero);
+        std::vector<double> numbers;
+        const auto end = attribute.bytes.constEnd();
+        for (auto next = attribute.bytes.constBegin(); next != end; next += sizeof(zero)) {
+            std::memcpy(&zero, next, sizeof(zero));
+            numbers.push_back(static_cast<double>(zero));
+        }
+        return numbers;
     };
     if (attribute.element == Element::I64) {
         return as(0LL);
@@ -166,13 +171,17 @@ std::optional<QByteArray> Object::findText(const std::string& name) const
                                                                  : std::nullopt;
 }
 
-std::optional<double> Object::findNumber(const std::string& name) const
+std::optional<std::vector<double>> Object::findNumbers(const std::string& name) const
 {
     const auto attribute = findAttribute(name);
-    if (!attribute || attribute->kind != Attribute::Kind::Numbers || attribute->bytes.isEmpty()) {
-        return {};
-    }
-    return firstNumber(*attribute);
+    return attribute && attribute->kind == Attribute::Kind::Numbers ? std::optional(numbersOf(*attribute))
+                                                                    : std::nullopt;
+}
+
+std::optional<double> Object::findNumber(const std::string& name) const
+{
+    const auto numbers = findNumbers(name);
+    return numbers && !numbers->empty() ? std::optional(numbers->front()) : std::nullopt;
 }
 
 void Object::writeText(const std::string& name, const QByteArray& utf8)

@@ -4,6 +4,7 @@
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/Formats/AttributeJson.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
@@ -71,7 +72,7 @@ void writeUnit(Hdf5::Object& object, const QString& unit)
     if (!shown.isEmpty()) {
         object.writeText("units", shown.toUtf8());
     }
-    object.writeText(exactName("units"), textToJson(unit));
+    writeLongText(object, exactName("units"), textToJson(unit));
 }
 
 bool writeText(Hdf5::Object& root, const std::string& name, const I_Attribute<QString>& attribute)
@@ -142,6 +143,21 @@ void createAttribute(I_Buffer& buffer, const std::string& name, const Hdf5::Attr
     }
 }
 
+std::string pieceName(const std::string& name, unsigned int number)
+{
+    return number == 1 ? name : name + '_' + std::to_string(number);
+}
+
+/// Bytes of the next piece, which ends between two characters.
+qsizetype pieceBytes(const QByteArray& utf8, qsizetype first)
+{
+    qsizetype end = std::min(first + largestAttribute, utf8.size());
+    while (end < utf8.size() && (static_cast<unsigned char>(utf8[end]) & 0xC0U) == 0x80U) {
+        --end;
+    }
+    return end - first;
+}
+
 std::string hiddenName(const char* name)
 {
     return std::string(hiddenPrefix) + name;
@@ -202,13 +218,13 @@ void writeAnyText(Hdf5::Object& object, const std::string& name, const QString& 
     if (isExact(text, utf8)) {
         object.writeText(name, utf8);
     } else {
-        object.writeText(exactName(name), textToJson(text));
+        writeLongText(object, exactName(name), textToJson(text));
     }
 }
 
 QString readAnyText(const Hdf5::Object& object, const std::string& name)
 {
-    if (const auto exact = object.findText(exactName(name))) {
+    if (const auto exact = findLongText(object, exactName(name))) {
         const QString source = QStringLiteral("%1, attribute %2")
                                    .arg(object.file().path(), QString::fromStdString(exactName(name)));
         JsonReader json({exact->constData(), static_cast<std::size_t>(exact->size())}, source);
@@ -217,6 +233,54 @@ QString readAnyText(const Hdf5::Object& object, const std::string& name)
         return text;
     }
     return QString::fromUtf8(object.findText(name).value_or(QByteArray()));
+}
+
+void writeLongText(Hdf5::Object& object, const std::string& name, const QByteArray& utf8)
+{
+    qsizetype first = 0;
+    for (unsigned int number = 1; number == 1 || first < utf8.size(); ++number) {
+        const qsizetype bytes = pieceBytes(utf8, first);
+        object.writeText(pieceName(name, number), utf8.mid(first, bytes));
+        first += bytes;
+    }
+}
+
+std::optional<QByteArray> findLongText(const Hdf5::Object& object, const std::string& name)
+{
+    auto text = object.findText(name);
+    for (unsigned int number = 2; text; ++number) {
+        const auto piece = object.findText(pieceName(name, number));
+        if (!piece) {
+            break;
+        }
+        *text += *piece;
+    }
+    return text;
+}
+
+void writeLongList(Hdf5::Object& object, const std::string& name, const std::vector<unsigned int>& values)
+{
+    const QByteArray bytes(reinterpret_cast<const char*>(values.data()),
+                           static_cast<qsizetype>(values.size() * sizeof(unsigned int)));
+    static_assert(largestAttribute % sizeof(unsigned int) == 0);
+    qsizetype first = 0;
+    for (unsigned int number = 1; number == 1 || first < bytes.size(); ++number) {
+        object.writeNumbers(pieceName(name, number), Hdf5::Element::U32, bytes.mid(first, largestAttribute));
+        first += largestAttribute;
+    }
+}
+
+std::optional<std::vector<double>> findLongList(const Hdf5::Object& object, const std::string& name)
+{
+    auto values = object.findNumbers(name);
+    for (unsigned int number = 2; values; ++number) {
+        const auto piece = object.findNumbers(pieceName(name, number));
+        if (!piece) {
+            break;
+        }
+        values->insert(values->end(), piece->begin(), piece->end());
+    }
+    return values;
 }
 
 QByteArray writeBufferAttributes(Hdf5::Object& root, const AttributeMap& attributes)

@@ -31,6 +31,16 @@ void hideScale(Hdf5::Object& object);
 void writeAnyText(Hdf5::Object& object, const std::string& name, const QString& text);
 [[nodiscard]] QString readAnyText(const Hdf5::Object& object, const std::string& name);
 
+/// \name Texts and lists of any length, in pieces as long as an attribute may be: `name`, `name_2`, `name_3`
+/// …
+/// @{
+void writeLongText(Hdf5::Object& object, const std::string& name, const QByteArray& utf8);
+[[nodiscard]] std::optional<QByteArray> findLongText(const Hdf5::Object& object, const std::string& name);
+void writeLongList(Hdf5::Object& object, const std::string& name, const std::vector<unsigned int>& values);
+[[nodiscard]] std::optional<std::vector<double>> findLongList(const Hdf5::Object& object,
+                                                              const std::string& name);
+/// @}
+
 /// Writes the attributes that HDF5 can hold as they are, and returns the others as JSON.
 [[nodiscard]] QByteArray writeBufferAttributes(Hdf5::Object& root, const AttributeMap& attributes);
 

@@ -121,15 +121,18 @@ Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name)
     return dataset;
 }
 
-ColumnReader::ColumnReader(Hdf5::Dataset dataset, unsigned long long fileBytes)
-    : m_dataset(std::move(dataset)), m_fileBytes(fileBytes)
+ColumnReader::ColumnReader(Hdf5::Dataset dataset, Hdf5::Element element, unsigned long long fileBytes)
+    : m_dataset(std::move(dataset)), m_element(element), m_fileBytes(fileBytes)
 {
     if (m_dataset.extents().size() != 1) {
         m_dataset.fail(QStringLiteral("it does not have one dimension"));
     }
     const Hdf5::DatasetLayout& layout = m_dataset.layout();
+    if (layout.element == Hdf5::Element::F32 || layout.element == Hdf5::Element::F64) {
+        m_dataset.fail(QStringLiteral("it does not hold integers"));
+    }
     const unsigned long long most = fileBytes * mostPerPackedByte / Hdf5::elementSize(layout.element);
-    if (size() > most || (!layout.chunk.empty() && layout.chunk[0] > most)) {
+    if (size() > most || m_dataset.libraryChunkBytes() / mostPerPackedByte > fileBytes) {
         m_dataset.fail(QStringLiteral("its extents are larger than the file can hold"));
     }
 }
@@ -143,8 +146,8 @@ void ColumnReader::read(unsigned long long first, unsigned long long count, void
         return;
     }
     const Hdf5::DatasetLayout& layout = m_dataset.layout();
-    if (layout.chunk.empty()) {
-        m_dataset.readThroughLibrary({first}, {count}, destination);
+    if (layout.chunk.empty() || layout.element != m_element) {
+        m_dataset.readThroughLibrary({first}, {count}, m_element, destination);
         return;
     }
     const unsigned long long element = Hdf5::elementSize(layout.element);
@@ -158,6 +161,18 @@ void ColumnReader::read(unsigned long long first, unsigned long long count, void
         first += taken;
         count -= taken;
     }
+}
+
+QByteArray ColumnReader::text(unsigned long long first, unsigned long long count) const
+{
+    QByteArray result;
+    for (unsigned long long done = 0; done < count;) {
+        const unsigned long long next = std::min(textPerChunk, count - done);
+        result.resize(static_cast<qsizetype>(done + next));
+        read(first + done, next, result.data() + done);
+        done += next;
+    }
+    return result;
 }
 
 void ColumnReader::loadChunk(unsigned long long chunk) const

@@ -65,8 +65,9 @@ private:
 class ColumnReader
 {
 public:
-    /// \param fileBytes bytes of the whole file, which no chunk exceeds
-    ColumnReader(Hdf5::Dataset dataset, unsigned long long fileBytes);
+    /// Other integers are read as `element` too. \param fileBytes bytes of the whole file, which no chunk
+    /// exceeds
+    ColumnReader(Hdf5::Dataset dataset, Hdf5::Element element, unsigned long long fileBytes);
 
     [[nodiscard]] unsigned long long size() const noexcept { return m_dataset.extents()[0]; }
     [[nodiscard]] const Hdf5::Dataset& dataset() const noexcept { return m_dataset; }
@@ -80,10 +81,14 @@ public:
         return value;
     }
 
+    /// Bytes of a text; memory is taken as they prove to be there.
+    [[nodiscard]] QByteArray text(unsigned long long first, unsigned long long count) const;
+
 private:
     void loadChunk(unsigned long long chunk) const;
 
     Hdf5::Dataset m_dataset;
+    Hdf5::Element m_element;
     unsigned long long m_fileBytes;
     mutable std::mutex m_mutex;
     mutable ChunkCoder m_coder;

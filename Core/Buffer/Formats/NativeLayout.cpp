@@ -120,11 +120,15 @@ std::vector<unsigned int> stackOf(const FrameStructure& structure, unsigned int 
     for (unsigned int choice = 0; choice < structure.shape.choices; ++choice) {
         ComponentStructure wanted = base;
         wanted.name = choiceComponentName(base.name, choice);
-        const auto found = std::find(structure.components.begin(), structure.components.end(), wanted);
-        if (found == structure.components.end() || !isVectorComponent(structure.shape, wanted.name)) {
+        // The choices follow each other, so that the next one is found at once.
+        const auto begin = structure.components.begin();
+        const auto near = begin + (stack.empty() ? 0 : stack.back());
+        auto found = std::find(near, structure.components.end(), wanted);
+        found = found == structure.components.end() ? std::find(begin, near, wanted) : found;
+        if (*found != wanted || !isVectorComponent(structure.shape, wanted.name)) {
             return {first};
         }
-        stack.push_back(static_cast<unsigned int>(found - structure.components.begin()));
+        stack.push_back(static_cast<unsigned int>(found - begin));
     }
     return stack;
 }

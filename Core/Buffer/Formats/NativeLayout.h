@@ -6,6 +6,7 @@
 #include "Core/Common/LinearScale.h"
 
 #include <array>
+#include <cmath>
 #include <optional>
 #include <set>
 #include <string>
@@ -47,8 +48,11 @@ struct ScaleValue
     explicit ScaleValue(const Zt::LinearScale& scale);
 
     [[nodiscard]] Zt::LinearScale scale() const { return {factor, offset, unit, description}; }
-    /// Values pass unchanged.
-    [[nodiscard]] bool isPlain() const noexcept { return factor == 1 && offset == 0; }
+    /// Values pass unchanged, and nothing is lost when factor and offset are left out.
+    [[nodiscard]] bool isPlain() const noexcept
+    {
+        return factor == 1 && offset == 0 && !std::signbit(offset);
+    }
     friend bool operator==(const ScaleValue& a, const ScaleValue& b);
 };
 

@@ -70,16 +70,6 @@ void fromChannels(const unsigned char* values, unsigned long long count, unsigne
     }
 }
 
-unsigned long long saturatingProduct(const Hdf5::Extents& factors, unsigned long long product)
-{
-    for (const unsigned long long factor : factors) {
-        if (__builtin_mul_overflow(product, factor, &product)) {
-            return Hdf5::unlimited;
-        }
-    }
-    return product;
-}
-
 } // namespace
 
 PlaneGeometry::PlaneGeometry(const ComponentStructure& component, unsigned int depth, unsigned int choices)
@@ -204,9 +194,14 @@ void PlaneReader::checkExtents() const
         m_dataset.fail(QStringLiteral("its element type is not that of the component"));
     }
     const unsigned long long bytes =
-        saturatingProduct(layout.extents, Hdf5::elementSize(layout.element)) / mostPerPackedByte;
+        Hdf5::saturatingProduct(layout.extents, Hdf5::elementSize(layout.element)) / mostPerPackedByte;
     if (bytes > m_file->bytes) {
         m_dataset.fail(QStringLiteral("its extents are larger than the file can hold"));
+    }
+    const unsigned long long planeBytes = m_geometry.rowBytes() * m_geometry.component().height;
+    const bool isStoredAsItIs = !layout.chunk.empty() && !layout.filters.deflate;
+    if (isStoredAsItIs && planeBytes > m_file->bytes) {
+        m_dataset.fail(QStringLiteral("its planes are larger than the file"));
     }
 }
 
@@ -217,10 +212,9 @@ void PlaneReader::checkChunks()
     // Chunks of other shapes, which other programs make, are read through HDF5's own filters.
     if (!chunk.empty() && chunk == m_geometry.block(chunk[y])) {
         m_chunkRows = chunk[y];
-        if (saturatingProduct(chunk, Hdf5::elementSize(m_geometry.element())) / mostPerPackedByte >
-            m_file->bytes) {
-            m_dataset.fail(QStringLiteral("its chunks are larger than the file can hold"));
-        }
+    }
+    if (m_dataset.libraryChunkBytes() / mostPerPackedByte > m_file->bytes) {
+        m_dataset.fail(QStringLiteral("its chunks are larger than the file can hold"));
     }
 }
 
@@ -250,7 +244,8 @@ void PlaneReader::readRows(const PlanePosition& position, unsigned long long y, 
 {
     const Hdf5::Extents offset = m_geometry.offset(position, y);
     if (m_chunkRows == 0) {
-        return m_dataset.readThroughLibrary(offset, m_geometry.block(rows), destination);
+        return m_dataset.readThroughLibrary(offset, m_geometry.block(rows), m_geometry.element(),
+                                            destination);
     }
     const Hdf5::DatasetLayout& layout = m_dataset.layout();
     const unsigned long long stored = checkedChunkSize(m_dataset, offset, m_file->bytes);

@@ -87,14 +87,8 @@ void readLargeAttributes(const Hdf5::File& file, unsigned long long fileBytes, I
     if (!file.contains(Name::bufferAttributes)) {
         return;
     }
-    const ColumnReader column(file.openDataset(Name::bufferAttributes), fileBytes);
-    QByteArray text;
-    // Memory is taken as the chunks prove to be there.
-    for (unsigned long long first = 0; first < column.size(); first += textPerChunk) {
-        const unsigned long long count = std::min(textPerChunk, column.size() - first);
-        text.resize(static_cast<qsizetype>(first + count));
-        column.read(first, count, text.data() + first);
-    }
+    const ColumnReader column(file.openDataset(Name::bufferAttributes), Hdf5::Element::U8, fileBytes);
+    const QByteArray text = column.text(0, column.size());
     const QString source = QStringLiteral("Cannot read '%1': buffer attributes").arg(file.file().path());
     attributesFromJson(
         {text.constData(), static_cast<std::size_t>(text.size())}, source,

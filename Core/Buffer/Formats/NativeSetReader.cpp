@@ -7,7 +7,7 @@
 #include "Core/Buffer/LazyPlane.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cmath>
 #include <limits>
 
 namespace BufferApi::Formats::Native
@@ -44,13 +44,18 @@ private:
 
 std::vector<unsigned int> requiredList(const Hdf5::Object& object, const char* name)
 {
-    const auto attribute = object.findAttribute(name);
-    if (!attribute || attribute->element != Hdf5::Element::U32) {
+    const auto numbers = findLongList(object, name);
+    if (!numbers) {
         object.fail(QStringLiteral("attribute %1 is missing").arg(QLatin1String(name)));
     }
-    std::vector<unsigned int> values(static_cast<std::size_t>(attribute->bytes.size()) /
-                                     sizeof(unsigned int));
-    std::memcpy(values.data(), attribute->bytes.constData(), values.size() * sizeof(unsigned int));
+    std::vector<unsigned int> values;
+    for (const double number : *numbers) {
+        if (!(number >= 0 && number <= std::numeric_limits<unsigned int>::max()) ||
+            number != std::floor(number)) {
+            object.fail(QStringLiteral("attribute %1 does not hold counts").arg(QLatin1String(name)));
+        }
+        values.push_back(static_cast<unsigned int>(number));
+    }
     return values;
 }
 
@@ -65,7 +70,7 @@ std::array<unsigned int, 3> requiredTriple(const Hdf5::Object& object, const cha
 
 QByteArray requiredText(const Hdf5::Object& object, const char* name)
 {
-    auto text = object.findText(name);
+    auto text = findLongText(object, name);
     if (!text) {
         object.fail(QStringLiteral("attribute %1 is missing").arg(QLatin1String(name)));
     }
@@ -102,6 +107,9 @@ ComponentStructure componentOf(const Hdf5::Dataset& dataset, bool isStacked)
         dataset.fail(QStringLiteral("it has %1 dimensions where %2 are due").arg(extents.size()).arg(rank));
     }
     const std::size_t y = isStacked ? 3 : 2;
+    if (dataset.layout().element == Hdf5::Element::I64) {
+        dataset.fail(QStringLiteral("unsupported element type"));
+    }
     constexpr unsigned long long largest = std::numeric_limits<unsigned int>::max();
     if (extents[y] > largest || extents[y + 1] > largest || (isRgb && extents.back() - 3 > 1)) {
         dataset.fail(QStringLiteral("its extents are not those of planes"));
@@ -118,12 +126,9 @@ ComponentStructure componentOf(const Hdf5::Dataset& dataset, bool isStacked)
 
 SetReader::TextColumn::TextColumn(const Hdf5::Group& group, const char* textName, const char* endName,
                                   unsigned long long fileBytes)
-    : text(group.openDataset(textName), fileBytes), end(group.openDataset(endName), fileBytes)
+    : text(group.openDataset(textName), Hdf5::Element::U8, fileBytes),
+      end(group.openDataset(endName), Hdf5::Element::I64, fileBytes)
 {
-    if (text.dataset().layout().element != Hdf5::Element::U8 ||
-        end.dataset().layout().element != Hdf5::Element::I64) {
-        group.fail(QStringLiteral("texts of the frames have the wrong type"));
-    }
 }
 
 QByteArray SetReader::TextColumn::at(unsigned long long row) const
@@ -137,10 +142,8 @@ QByteArray SetReader::TextColumn::at(unsigned long long row) const
     if (ends[0] < 0 || ends[1] < ends[0] || static_cast<unsigned long long>(ends[1]) > text.size()) {
         end.dataset().fail(QStringLiteral("an end is out of order"));
     }
-    QByteArray bytes(ends[1] - ends[0], '\0');
-    text.read(static_cast<unsigned long long>(ends[0]), static_cast<unsigned long long>(bytes.size()),
-              bytes.data());
-    return bytes;
+    return text.text(static_cast<unsigned long long>(ends[0]),
+                     static_cast<unsigned long long>(ends[1] - ends[0]));
 }
 
 SetReader::SetReader(const Hdf5::Group& group, std::shared_ptr<OpenFile> file)
@@ -150,8 +153,10 @@ SetReader::SetReader(const Hdf5::Group& group, std::shared_ptr<OpenFile> file)
     openDatasets(group);
     readScales(group);
     readIndices(group);
-    m_attributes =
-        std::make_unique<TextColumn>(group, Name::frameAttributes, Name::frameAttributesEnd, m_file->bytes);
+    if (group.contains(Name::frameAttributes)) {
+        m_attributes = std::make_unique<TextColumn>(group, Name::frameAttributes, Name::frameAttributesEnd,
+                                                    m_file->bytes);
+    }
     if (group.contains(Name::frameScales)) {
         m_scales =
             std::make_unique<TextColumn>(group, Name::frameScales, Name::frameScalesEnd, m_file->bytes);
@@ -168,12 +173,19 @@ void SetReader::readShape(const Hdf5::Group& group)
     const std::vector<unsigned int> choices = requiredList(group, "qf_choices");
     m_structure.shape = {*kind, size[0], size[1], size[2], choices.empty() ? 1 : choices.front()};
     m_structure.grid = requiredTriple(group, "qf_grid");
+    if (m_structure.shape.choices == 0 ||
+        m_structure.shape.choices > std::max(m_file->bytes, mostEmptyPlanes)) {
+        group.fail(QStringLiteral("it has an impossible number of choices"));
+    }
 }
 
 void SetReader::openDatasets(const Hdf5::Group& group)
 {
     PlacedComponents placed;
     for (const QString& name : requiredNames(group, "qf_datasets")) {
+        if (name.contains(QLatin1Char('/'))) {
+            group.fail(QStringLiteral("'%1' is not a name of a dataset").arg(name));
+        }
         openDataset(group.openDataset(name.toStdString()), placed);
     }
     for (auto& [index, component] : placed) {
@@ -205,10 +217,12 @@ void SetReader::openDataset(Hdf5::Dataset dataset, PlacedComponents& placed)
 void SetReader::readScales(const Hdf5::Group& group)
 {
     for (std::size_t axis = 0; axis < m_usual.axes.size(); ++axis) {
-        m_usual.axes[axis] = readScale(group.openDataset(Name::axes[axis]));
+        if (group.contains(Name::axes[axis])) {
+            m_usual.axes[axis] = readScale(group.openDataset(Name::axes[axis]));
+        }
     }
     m_usual.components.resize(m_structure.components.size());
-    const auto intensity = group.findText("qf_scale_i");
+    const auto intensity = findLongText(group, "qf_scale_i");
     if (intensity) {
         m_usual.intensity = scaleFromJson(*intensity, sourceOf(group, "qf_scale_i"));
     }
@@ -229,10 +243,7 @@ void SetReader::readScales(const Hdf5::Group& group)
 
 void SetReader::readIndices(const Hdf5::Group& group)
 {
-    const ColumnReader column(group.openDataset(Name::frame), m_file->bytes);
-    if (column.dataset().layout().element != Hdf5::Element::I64) {
-        column.dataset().fail(QStringLiteral("wrong type"));
-    }
+    const ColumnReader column(group.openDataset(Name::frame), Hdf5::Element::I64, m_file->bytes);
     unsigned long long rows = column.size();
     for (const OpenDataset& dataset : m_datasets) {
         rows = std::min(rows, dataset.planes->rows());
@@ -275,8 +286,8 @@ std::unique_ptr<I_Frame> SetReader::frame(unsigned long long row) const
         vectors->SetGridY(m_structure.grid[1]);
         vectors->SetGridZ(m_structure.grid[2]);
     }
-    const QByteArray attributes = m_attributes->at(row);
-    if (!attributes.isEmpty()) {
+    if (m_attributes) {
+        const QByteArray attributes = m_attributes->at(row);
         attributesFromJson(viewOf(attributes), source(Name::frameAttributes, row),
                            [&](const std::string& name, E_AttributeKind kind) {
                                return frame->CreateAttribute(name, kind);

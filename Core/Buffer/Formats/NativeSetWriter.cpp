@@ -165,15 +165,15 @@ void SetWriter::describeGroup(const std::vector<DatasetPlan>& plans)
     m_group.writeNumbers("qf_size", Hdf5::Element::U32, listOf(size));
     m_group.writeNumbers("qf_grid", Hdf5::Element::U32, listOf(grid));
     m_group.writeNumber("qf_choices", shape.choices);
-    m_group.writeText("qf_datasets", jsonList<std::vector<DatasetPlan>>(plans, [](const DatasetPlan& plan) {
-                          return QString::fromStdString(plan.name);
-                      }));
+    writeLongText(m_group, "qf_datasets",
+                  jsonList<std::vector<DatasetPlan>>(
+                      plans, [](const DatasetPlan& plan) { return QString::fromStdString(plan.name); }));
     const bool isShown = std::any_of(plans.begin(), plans.end(), [&](const DatasetPlan& plan) {
         const unsigned int component = plan.components.front();
         return !m_usual.components[component] && followsIntensity(shape, nameOf(component));
     });
     if (!isShown) {
-        m_group.writeText("qf_scale_i", scaleToJson(m_usual.intensity));
+        writeLongText(m_group, "qf_scale_i", scaleToJson(m_usual.intensity));
     }
 }
 
@@ -245,10 +245,10 @@ void SetWriter::describeDataset(PlannedDataset& dataset)
     const DatasetPlan& plan = dataset.plan;
     Hdf5::Dataset& target = dataset.planes.dataset();
     const unsigned int first = plan.components.front();
-    target.writeText("qf_components",
-                     jsonList<std::vector<unsigned int>>(
-                         plan.components, [&](unsigned int i) { return nameToText(nameOf(i)); }));
-    target.writeNumbers("qf_index", Hdf5::Element::U32, listOf(plan.components));
+    writeLongText(target, "qf_components",
+                  jsonList<std::vector<unsigned int>>(plan.components,
+                                                      [&](unsigned int i) { return nameToText(nameOf(i)); }));
+    writeLongList(target, "qf_index", plan.components);
     target.writeText("qf_role", QByteArray::fromStdString(plan.role));
     if (m_structure.components[first].type == DT_RGB) {
         target.writeText("qf_element", "rgb");

@@ -28,7 +28,8 @@ public:
     /// \throws RTE::InvalidArgumentError for an invalid size and what encodedSize(pixelCount) raises
     [[nodiscard]] virtual unsigned long long encodedSize(const QSize& size) const = 0;
 
-    /// Decodes all of `source` into the words of `destination`, in row order.
+    /// Decodes `source` into the words of `destination`, in row order. What a source or a destination longer
+    /// than the other needs comes to is for each format to say: pixels are not written, or bytes not read.
     /// \throws RTE::InvalidArgumentError for a null source and for sizes that do not fit; each format
     /// documents its own
     virtual void decode(Zt::span<const unsigned char> source, const RTE::MemoryBlock& destination) const = 0;

@@ -11,6 +11,7 @@ import sys
 import tempfile
 import unittest
 import warnings
+import zlib
 
 import h5py
 import netCDF4
@@ -56,7 +57,7 @@ class NativeFileTest(unittest.TestCase):
 
     def test_every_dataset_has_a_checksum_and_scales_on_all_dimensions(self):
         files = glob.glob(self.path("*.qfi"))
-        self.assertEqual(len(files), 32)
+        self.assertEqual(len(files), 34)
         for path in files:
             for dataset in datasets(path):
                 with self.subTest(file=os.path.basename(path), dataset=dataset.name):
@@ -163,6 +164,151 @@ class NativeFileTest(unittest.TestCase):
                     for key, value in attributes.items():
                         new.attrs[key] = value
                 self.assertEqual(peer("check-rewritten", path), 0)
+
+    def test_a_file_that_is_written_by_the_page_alone_comes_back(self):
+        path = self.path("scratch.made")
+        with h5py.File(path, "w") as file:
+            file.attrs["qf_format"] = "qf-frames"
+            file.attrs["qf_version"] = [1, 0]
+            file.attrs["qf_kind"] = "image"
+            file.attrs["qf_name"] = ""
+            file.attrs["Camera"] = "Größe"
+            file.attrs["qf_frame"] = "image"
+            file.attrs["qf_size"] = [640, 600, 1]
+            file.attrs["qf_grid"] = numpy.array([1, 1, 1], ">u2")
+            file.attrs["qf_choices"] = 1
+            file.attrs["qf_datasets"] = '["PIXEL"]'
+            file.create_dataset("frame", data=numpy.arange(5), dtype=">i2")
+            texts = ['{"time":["f64",%r]}' % (0.001 * i) for i in range(5)]
+            file["frame_attributes"] = numpy.frombuffer("".join(texts).encode(), "u1")
+            file["frame_attributes_end"] = numpy.cumsum([len(text) for text in texts], dtype="i4")
+            pixels = file.create_dataset("PIXEL", data=self.pixels())
+            pixels.attrs["qf_components"] = '["PIXEL"]'
+            pixels.attrs["qf_index"] = 0
+            pixels.attrs["qf_role"] = "data"
+            with h5py.File(self.path("images.packed.qfi"), "r") as ours:
+                for name in ("qf_own_scale", "units", "long_name"):
+                    if name in ours["PIXEL"].attrs:
+                        pixels.attrs[name] = ours["PIXEL"].attrs[name]
+                for axis in "xyz":
+                    file[axis] = ours[axis][...]
+                    for name in ("scale_factor", "add_offset", "units", "long_name"):
+                        if name in ours[axis].attrs:
+                            file[axis].attrs[name] = ours[axis].attrs[name]
+        self.assertEqual(peer("check-rewritten", path), 0)
+        with h5py.File(path, "a") as file:
+            for name in ("frame_attributes", "frame_attributes_end", "x", "y", "z"):
+                del file[name]
+        self.assertEqual(peer("check-plain", path), 0)
+
+    def test_a_copy_that_xarray_makes_comes_back(self):
+        for name, check in (("images", "check-rewritten"), ("vectors", "check-vectors")):
+            for engine in ENGINES:
+                with self.subTest(name=name, engine=engine):
+                    path = self.path(f"copy-{engine}-{name}.made")
+                    with open_dataset(self.path(f"{name}.packed.qfi"), engine, decode_cf=False) as data:
+                        data.to_netcdf(path, engine=engine)
+                    self.assertEqual(peer(check, path), 0)
+
+    def test_chunks_that_did_not_pass_all_filters_come_back(self):
+        for mask in (1, 2, 3):
+            path = self.path("masked.made")
+            shutil.copy(self.path("images.packed.qfi"), path)
+            with h5py.File(path, "a") as file:
+                dataset = file["PIXEL"]
+                rows = dataset.chunks[2]
+                for frame in range(5):
+                    for y in range(0, 600, rows):
+                        chunk = numpy.zeros((rows, 640), "<u2")
+                        chunk[:min(rows, 600 - y)] = self.pixels()[frame, 0, y:y + rows]
+                        data = chunk.tobytes()
+                        if not mask & 1:
+                            data = chunk.view("u1").reshape(-1, 2).T.tobytes()
+                        if not mask & 2:
+                            data = zlib.compress(data)
+                        dataset.id.write_direct_chunk((frame, 0, y, 0), data, mask)
+                numpy.testing.assert_array_equal(dataset[...], self.pixels())
+            self.assertEqual(peer("check-rewritten", path), 0)
+
+    def test_names_beyond_latin_1_are_readable_and_kept(self):
+        with h5py.File(self.path("sample-Attributes.packed.qfi"), "r") as file:
+            self.assertEqual(file.attrs["速度"], b"a name that is UTF-8")
+            self.assertIn("Ã©", file.attrs)
+        with h5py.File(self.path("sample-ScalarFields.packed.qfi"), "r") as file:
+            self.assertIn("速度", file)
+
+    def test_promises_that_a_file_cannot_keep_are_refused(self):
+        def grow(name, *extents):
+            def change(file):
+                file[name].resize(extents)
+            return change
+
+        def replace(name, **layout):
+            def change(file):
+                attributes = {key: value for key, value in file[name].attrs.items() if key.islower()}
+                del file[name]
+                file.create_dataset(name, **layout)
+                for key, value in attributes.items():
+                    file[name].attrs[key] = value
+            return change
+
+        def attribute(owner, name, value):
+            def change(file):
+                file[owner].attrs[name] = value
+            return change
+
+        def remove(name):
+            def change(file):
+                del file[name]
+            return change
+
+        huge = 1 << 40
+        larger = "larger than the file can hold"
+        cases = {
+            "more frames": (grow("PIXEL", huge, 1, 600, 640), larger),
+            "more indices": (grow("frame", huge), larger),
+            "more text": (grow("frame_attributes", huge), larger),
+            "a huge plane": (replace("PIXEL", shape=(5, 1, 1 << 20, 1 << 20), dtype="u2",
+                                     chunks=(1, 1, 1, 1 << 20)), larger),
+            "an overflow": (replace("PIXEL", shape=(5, 1 << 31, 1 << 31, 1 << 31), dtype="f8",
+                                    chunks=(1, 1, 1, 100)), "not those of the frames"),
+            "a huge chunk": (replace("PIXEL", shape=(5, 1, 600, 640), maxshape=(None,) * 4, dtype="u2",
+                                     chunks=(1000, 1, 1000, 1000), compression="lzf"), larger),
+            "no data": (replace("PIXEL", shape=(5, 1, 600, 640), dtype="u2", chunks=(1, 1, 100, 640),
+                                compression="gzip"), "a part of the data is missing"),
+            "long pixels": (replace("PIXEL", shape=(5, 1, 600, 640), dtype="i8"), "unsupported element"),
+            "fractions of frames": (replace("frame", shape=(5,), dtype="f8"), "does not hold integers"),
+            "another rank": (replace("PIXEL", shape=(5, 600, 640), dtype="u2"), "3 dimensions where 4 are due"),
+            "text for pixels": (replace("PIXEL", shape=(5, 1, 600, 640), dtype="S2"), "unsupported element"),
+            "many planes": (attribute("/", "qf_size", [640, 600, 1 << 31]), "not those of the frames"),
+            "many choices": (attribute("/", "qf_choices", (1 << 32) - 1), "impossible number of choices"),
+            "no choices": (attribute("/", "qf_choices", 0), "impossible number of choices"),
+            "a size below 0": (attribute("/", "qf_size", [-1, 600, 1]), "does not hold counts"),
+            "a size with a fraction": (attribute("/", "qf_size", [640.5, 600, 1]), "does not hold counts"),
+            "two sizes": (attribute("/", "qf_size", [640, 600]), "does not hold 3 numbers"),
+            "another version": (attribute("/", "qf_version", [2, 0]), "version 2"),
+            "another format": (attribute("/", "qf_format", "other"), "not one of frames"),
+            "an unknown kind": (attribute("/", "qf_frame", "tensor"), "unknown kind"),
+            "another place": (attribute("/", "qf_datasets", '["/PIXEL"]'), "not a name of a dataset"),
+            "no dataset": (remove("PIXEL"), "no dataset 'PIXEL'"),
+            "no text": (attribute("/", "qf_datasets", '["PIXEL"'), "at byte"),
+        }
+        for name, (change, reason) in cases.items():
+            with self.subTest(case=name):
+                path = self.path("refused.made")
+                shutil.copy(self.path("images.packed.qfi"), path)
+                with h5py.File(path, "a") as file:
+                    change(file)
+                self.assertEqual(peer("check-refused", path, reason), 0)
+
+    def test_data_in_other_files_is_refused(self):
+        path = self.path("linked.made")
+        for link in (h5py.ExternalLink("images.packed.qfi", "/PIXEL"), h5py.SoftLink("/moved")):
+            shutil.copy(self.path("images.packed.qfi"), path)
+            with h5py.File(path, "a") as file:
+                file.move("PIXEL", "moved")
+                file["PIXEL"] = link
+            self.assertEqual(peer("check-refused", path, "no dataset 'PIXEL'"), 0)
 
 
 if __name__ == "__main__":
