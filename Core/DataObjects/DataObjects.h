@@ -36,6 +36,7 @@
 #include "Core/DataObjects/ImageBufferVariant.h"
 #include "Core/DataObjects/ImageData.h"
 #include "Core/DataObjects/ImageDataVariant.h"
+#include "Core/DataObjects/ImageExtraction.h"
 #include "Core/DataObjects/ImageVariant.h"
 #include "Core/DataObjects/ImageVolume.h"
 #include "Core/DataObjects/ImageVolumeVariant.h"

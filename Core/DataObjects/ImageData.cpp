@@ -4,6 +4,7 @@
 #include "Core/Common/Array.h"
 #include "Core/DataObjects/PixelArithmetic.h"
 #include "Core/DataObjects/RowConverter.h"
+#include "Core/DataObjects/VisitImageType.h"
 
 #include <cstring>
 
@@ -169,8 +170,7 @@ void ImageData<T>::Assign(const ImageDataVariant& source)
             Private::rowConverter(source.GetDataType(), GetDataType())(typed.GetRawPointer(), m_data, size());
         }
     };
-    PixelTypes::visit(static_cast<int>(source.GetDataType()), copyFrom,
-                      [] { return RTE::Exception(QStringLiteral("Unsupported image data type")); });
+    Private::visitImageDataType(source.GetDataType(), copyFrom);
 }
 
 template <typename T>

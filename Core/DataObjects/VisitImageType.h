@@ -22,6 +22,17 @@ decltype(auto) visitImageType(E_DataType type, Visitor&& visitor,
         [] { return RTE::Exception(QStringLiteral("Unsupported image type")); }, location);
 }
 
+/// The same for pixels alone. \throws RTE::Exception "Unsupported image data type" unless it is one of the
+/// six
+template <typename Visitor>
+decltype(auto) visitImageDataType(E_DataType type, Visitor&& visitor,
+                                  RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    return PixelTypes::visit(
+        static_cast<int>(type), std::forward<Visitor>(visitor),
+        [] { return RTE::Exception(QStringLiteral("Unsupported image data type")); }, location);
+}
+
 /// \throws RTE::Exception "Unsupported image type" unless the type is one of the six
 inline void verifyImageType(E_DataType type, RTE::SourceLocation location = RTE::SourceLocation::current())
 {

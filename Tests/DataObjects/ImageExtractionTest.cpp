@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageExtraction.h"
+
+#include "Core/DataObjects/ImageVolume.h"
+#include "Core/DataObjects/LazyMask.h"
+#include "Tests/Support/PixelTypeList.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using DataObjects::ExtractXYImage;
+using DataObjects::ExtractXZImage;
+using DataObjects::ExtractYZImage;
+using DataObjects::ExtractZYImage;
+using DataObjects::Image;
+using DataObjects::ImageData;
+using DataObjects::ImageVariant;
+using DataObjects::ImageVolume;
+using TestSupport::raises;
+using Size = Math::Size3T<unsigned int>;
+using Voxel = Math::Point3T<unsigned int>;
+
+constexpr unsigned int width = 4;
+constexpr unsigned int height = 3;
+constexpr unsigned int depth = 2;
+const Voxel invalid(2, 1, 1);
+
+/// No two voxels are equal.
+unsigned int valueAt(const Voxel& voxel)
+{
+    return 1 + voxel.x + 10 * voxel.y + 100 * voxel.z;
+}
+
+template <typename T>
+ImageVolume<T> makeVolume()
+{
+    ImageVolume<T> volume(Size(width, height, depth), true);
+    for (unsigned int z = 0; z < depth; ++z) {
+        for (unsigned int y = 0; y < height; ++y) {
+            for (unsigned int x = 0; x < width; ++x) {
+                volume.SetVoxel(x, y, z, static_cast<T>(valueAt({x, y, z})));
+            }
+        }
+        volume.getPlane(z).GetScalarFields().Add(QStringLiteral("Field"));
+    }
+    volume.SetMaskValid(invalid, false);
+    volume.SetScaleX({2.0, 10.0, QStringLiteral("mm"), QStringLiteral("x")});
+    volume.SetScaleY({3.0, 20.0, QStringLiteral("m"), QStringLiteral("y")});
+    volume.SetScaleZ({4.0, 30.0, QStringLiteral("km"), QStringLiteral("z")});
+    volume.SetScaleI({5.0, 40.0, QStringLiteral("counts"), QStringLiteral("I")});
+    volume.GetAttributes().set("Key", 7);
+    return volume;
+}
+
+template <typename T, typename VoxelOf>
+void expectPixels(const ImageVariant& cut, unsigned int cutWidth, unsigned int cutHeight, VoxelOf voxelOf)
+{
+    ASSERT_EQ(cut.GetWidth(), cutWidth);
+    ASSERT_EQ(cut.GetHeight(), cutHeight);
+    const auto& image = dynamic_cast<const Image<T>&>(cut);
+    for (unsigned int y = 0; y < cutHeight; ++y) {
+        for (unsigned int x = 0; x < cutWidth; ++x) {
+            const Voxel voxel = voxelOf(x, y);
+            EXPECT_EQ(image(x, y), static_cast<T>(valueAt(voxel))) << x << ", " << y;
+            EXPECT_EQ(image.IsMaskValid(x, y), !(voxel == invalid)) << x << ", " << y;
+        }
+    }
+}
+
+TEST(ImageExtraction, TakesTheVoxelsAndTheirValidityOfEachType)
+{
+    TestSupport::forEachPixelType([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const ImageVolume<T> volume = makeVolume<T>();
+        expectPixels<T>(*ExtractXYImage(volume, 1), width, height,
+                        [](auto x, auto y) { return Voxel(x, y, 1); });
+        expectPixels<T>(*ExtractXZImage(volume, 1), width, depth,
+                        [](auto x, auto z) { return Voxel(x, 1, z); });
+        expectPixels<T>(*ExtractYZImage(volume, 2), height, depth,
+                        [](auto y, auto z) { return Voxel(2, y, z); });
+        expectPixels<T>(*ExtractZYImage(volume, 2), depth, height,
+                        [](auto z, auto y) { return Voxel(2, y, z); });
+    });
+}
+
+TEST(ImageExtraction, TurnsTheScalesWithTheAxesAndPutsTheCutIntoTheOffset)
+{
+    const ImageVolume<float> volume = makeVolume<float>();
+    const Zt::LinearScale& x = volume.GetScaleX();
+    const Zt::LinearScale& y = volume.GetScaleY();
+    const Zt::LinearScale& z = volume.GetScaleZ();
+    struct Case
+    {
+        std::unique_ptr<ImageVariant> cut;
+        Zt::LinearScale x;
+        Zt::LinearScale y;
+        Zt::LinearScale z;
+        unsigned long long scalarFields;
+    };
+    const Case cases[] = {
+        {ExtractXYImage(volume, 1), x, y, {4.0, 34.0, z.getUnit(), z.getDescription()}, 1},
+        {ExtractXZImage(volume, 2), x, z, {3.0, 26.0, y.getUnit(), y.getDescription()}, 0},
+        {ExtractYZImage(volume, 3), y, z, {2.0, 16.0, x.getUnit(), x.getDescription()}, 0},
+        {ExtractZYImage(volume, 3), z, y, {2.0, 16.0, x.getUnit(), x.getDescription()}, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(&c - cases);
+        EXPECT_EQ(c.cut->GetScaleX(), c.x);
+        EXPECT_EQ(c.cut->GetScaleY(), c.y);
+        EXPECT_EQ(c.cut->GetScaleZ(), c.z);
+        EXPECT_EQ(c.cut->GetScaleI(), volume.GetScaleI());
+        EXPECT_EQ(c.cut->GetAttributes().attributeValue("Key").value<int>(), 7);
+        EXPECT_EQ(c.cut->GetScalarFields().size(), c.scalarFields);
+    }
+    EXPECT_EQ(volume.GetScaleZ().getOffset(), 30.0) << "the cut shares nothing with the volume";
+}
+
+TEST(ImageExtraction, AMaskThatNobodyAskedForIsValidAndNotMade)
+{
+    std::vector<Image<float>> planes;
+    planes.emplace_back(ImageData<float>(width, height, 1.0F),
+                        std::make_unique<DataObjects::LazyMask>(width, height, true));
+    const ImageVolume<float> volume(std::move(planes));
+    for (const auto& cut : {ExtractXZImage, ExtractYZImage, ExtractZYImage}) {
+        EXPECT_TRUE(AllValuesValid(*cut(volume, 0)));
+    }
+    EXPECT_FALSE(volume.getPlane(0).IsMaskSpawned());
+}
+
+TEST(ImageExtraction, RefusesIndicesBeyondTheAxis)
+{
+    const ImageVolume<int> volume = makeVolume<int>();
+    using RTE::OutOfRangeError;
+    EXPECT_TRUE(raises<OutOfRangeError>("z plane index", [&] { (void)ExtractXYImage(volume, depth); }));
+    EXPECT_TRUE(raises<OutOfRangeError>("y plane index", [&] { (void)ExtractXZImage(volume, height); }));
+    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { (void)ExtractYZImage(volume, width); }));
+    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { (void)ExtractZYImage(volume, width); }));
+}
+
+TEST(ImageExtraction, GivesOneRowAsNumbers)
+{
+    TestSupport::forEachPixelType([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const ImageVolume<T> volume = makeVolume<T>();
+        const auto& data = volume.getPlane(0).GetImageData();
+        EXPECT_EQ(DataObjects::getImageDataLine(data, 2), (std::vector<double>{21, 22, 23, 24}));
+        EXPECT_TRUE(DataObjects::getImageDataLine(data, height).empty());
+    });
+}
+
+} // namespace
