@@ -149,21 +149,23 @@ TEST(PixelKernels, AllSizesAtOddAddressesKeepToTheirArrays)
     }
 }
 
-/// Frames beyond the last-level cache are written past it, several strips at a time.
-TEST(PixelKernels, FramesBeyondTheCache)
+/// Larger frames are decoded several strips at a time; beyond the last-level cache they are written past it.
+TEST(PixelKernels, FramesOfManyStripsAndBeyondTheCache)
 {
     for (const Format& format : formats()) {
         SCOPED_TRACE(format.decoder->id().toStdString());
         const std::size_t groupTraffic = format.bytes + 2 * format.pixels;
-        const std::size_t groups = (RTE::lastLevelCacheBytes() / groupTraffic / 64 + 1) * 64 + 48;
-        const Bytes source = randomBytes(groups * format.bytes);
-        const Words expected = expectedWords(format, source);
-        Words words(expected.size());
-        onEachTarget([&] {
-            std::fill(words.begin(), words.end(), std::uint16_t{0xEEEE});
-            decode(format, source.data(), source.size(), words.data(), words.size() * 2);
-            EXPECT_TRUE(words == expected);
-        });
+        for (const std::size_t traffic : {std::size_t{3U << 20U}, std::size_t{RTE::lastLevelCacheBytes()}}) {
+            const std::size_t groups = (traffic / groupTraffic / 64 + 1) * 64 + 48;
+            const Bytes source = randomBytes(groups * format.bytes);
+            const Words expected = expectedWords(format, source);
+            Words words(expected.size());
+            onEachTarget([&] {
+                std::fill(words.begin(), words.end(), std::uint16_t{0xEEEE});
+                decode(format, source.data(), source.size(), words.data(), words.size() * 2);
+                EXPECT_TRUE(words == expected) << groups << " groups";
+            });
+        }
     }
 }
 

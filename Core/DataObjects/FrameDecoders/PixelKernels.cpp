@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/FrameDecoders/PixelKernels.h"
 
-#include "Core/Common/CacheSize.h"
+#include "Core/DataObjects/CacheLines.h"
 
 #include <array>
 #include <cstdint>
@@ -356,52 +356,53 @@ inline void prefetch(const unsigned char* address, std::size_t bytes, std::size_
     }
 }
 
-template <typename Kernel>
-void decodeVectors(const Kernel& kernel, Run<Kernel>& run)
+template <bool streaming>
+void store(hn::Vec<D8> vector, unsigned char* destination)
 {
-    const std::size_t steps = run.steps();
-    const unsigned char* source = run.source;
-    unsigned char* destination = run.destination;
-    for (std::size_t i = 0; i < steps; ++i) {
-        prefetch(source, run.stepBytes, 4096);
-        prefetch(destination, vectorBytes, 2048);
-        hn::StoreU(hn::BitCast(D8(), kernel(source)), D8(), destination);
-        source += run.stepBytes;
-        destination += vectorBytes;
+    if constexpr (streaming) {
+        hn::Stream(vector, D8(), destination);
+    } else {
+        hn::StoreU(vector, D8(), destination);
     }
-    run.advance(steps * run.stepGroups);
 }
 
-/// Several strips at a time, because one run of addresses does not keep the memory busy.
-template <std::size_t strips, typename Kernel>
-void streamVectors(const Kernel& kernel, Run<Kernel>& run, std::size_t stripSteps)
+/// Decodes `strips` strips of `stripSteps` vectors that follow each other, `turn` vectors of each in turn.
+template <bool streaming, std::size_t strips, std::size_t turn, typename Kernel>
+void decodeStrips(const Kernel& kernel, Run<Kernel>& run, std::size_t stripSteps)
 {
-    const std::size_t sourceStrip = stripSteps * run.stepBytes;
-    const std::size_t destinationStrip = stripSteps * vectorBytes;
-    const unsigned char* source = run.source;
-    unsigned char* destination = run.destination;
-    for (std::size_t i = 0; i < stripSteps; ++i) {
+    constexpr std::size_t ahead = streaming ? 2048 : 1024;
+    for (std::size_t i = 0; i < stripSteps; i += turn) {
         for (std::size_t strip = 0; strip < strips; ++strip) {
-            const unsigned char* from = source + strip * sourceStrip;
-            prefetch(from, run.stepBytes, 2048);
-            hn::Stream(hn::BitCast(D8(), kernel(from)), D8(), destination + strip * destinationStrip);
+            const std::size_t step = strip * stripSteps + i;
+            const unsigned char* const source = run.source + step * run.stepBytes;
+            unsigned char* const destination = run.destination + step * vectorBytes;
+            prefetch(source, turn * run.stepBytes, ahead);
+            if (!streaming) {
+                prefetch(destination, turn * vectorBytes, ahead);
+            }
+            for (std::size_t k = 0; k < turn; ++k) {
+                const auto vector = hn::BitCast(D8(), kernel(source + k * run.stepBytes));
+                store<streaming>(vector, destination + k * vectorBytes);
+            }
         }
-        source += run.stepBytes;
-        destination += vectorBytes;
     }
     run.advance(strips * stripSteps * run.stepGroups);
 }
 
-template <typename Kernel>
-void streamAll(const Kernel& kernel, Run<Kernel>& run)
+/// Several strips at a time, because one run of addresses does not keep the memory busy. A strip is longer
+/// than whole pages, or else the strips would meet in the same sets of the cache and banks of the memory.
+template <bool streaming, typename Kernel>
+void decodeVectors(const Kernel& kernel, Run<Kernel>& run)
 {
     constexpr std::size_t strips = 4;
-    constexpr std::size_t stripSteps = 16384 / words;
+    constexpr std::size_t stripSteps = (64 + 1) * 1024 / vectorBytes;
     while (run.steps() >= strips * stripSteps) {
-        streamVectors<strips>(kernel, run, stripSteps);
+        decodeStrips<streaming, strips, 2>(kernel, run, stripSteps);
     }
-    streamVectors<1>(kernel, run, run.steps());
-    hwy::FlushStream();
+    decodeStrips<streaming, 1, 1>(kernel, run, run.steps());
+    if (streaming) {
+        hwy::FlushStream();
+    }
 }
 
 #endif
@@ -418,10 +419,10 @@ void unpackAll(const unsigned char* source, unsigned char* destination, std::siz
     }
     const Kernel kernel;
     const std::size_t traffic = groups * (Kernel::bytes + Kernel::pixels * sizeof(std::uint16_t));
-    if (aligned && traffic > RTE::lastLevelCacheBytes()) {
-        streamAll(kernel, run);
+    if (aligned && DataObjects::Private::isWorthStreaming(traffic)) {
+        decodeVectors<true>(kernel, run);
     } else {
-        decodeVectors(kernel, run);
+        decodeVectors<false>(kernel, run);
     }
 #endif
     run.decodeGroups(run.groups);

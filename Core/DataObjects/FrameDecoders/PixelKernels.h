@@ -20,8 +20,8 @@ enum class Encoding
 
 /// Turns whole groups into right-aligned 16-bit words, on the best vector unit of the processor.
 ///
-/// Reads exactly the groups' bytes and writes exactly their pixels; neither array needs an alignment. What
-/// exceeds the last-level cache is written past it.
+/// Reads exactly the groups' bytes and writes exactly their pixels; neither array needs an alignment. A
+/// frame that would not stay in the last-level cache is written past it.
 void unpack(Encoding encoding, const unsigned char* source, void* destination, std::size_t groups);
 
 } // namespace DataObjects::FrameDecoder::Private
