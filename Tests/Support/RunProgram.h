@@ -19,4 +19,8 @@ struct ProgramRun
 [[nodiscard]] ProgramRun runProgram(const QString& program, const QStringList& arguments,
                                     const QString& folder);
 
+/// The most resident memory in KiB that a program took in a run to its end; -1 unless it ended with success.
+[[nodiscard]] long long peakMemory(const QString& program, const QStringList& arguments,
+                                   const QString& folder);
+
 } // namespace TestSupport

@@ -48,6 +48,26 @@ protected:
         QDir(path(".")).mkdir("folder");
     }
 
+    /// Decodes from the pipe camera.pipe, which gives some bytes and then nothing more, until it is
+    /// interrupted.
+    void interruptReading(const QByteArray& bytes, const char* error) const
+    {
+        QProcess process;
+        process.setWorkingDirectory(path("."));
+        process.start(QF_PROGRAM, {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "camera.pipe"});
+        ASSERT_TRUE(process.waitForStarted());
+        // Opening waits until the other side has opened the pipe too.
+        QFile pipe(path("camera.pipe"));
+        ASSERT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        ASSERT_EQ(pipe.write(bytes), bytes.size());
+        EXPECT_FALSE(process.waitForFinished(300));
+        ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+        ASSERT_TRUE(process.waitForFinished(20000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 130);
+        EXPECT_EQ(process.readAllStandardError(), QByteArray(error));
+    }
+
     /// run.qfi with both frames.
     void makeRun() const
     {
@@ -300,21 +320,37 @@ TEST_F(CommandLine, readsAPipeAndStopsWhenInterrupted)
 {
     ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
     const std::string before = files();
-    QProcess process;
-    process.setWorkingDirectory(path("."));
-    process.start(QF_PROGRAM, {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "camera.pipe"});
-    ASSERT_TRUE(process.waitForStarted());
-    // Opening waits until the other side has opened the pipe too.
-    QFile pipe(path("camera.pipe"));
-    ASSERT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-    ASSERT_EQ(pipe.write(rawFrames), rawFrames.size());
-    EXPECT_FALSE(process.waitForFinished(300));
-    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
-    ASSERT_TRUE(process.waitForFinished(20000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.exitCode(), 130);
-    EXPECT_THAT(process.readAllStandardError().toStdString(), testing::HasSubstr("interrupted"));
-    EXPECT_EQ(files(), before);
+    for (const bool hasFrames : {false, true}) {
+        interruptReading(hasFrames ? rawFrames : rawFrames.left(5),
+                         hasFrames ? "qf decode: interrupted; new.qfi was written with the first 2 frames\n"
+                                   : "qf decode: new.qfi: interrupted\n");
+        EXPECT_EQ(files() == before, !hasFrames);
+    }
+    const auto written = load("new.qfi");
+    ASSERT_EQ(written->GetFrameCount(), 2U);
+    for (unsigned int frame = 0; frame < 2; ++frame) {
+        const auto* words =
+            static_cast<const unsigned short*>(written->GetFrame(frame)->GetPlane(0, 0)->GetData());
+        EXPECT_TRUE(std::equal(words, words + 8, frameWords.begin() + 8 * frame)) << frame;
+    }
+}
+
+TEST_F(CommandLine, decodesTenThousandFramesInTheMemoryOfTen)
+{
+    const QStringList arguments{"decode",         "-f", "raw-16-bit", "-s",      "96x64",
+                                "--uncompressed", "-o", "new.qfi",    "--force", "zeros.raw"};
+    long long kibibytes[2] = {};
+    for (const int frames : {10, 10000}) {
+        QFile zeros(path("zeros.raw"));
+        ASSERT_TRUE(zeros.open(QIODevice::WriteOnly) && zeros.resize(2LL * 96 * 64 * frames));
+        zeros.close();
+        const long long used = TestSupport::peakMemory(QF_PROGRAM, arguments, path("."));
+        ASSERT_GT(used, 0);
+        kibibytes[frames == 10 ? 0 : 1] = used;
+    }
+    // All frames at once would take 120,000.
+    EXPECT_LT(kibibytes[1], kibibytes[0] + 6000) << kibibytes[0];
+    EXPECT_EQ(load("new.qfi")->GetFrameCount(), 10000U);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "Tools/qf/RawFrameReader.h"
 
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/FrameStream.h"
 #include "Core/Common/Raise.h"
 #include "Core/DataObjects/FrameDecoders/FrameDecoders.h"
 
@@ -71,6 +72,26 @@ std::unique_ptr<BufferApi::I_Frame> makeFrame(DataObjects::FrameData pixels, con
     return frame;
 }
 
+/// A stream whose file goes with it unless it is kept.
+struct DiscardedStream
+{
+    DiscardedStream(const QString& path, const BufferApi::BufferOptions& options)
+        : stream(path, options, BufferApi::FrameStream::Appearance::Finish)
+    {
+    }
+    DiscardedStream(const DiscardedStream&) = delete;
+    DiscardedStream& operator=(const DiscardedStream&) = delete;
+    ~DiscardedStream()
+    {
+        if (!isKept) {
+            stream.discard();
+        }
+    }
+
+    BufferApi::FrameStream stream;
+    bool isKept = false;
+};
+
 class Decoding
 {
 public:
@@ -89,28 +110,51 @@ public:
         m_session.workOn(QStringLiteral("--size ") + m_sizeText);
         RawFrameReader reader(m_files, m_decoder->encodedSize(m_options.size),
                               QStringLiteral("one %1 frame of %2").arg(m_format, m_sizeText));
-        const std::unique_ptr<BufferApi::I_Buffer> buffer = decode(reader);
-        m_session.workOn(m_output);
-        BufferApi::ExportBuffer(buffer.get(), m_output, {{"PackType", m_options.uncompressed ? 0 : 2}});
+        const unsigned long long frames = decode(reader);
         Session::say(QStringLiteral("%1: %2 of %3\n")
-                         .arg(printable(m_output), counted(buffer->GetFrameCount(), QStringLiteral("frame")),
-                              m_sizeText));
+                         .arg(printable(m_output), counted(frames, QStringLiteral("frame")), m_sizeText));
         return Success;
     }
 
 private:
-    [[nodiscard]] std::unique_ptr<BufferApi::I_Buffer> decode(RawFrameReader& reader)
+    /// Writes each frame before the next is read. Until all are written the output has no name; one that
+    /// failed is removed, one that was interrupted keeps what it has.
+    [[nodiscard]] unsigned long long decode(RawFrameReader& reader)
     {
-        std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
-        ProgressBar progress(QStringLiteral("decoding"), reader.frameCount());
-        for (auto bytes = reader.read(); !bytes.empty(); bytes = reader.read()) {
-            Session::stopIfRequested();
-            m_session.workOn(reader.fileName());
-            buffer->AddFrame(makeFrame(m_decoder->decode(bytes, m_options.size), m_options).release());
-            progress.advanceTo(buffer->GetFrameCount());
+        DiscardedStream output(m_output, {{"PackType", m_options.uncompressed ? 0 : 2}});
+        const bool isComplete = appendAll(reader, output.stream);
+        m_session.workOn(m_output);
+        const unsigned long long frames = output.stream.frameCount();
+        if (isComplete || frames > 0) {
+            output.stream.finish();
+            output.isKept = true;
         }
-        Session::stopIfRequested();
-        return buffer;
+        if (!isComplete) {
+            RTE::raise(InterruptedError(frames == 0
+                                            ? QStringLiteral("interrupted")
+                                            : QStringLiteral("interrupted; %1 was written with the first %2")
+                                                  .arg(m_output, counted(frames, QStringLiteral("frame")))));
+        }
+        return frames;
+    }
+
+    /// \returns false when the user asked to stop
+    [[nodiscard]] bool appendAll(RawFrameReader& reader, BufferApi::FrameStream& stream)
+    {
+        ProgressBar progress(QStringLiteral("decoding"), reader.frameCount());
+        try {
+            for (auto bytes = reader.read(); !bytes.empty(); bytes = reader.read()) {
+                Session::stopIfRequested();
+                m_session.workOn(reader.fileName());
+                const auto frame = makeFrame(m_decoder->decode(bytes, m_options.size), m_options);
+                m_session.workOn(m_output);
+                stream.append(*frame);
+                progress.advanceTo(stream.frameCount());
+            }
+            return !Session::isStopRequested();
+        } catch (const InterruptedError&) {
+            return false;
+        }
     }
 
     const DecodeOptions& m_options;
