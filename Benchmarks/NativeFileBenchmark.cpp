@@ -2,6 +2,7 @@
 // Native files in /dev/shm beside HDF5's own filters and its own contiguous datasets on the same pixels.
 // "Peer" is the C library as it comes: shuffle and gzip level 1, or contiguous without checksum.
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/FrameStream.h"
 #include "Core/Common/Array.h"
 
 #include <benchmark/benchmark.h>
@@ -15,6 +16,7 @@
 #include <cstring>
 #include <memory>
 #include <random>
+#include <thread>
 #include <vector>
 
 namespace
@@ -27,9 +29,9 @@ constexpr unsigned int height = 1024;
 constexpr unsigned int frames = 16;
 constexpr unsigned long long imageBytes = 2ULL * width * height;
 
-QString path()
+QString path(int number = 0)
 {
-    return QStringLiteral("/dev/shm/native-file-benchmark.qfi");
+    return QStringLiteral("/dev/shm/native-file-benchmark%1.qfi").arg(number);
 }
 
 /// Gaussian particles over camera noise, 12 bits.
@@ -169,6 +171,43 @@ void Write(benchmark::State& state)
     setCounters(state);
 }
 
+/// As many threads as the argument tells write the recording to a file each.
+void WriteSideBySide(benchmark::State& state)
+{
+    static_cast<void>(recording());
+    const auto count = static_cast<int>(state.range(0));
+    const int packType = state.range(1) != 0 ? 2 : 0;
+    for (auto _ : state) {
+        std::vector<std::thread> threads;
+        for (int number = 0; number < count; ++number) {
+            QFile::remove(path(number));
+            threads.emplace_back([=] { ExportBuffer(&recording(), path(number), {{"PackType", packType}}); });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+    for (int number = 0; number < count; ++number) {
+        QFile::remove(path(number));
+    }
+    state.SetBytesProcessed(state.iterations() * count * static_cast<std::int64_t>(frames * imageBytes));
+}
+
+/// The same frames one by one, each acknowledged.
+void Stream(benchmark::State& state)
+{
+    static_cast<void>(recording());
+    for (auto _ : state) {
+        QFile::remove(path());
+        FrameStream stream(path(), {{"PackType", state.range(0) != 0 ? 2 : 0}});
+        for (unsigned int i = 0; i < frames; ++i) {
+            stream.append(*recording().GetFrame(i));
+        }
+        stream.finish();
+    }
+    setCounters(state);
+}
+
 void WritePeer(benchmark::State& state)
 {
     static_cast<void>(recording());
@@ -279,6 +318,12 @@ void bothForms(benchmark::internal::Benchmark* benchmark)
 BENCHMARK(CopyPixels)->Unit(benchmark::kMillisecond);
 BENCHMARK(Write)->Apply(bothForms);
 BENCHMARK(WritePeer)->Apply(bothForms);
+BENCHMARK(Stream)->Apply(bothForms);
+BENCHMARK(WriteSideBySide)
+    ->ArgNames({"threads", "packed"})
+    ->ArgsProduct({{1, 2}, {1, 0}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(Read)->Apply(bothForms);
 BENCHMARK(ReadPeer)->Apply(bothForms);
 BENCHMARK(OpenManyFrames)->Arg(1)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);

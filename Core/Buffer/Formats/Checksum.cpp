@@ -24,11 +24,10 @@ struct Sums
     unsigned long long weighted = 0;
 };
 
-/// Adds `steps` groups of `lanes` words, weighted by the number of words from each to the end, and copies
-/// them where `copies`; bytes ahead are fetched meanwhile.
-template <bool copies>
-inline __attribute__((always_inline)) Sums sumLanes(const unsigned char* data, unsigned long long steps,
-                                                    unsigned char* destination)
+/// Adds `steps` groups of `lanes` words, weighted by the number of words from each to the end; bytes ahead
+/// are fetched meanwhile.
+DATAOBJECTS_TARGET_CLONES
+Sums sumBlock(const unsigned char* data, unsigned long long steps)
 {
     unsigned int plain[lanes] = {};
     unsigned int weighted[lanes] = {};
@@ -36,10 +35,7 @@ inline __attribute__((always_inline)) Sums sumLanes(const unsigned char* data, u
         unsigned short words[lanes];
         const unsigned long long offset = step * sizeof(words);
         std::memcpy(words, data + offset, sizeof(words));
-        if constexpr (copies) {
-            __builtin_prefetch(data + offset + bytesAhead);
-            std::memcpy(destination + offset, words, sizeof(words));
-        }
+        __builtin_prefetch(data + offset + bytesAhead);
         for (unsigned lane = 0; lane < lanes; ++lane) {
             plain[lane] += words[lane];
             weighted[lane] += plain[lane];
@@ -52,18 +48,6 @@ inline __attribute__((always_inline)) Sums sumLanes(const unsigned char* data, u
         sums.weighted -= static_cast<unsigned long long>(lane) * plain[lane];
     }
     return sums;
-}
-
-DATAOBJECTS_TARGET_CLONES
-Sums sumBlock(const unsigned char* data, unsigned long long steps, unsigned char* /*destination*/)
-{
-    return sumLanes<false>(data, steps, nullptr);
-}
-
-DATAOBJECTS_TARGET_CLONES
-Sums copyBlock(const unsigned char* data, unsigned long long steps, unsigned char* destination)
-{
-    return sumLanes<true>(data, steps, destination);
 }
 
 void append(Sums& sums, const Sums& block, unsigned long long words)
@@ -85,17 +69,17 @@ bool isZero(const unsigned char* data, unsigned long long bytes)
     return bytes == 0 || (data[0] == 0 && std::memcmp(data, data + 1, bytes - 1) == 0);
 }
 
-using Block = Sums (*)(const unsigned char* data, unsigned long long steps, unsigned char* destination);
+} // namespace
 
-unsigned int checksum(const unsigned char* data, unsigned long long bytes, Block block,
-                      unsigned char* destination)
+unsigned int fletcher32(const void* source, unsigned long long bytes)
 {
+    const auto* data = static_cast<const unsigned char*>(source);
     const unsigned long long whole = bytes / (2ULL * lanes) * lanes;
     Sums sums;
     unsigned long long word = 0;
     while (word < whole) {
         const unsigned long long steps = std::min((whole - word) / lanes, stepsPerBlock);
-        append(sums, block(data + 2 * word, steps, destination + 2 * word), steps * lanes);
+        append(sums, sumBlock(data + 2 * word, steps), steps * lanes);
         word += steps * lanes;
     }
     for (; word < bytes / 2; ++word) {
@@ -107,24 +91,6 @@ unsigned int checksum(const unsigned char* data, unsigned long long bytes, Block
     }
     const bool isAllZero = sums.plain == 0 && isZero(data, bytes);
     return finished(sums.weighted, isAllZero) << 16U | finished(sums.plain, isAllZero);
-}
-
-} // namespace
-
-unsigned int fletcher32(const void* data, unsigned long long bytes)
-{
-    // Where nothing is copied the destination is only counted along.
-    const auto* source = static_cast<const unsigned char*>(data);
-    return checksum(source, bytes, sumBlock, const_cast<unsigned char*>(source));
-}
-
-unsigned int copyWithFletcher32(void* destination, const void* data, unsigned long long bytes)
-{
-    const auto* source = static_cast<const unsigned char*>(data);
-    auto* copy = static_cast<unsigned char*>(destination);
-    const unsigned long long tail = bytes % (2ULL * lanes);
-    std::memcpy(copy + bytes - tail, source + bytes - tail, tail);
-    return checksum(source, bytes, copyBlock, copy);
 }
 
 } // namespace BufferApi::Formats

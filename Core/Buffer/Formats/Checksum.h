@@ -9,7 +9,4 @@ namespace BufferApi::Formats
 /// Source: J. Fletcher, "An Arithmetic Checksum for Serial Transmissions", IEEE Trans. Comm. 30 (1982).
 [[nodiscard]] unsigned int fletcher32(const void* data, unsigned long long bytes);
 
-/// The same while the bytes are copied, which is faster than one after the other.
-[[nodiscard]] unsigned int copyWithFletcher32(void* destination, const void* data, unsigned long long bytes);
-
 } // namespace BufferApi::Formats

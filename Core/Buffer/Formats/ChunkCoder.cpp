@@ -54,8 +54,8 @@ ChunkCoder::ChunkCoder() : m_inflate(std::make_unique<inflate_state>()) {}
 
 ChunkCoder::~ChunkCoder() = default;
 
-std::span<const unsigned char> ChunkCoder::encode(const Hdf5::DatasetLayout& layout, const void* data,
-                                                  unsigned long long bytes)
+Hdf5::StoredChunk ChunkCoder::encode(const Hdf5::DatasetLayout& layout, const void* data,
+                                     unsigned long long bytes)
 {
     const unsigned long long whole = chunkBytes(layout);
     const Hdf5::Filters& filters = layout.filters;
@@ -73,23 +73,22 @@ std::span<const unsigned char> ChunkCoder::encode(const Hdf5::DatasetLayout& lay
         plain = {copy, whole};
     }
     RTE::verify(filters.deflate && !filters.fletcher32, "Unknown form of a chunk");
-    return m_deflater.pack(plain);
+    return {m_deflater.pack(plain), {}};
 }
 
-std::span<const unsigned char> ChunkCoder::withChecksum(const void* data, unsigned long long bytes,
-                                                        unsigned long long whole)
+Hdf5::StoredChunk ChunkCoder::withChecksum(const void* data, unsigned long long bytes,
+                                           unsigned long long whole)
 {
-    unsigned char* copy = m_plain.reserve(whole + checksumBytes);
-    unsigned int checksum = 0;
-    if (bytes == whole) {
-        checksum = copyWithFletcher32(copy, data, whole);
-    } else {
+    const auto* plain = static_cast<const unsigned char*>(data);
+    if (bytes < whole) {
+        unsigned char* copy = m_plain.reserve(whole);
         std::memcpy(copy, data, bytes);
         std::memset(copy + bytes, 0, whole - bytes);
-        checksum = fletcher32(copy, whole);
+        plain = copy;
     }
-    std::memcpy(copy + whole, &checksum, checksumBytes);
-    return {copy, whole + checksumBytes};
+    const unsigned int checksum = fletcher32(plain, whole);
+    std::memcpy(m_checksum.data(), &checksum, checksumBytes);
+    return {{plain, whole}, m_checksum};
 }
 
 const char* ChunkCoder::decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,

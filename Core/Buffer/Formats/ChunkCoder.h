@@ -4,6 +4,7 @@
 #include "Core/Buffer/Formats/Deflate.h"
 #include "Core/Buffer/Formats/Hdf5.h"
 
+#include <array>
 #include <memory>
 #include <mutex>
 #include <span>
@@ -24,9 +25,10 @@ public:
     ChunkCoder();
     ~ChunkCoder();
 
-    /// The bytes to store, packed or with a checksum behind them; valid until the next call.
-    [[nodiscard]] std::span<const unsigned char> encode(const Hdf5::DatasetLayout& layout, const void* data,
-                                                        unsigned long long bytes);
+    /// The bytes to store, packed or with a checksum behind them; valid until the next call, and where they
+    /// are the given ones as long as these.
+    [[nodiscard]] Hdf5::StoredChunk encode(const Hdf5::DatasetLayout& layout, const void* data,
+                                           unsigned long long bytes);
     /// Fills the destination with the leading `bytes` of the chunk. \param filterMask bit n set: the stored
     /// bytes did not go through filter n
     /// \returns the reason when the stored bytes are damaged, null otherwise
@@ -37,13 +39,14 @@ public:
     [[nodiscard]] unsigned char* storedBytes(unsigned long long bytes) { return m_stored.reserve(bytes); }
 
 private:
-    [[nodiscard]] std::span<const unsigned char> withChecksum(const void* data, unsigned long long bytes,
-                                                              unsigned long long whole);
+    [[nodiscard]] Hdf5::StoredChunk withChecksum(const void* data, unsigned long long bytes,
+                                                 unsigned long long whole);
     [[nodiscard]] const char* inflate(std::span<const unsigned char> source, unsigned char* destination,
                                       unsigned long long bytes);
 
     std::unique_ptr<inflate_state> m_inflate;
     Deflater m_deflater;
+    std::array<unsigned char, 4> m_checksum{};
     Scratch m_plain;
     Scratch m_stored;
 };

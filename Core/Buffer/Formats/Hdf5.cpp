@@ -351,19 +351,28 @@ unsigned long long Dataset::storedChunkBytes(const Extents& offset) const
 unsigned int Dataset::readChunk(const Extents& offset, void* destination) const
 {
     uint32_t mask = 0;
-    checked(*m_file, m_name,
-            [&] { return H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, destination); });
+    InputBytes& file = *m_file->input();
+    std::optional<FilePiece> place;
+    checked(*m_file, m_name, [&] {
+        file.expectChunk(destination);
+        const herr_t result = H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, destination);
+        place = file.takePlace();
+        return result;
+    });
+    if (place) {
+        file.readChunk(*place, destination);
+    }
     return mask;
 }
 
-FilePiece Dataset::writeChunk(const Extents& offset, std::span<const unsigned char> stored,
+FilePiece Dataset::writeChunk(const Extents& offset, const StoredChunk& stored,
                               const std::optional<FilePiece>& replaced)
 {
     Storage& storage = *m_file->storage();
     storage.expectChunk(stored);
     forEachTable(m_handle, m_twin, [&](hid_t id) {
         checked(*m_file, m_name, [&] {
-            return H5Dwrite_chunk(id, H5P_DEFAULT, 0, offset.data(), stored.size(), stored.data());
+            return H5Dwrite_chunk(id, H5P_DEFAULT, 0, offset.data(), stored.size(), stored.bytes.data());
         });
     });
     const FilePiece place = storage.writeChunk(replaced);

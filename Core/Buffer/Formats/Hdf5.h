@@ -72,6 +72,8 @@ public:
     }
 
     [[nodiscard]] const QString& path() const noexcept { return m_path; }
+    /// Null for a file that is written.
+    [[nodiscard]] InputBytes* input() const noexcept { return m_bytes.get(); }
     /// Null for a file that is read.
     [[nodiscard]] Storage* storage() const noexcept { return m_storage.get(); }
     /// Raises RTE::FileReadError "Cannot read 'path': reason", or RTE::FileWriteError for a file that is
@@ -206,6 +208,16 @@ struct DatasetLayout
     Filters filters;
 };
 
+/// The bytes of a chunk as they are stored, which may lie in two places.
+struct StoredChunk
+{
+    std::span<const unsigned char> bytes;
+    /// What follows them, such as a checksum.
+    std::span<const unsigned char> tail;
+
+    [[nodiscard]] std::size_t size() const noexcept { return bytes.size() + tail.size(); }
+};
+
 /// An array in a file.
 class Dataset : public Object
 {
@@ -229,7 +241,7 @@ public:
     unsigned int readChunk(const Extents& offset, void* destination) const;
     /// \param replaced where the chunk at this offset lay, whose space is then used for others; a chunk of
     /// the same size would be written over it, which a lasting file refuses
-    FilePiece writeChunk(const Extents& offset, std::span<const unsigned char> stored,
+    FilePiece writeChunk(const Extents& offset, const StoredChunk& stored,
                          const std::optional<FilePiece>& replaced = {});
     /// Reads a block through the library's own filters, holding the lock meanwhile. \param element of the
     /// destination

@@ -115,8 +115,18 @@ std::optional<unsigned long long> FileBytes::allocate(bool, unsigned long long b
     return address;
 }
 
+std::optional<FilePiece> InputBytes::takePlace() noexcept
+{
+    m_chunk = nullptr;
+    return std::exchange(m_place, std::nullopt);
+}
+
 bool InputBytes::read(unsigned long long offset, void* destination, unsigned long long bytes)
 {
+    if (destination == m_chunk) {
+        m_place = {offset, bytes};
+        return true;
+    }
     m_failure = m_file.tryRead(offset, destination, bytes);
     return m_failure.isNull();
 }

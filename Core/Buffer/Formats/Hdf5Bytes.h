@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Core/Buffer/Formats/Hdf5.h"
 #include "Core/Buffer/Formats/InputFile.h"
 
 #include <hdf5.h>
@@ -56,12 +57,25 @@ public:
     [[nodiscard]] unsigned long long size() const noexcept override { return m_file.size(); }
     [[nodiscard]] bool read(unsigned long long offset, void* destination, unsigned long long bytes) override;
     void write(unsigned long long, const void*, unsigned long long) override {}
+
+    /// The library's next read to this destination, which is that of a chunk, is only noted: it can be done
+    /// without the lock. To be called under the lock, as `takePlace`.
+    void expectChunk(const void* destination) noexcept { m_chunk = destination; }
+    /// Where the expected chunk lies; nothing when the library did not read it.
+    [[nodiscard]] std::optional<FilePiece> takePlace() noexcept;
+    /// Reads the chunk without the lock. \throws RTE::FileReadError
+    void readChunk(const FilePiece& place, void* destination) const
+    {
+        m_file.read(place.address, destination, place.bytes);
+    }
     /// Why the bytes of the latest call could not be had; null if they could. To be called under the lock.
     [[nodiscard]] QString takeFailure() { return std::exchange(m_failure, QString()); }
 
 private:
     Formats::InputFile m_file;
     QString m_failure;
+    const void* m_chunk = nullptr;
+    std::optional<FilePiece> m_place;
 };
 
 /// Lets the next file that is opened or made with these properties have its bytes here; it shares them as

@@ -119,7 +119,7 @@ void Storage::Contents::setEnd(unsigned long long end) noexcept
 std::optional<unsigned long long> Storage::Contents::allocate(bool isRaw, unsigned long long bytes)
 {
     // Where the library parts the space it asks for more than a chunk at once.
-    const bool isChunk = isRaw && m_storage.m_isLasting && m_storage.m_chunk.data() != nullptr;
+    const bool isChunk = isRaw && m_storage.m_isLasting && m_storage.m_chunk.bytes.data() != nullptr;
     if (!isChunk) {
         return m_storage.allocate(bytes);
     }
@@ -143,7 +143,7 @@ bool Storage::Contents::read(unsigned long long offset, void* destination, unsig
 void Storage::Contents::write(unsigned long long offset, const void* source, unsigned long long bytes)
 {
     // The library gives what is written the kind of a chunk also where it is none.
-    if (source == m_storage.m_chunk.data()) {
+    if (source == m_storage.m_chunk.bytes.data()) {
         if (!m_storage.m_isPlaceNew) {
             m_storage.m_place = {offset, bytes};
         }
@@ -207,7 +207,7 @@ void Storage::resize(unsigned long long bytes)
     }
 }
 
-void Storage::expectChunk(std::span<const unsigned char> chunk)
+void Storage::expectChunk(const StoredChunk& chunk) noexcept
 {
     m_chunk = chunk;
     m_place.reset();
@@ -218,7 +218,8 @@ FilePiece Storage::writeChunk(const std::optional<FilePiece>& replaced)
 {
     RTE::verify(m_place && m_place->bytes == m_chunk.size(), "A chunk was not placed");
     RTE::verify(m_isPlaceNew || !m_isLasting, "A chunk would be written over");
-    write(m_place->address, m_chunk.data(), m_chunk.size());
+    write(m_place->address, m_chunk.bytes.data(), m_chunk.bytes.size());
+    write(m_place->address + m_chunk.bytes.size(), m_chunk.tail.data(), m_chunk.tail.size());
     m_chunk = {};
     if (replaced) {
         m_givenUp.push_back(*replaced);

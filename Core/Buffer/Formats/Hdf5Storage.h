@@ -78,7 +78,7 @@ public:
 
     /// Until `writeChunk` the library's calls for both tables are about these bytes, which it has to be given
     /// at this address.
-    void expectChunk(std::span<const unsigned char> chunk);
+    void expectChunk(const StoredChunk& chunk) noexcept;
     /// Writes the expected chunk to the place that the library gave it, unless a write has failed.
     /// \param replaced the place of the chunk that it replaces, which is free with the next commit
     [[nodiscard]] FilePiece writeChunk(const std::optional<FilePiece>& replaced);
@@ -129,7 +129,7 @@ private:
     QString m_failure;
     unsigned long long m_end = 0;
     unsigned long long m_fileSize = 0;
-    std::span<const unsigned char> m_chunk;
+    StoredChunk m_chunk;
     /// Where the library put the expected chunk, and whether that is new space.
     std::optional<FilePiece> m_place;
     bool m_isPlaceNew = false;

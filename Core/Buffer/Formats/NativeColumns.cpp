@@ -96,7 +96,7 @@ void ColumnWriter::writeChunk()
     }
     const unsigned long long first = (m_size - 1) / layout.chunk[0] * layout.chunk[0];
     const auto bytes = static_cast<unsigned long long>(m_waiting.size());
-    std::span<const unsigned char> stored = m_coder.encode(layout, m_waiting.constData(), bytes);
+    Hdf5::StoredChunk stored = m_coder.encode(layout, m_waiting.constData(), bytes);
     if (m_replaced && m_replaced->bytes == stored.size()) {
         stored = asAnotherSize(stored);
     }
@@ -105,12 +105,10 @@ void ColumnWriter::writeChunk()
 
 /// HDF5 writes a chunk of the same size over the old one, which a lasting file still needs. What follows the
 /// end of a deflate stream is not looked at.
-std::span<const unsigned char> ColumnWriter::asAnotherSize(std::span<const unsigned char> stored)
+Hdf5::StoredChunk ColumnWriter::asAnotherSize(const Hdf5::StoredChunk& stored)
 {
-    m_padded =
-        QByteArray(reinterpret_cast<const char*>(stored.data()), static_cast<qsizetype>(stored.size()));
-    m_padded.append('\0');
-    return {reinterpret_cast<const unsigned char*>(m_padded.constData()), stored.size() + 1};
+    static constexpr unsigned char more[] = {0};
+    return {stored.bytes, more};
 }
 
 Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name)

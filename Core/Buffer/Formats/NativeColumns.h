@@ -47,14 +47,13 @@ public:
 private:
     ColumnWriter(Hdf5::Dataset dataset, ChunkCoder& coder);
     void writeChunk();
-    [[nodiscard]] std::span<const unsigned char> asAnotherSize(std::span<const unsigned char> stored);
+    [[nodiscard]] static Hdf5::StoredChunk asAnotherSize(const Hdf5::StoredChunk& stored);
 
     Hdf5::Dataset m_dataset;
     ChunkCoder& m_coder;
     QByteArray m_waiting;
     /// Where the chunk that is not yet full lies in the file.
     std::optional<Hdf5::FilePiece> m_replaced;
-    QByteArray m_padded;
     unsigned long long m_size = 0;
 };
 
