@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/Image.h"
 
+#include "Core/Buffer/BufferApi.h"
 #include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/InstantMask.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/ScalarField.h"
@@ -396,6 +398,23 @@ TEST(Image, AssignmentToItselfAndToItsPartsChangesNothing)
     view = std::move(sharesAll);
     EXPECT_EQ(viewed.pixels[5], 8);
     expectParts(view, 3);
+}
+
+TEST(Image, TwoViewsOfOneFrameKeepItsAttributes)
+{
+    const std::unique_ptr<BufferApi::I_FrameImage> frame(
+        BufferApi::CreateImageFrame(BufferApi::DT_INT32, 3, 2, 1));
+    Viewed<int> viewed;
+    viewed.attributes = std::make_shared<DataObjects::BufferAttributes>(*frame);
+    auto first = viewed.image();
+    viewed.attributes = std::make_shared<DataObjects::BufferAttributes>(*frame);
+    auto second = viewed.image();
+    first = std::as_const(second);
+    fillParts(second, 4);
+    second.SetAttributes(first.GetAttributes());
+    first.Assign(second);
+    expectParts(first, 4);
+    expectParts(Image<int>(first), 4);
 }
 
 TEST(Image, AnOwnerTakesAllPartsByMove)
