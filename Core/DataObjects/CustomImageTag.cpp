@@ -28,12 +28,17 @@ std::string valueName(int index)
     return itemName(index, "_Value");
 }
 
-/// The stored number of tags, less those that are missing at the end: a damaged number must not keep
-/// anybody busy.
+/// A number up to this is taken as it is stored. A larger one may be damage, and without its tags it must not
+/// keep anybody busy.
+constexpr int plausibleCount = 1000;
+
 int tagCount(const Attributes& attributes)
 {
     const AttributeValue stored = attributes.attributeValue(countName);
     const int count = stored.IsNull() ? 0 : stored.value<int>();
+    if (count <= plausibleCount) {
+        return count;
+    }
     int present = 0;
     while (present < count &&
            (attributes.contains(nameName(present)) || attributes.contains(valueName(present)))) {

@@ -22,7 +22,8 @@ struct CustomImageTag
     [[nodiscard]] friend bool operator==(const CustomImageTag&, const CustomImageTag&) = default;
 };
 
-/// The tags in their order, up to the number that is stored or the first that has neither name nor value.
+/// The tags in their order, up to the number that is stored; above 1000 no further than the first that has
+/// neither name nor value. A missing text is empty.
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT std::vector<CustomImageTag>
 getCustomImageTags(const Attributes& attributes);
 /// The global tags, then those of each frame whose name has not come before.

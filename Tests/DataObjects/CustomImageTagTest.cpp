@@ -49,7 +49,8 @@ TEST(CustomImageTag, SurvivesDamage)
         AttributeValue count;
         std::size_t found;
     };
-    for (const Case& c : {Case{2147483647, 3}, Case{"2.9", 2}, Case{-1, 0}, Case{"many", 0}}) {
+    for (const Case& c : {Case{2147483647, 3}, Case{1001, 3}, Case{1000, 1000}, Case{"2.9", 2}, Case{-1, 0},
+                          Case{"many", 0}}) {
         attributes.set("CustomImageTag_Count", c.count);
         EXPECT_EQ(getCustomImageTags(attributes).size(), c.found);
     }
@@ -57,7 +58,9 @@ TEST(CustomImageTag, SurvivesDamage)
     attributes.remove("CustomImageTag1_Value");
     EXPECT_EQ(getCustomImageTags(attributes), tags);
     attributes.remove("CustomImageTag1_Name");
-    EXPECT_EQ(getCustomImageTags(attributes), std::vector<CustomImageTag>{tags[0]});
+    EXPECT_EQ(getCustomImageTags(attributes), (std::vector<CustomImageTag>{tags[0], {}, tags[2]}));
+    deleteCustomImageTags(attributes);
+    EXPECT_TRUE(attributes.isEmpty());
 }
 
 } // namespace
