@@ -14,6 +14,10 @@ namespace RTE
 namespace
 {
 
+/// A count up to this is taken as it is stored. A larger one may be damage, and without its records it must
+/// not keep anybody busy.
+constexpr unsigned int plausibleCount = 1000;
+
 /// Writes the items of one record under their indexed names.
 class RecordWriter
 {
@@ -118,13 +122,13 @@ void write(RecordWriter& writer, const DeviceDataCollection::Record& record)
 
 DeviceDataStatic readStatic(const RecordReader& reader)
 {
-    const DeviceDataStatic defaults;
-    const auto deviceClass =
-        reader.number(DeviceData::DEVDATACLASS, static_cast<double>(defaults.deviceClass));
+    const std::optional<QString> name = reader.text(DeviceData::DEVDATANAME);
+    const DeviceClass unstored = name ? DeviceDataStatic().deviceClass : DeviceClass::Other;
+    const auto deviceClass = reader.number(DeviceData::DEVDATACLASS, static_cast<double>(unstored));
     const bool known = deviceClass >= 0.0 && deviceClass <= static_cast<double>(DeviceClass::MeasuredAdc);
     const bool single =
         reader.number(DeviceData::DEVDATAKIND, 0.0) == static_cast<double>(DeviceDataKind::SingleValue);
-    return {reader.text(DeviceData::DEVDATANAME).value_or(QString()),
+    return {name.value_or(QString()),
             reader.text(DeviceData::DEVDATAALIAS).value_or(QString()),
             known ? static_cast<DeviceClass>(static_cast<int>(deviceClass)) : DeviceClass::Other,
             single ? DeviceDataKind::SingleValue : DeviceDataKind::Samples,
@@ -185,8 +189,7 @@ DeviceDataCollection DeviceDataCollection::Read(const I_AttributesSource& source
     DeviceDataCollection collection;
     const unsigned int count = ReadCount(source);
     for (unsigned int index = 0; index < count; ++index) {
-        // A count without its records must not keep anybody busy.
-        if (!source.GetText(DeviceData::DEVDATANAME + QString::number(index))) {
+        if (count > plausibleCount && !source.GetText(DeviceData::DEVDATANAME + QString::number(index))) {
             break;
         }
         collection.add(ReadAt(source, index));

@@ -33,9 +33,10 @@ public:
     /// The number of records that the source names; 0 if it names none or the text is no number.
     [[nodiscard]] static unsigned int ReadCount(const I_AttributesSource& source);
     /// The record of this index; what the source does not have stays at its default. A text that is no number
-    /// reads as 0.
+    /// reads as 0. Where not even a name is stored, only a stored class makes the record count as measured.
     [[nodiscard]] static Record ReadAt(const I_AttributesSource& source, unsigned int index);
-    /// The records from index 0 on, up to the count that the source names or the first record without a name.
+    /// The records from index 0 on, up to the count that the source names; above a count of 1000 no further
+    /// than the first record without a name.
     [[nodiscard]] static DeviceDataCollection Read(const I_AttributesSource& source);
 
 private:

@@ -34,9 +34,9 @@ QString DeviceData::nameAt(int index) const
 
 bool DeviceData::isDevDataMeasuredData(int index) const
 {
-    const Private::AttributesSource source(m_attributes);
-    return source.GetText(RTE::DeviceData::DEVDATANAME + QString::number(index)).has_value() &&
-           RTE::DeviceDataCollection::ReadAt(source, static_cast<unsigned int>(index)).isMeasured();
+    return RTE::DeviceDataCollection::ReadAt(Private::AttributesSource(m_attributes),
+                                             static_cast<unsigned int>(index))
+        .isMeasured();
 }
 
 std::vector<RTE::DeviceDataT<double>> DeviceData::withMeasuredValues() const

@@ -12,7 +12,8 @@ namespace DataObjects
 {
 
 /// \name Lists of records
-/// In their order, up to the number that is stored or the first record without a name.
+/// In their order, up to the number that is stored; above 1000 no further than the first record without a
+/// name.
 /// @{
 
 /// The number that is stored; 0 if there is none or the text is no number.

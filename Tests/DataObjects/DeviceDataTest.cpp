@@ -137,6 +137,31 @@ TEST(DeviceData, CountsWithoutRecordsKeepNobodyBusy)
     EXPECT_TRUE(GetAllDevData(attributes).empty());
     attributes.set("DevData.Sources", 3.0);
     EXPECT_EQ(names(GetAllDevData(attributes)), QStringLiteral("ABC"));
+    attributes.set("DevData.Sources", 1001);
+    EXPECT_EQ(GetAllDevData(attributes).size(), 4U);
+}
+
+TEST(DeviceData, RecordsWithoutANameKeepTheirPlace)
+{
+    AttributesContainer attributes = sample();
+    attributes.remove("DevData.Name0");
+    attributes.remove("DevData.Name2");
+    attributes.remove("DevData.Class2");
+    attributes.set("DevData.Sources", QStringLiteral("6"));
+    attributes.set("DevData.Class5", 1);
+    EXPECT_EQ(names(GetAllDevData(attributes)), QStringLiteral("BD"));
+    EXPECT_EQ(GetAllDevData(attributes).size(), 6U);
+    const DeviceData devices(attributes);
+    std::vector<bool> measured;
+    for (int i = 0; i < devices.size(); ++i) {
+        EXPECT_EQ(GetAllDevData(attributes)[static_cast<std::size_t>(i)].getAlias(),
+                  devices.at(i).getAlias());
+        measured.push_back(devices.isDevDataMeasuredData(i));
+    }
+    EXPECT_EQ(measured, (std::vector<bool>{true, false, false, false, false, true}));
+    EXPECT_EQ(GetNumberOfMeasuredDevData(attributes), 2);
+    EXPECT_EQ(names(GetAllDevData(RemoveDeviceDataEntry(attributes, QStringLiteral("B")))),
+              QStringLiteral("D"));
 }
 
 TEST(DeviceData, RemovesADeviceAndMovesTheOthersUp)
