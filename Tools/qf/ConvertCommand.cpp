@@ -3,9 +3,9 @@
 
 #include "Tools/qf/Arguments.h"
 #include "Tools/qf/AttributeTexts.h"
+#include "Tools/qf/FileSeries.h"
 #include "Tools/qf/FrameSlice.h"
 #include "Tools/qf/FrameView.h"
-#include "Tools/qf/NumberedFiles.h"
 #include "Tools/qf/Parallel.h"
 #include "Tools/qf/ProgressBar.h"
 #include "Tools/qf/ReadAhead.h"
@@ -13,14 +13,9 @@
 #include "Core/Buffer/KnownFormats.h"
 #include "Core/Common/Raise.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <CLI/CLI.hpp>
-
-#include <cerrno>
-#include <cstdio>
 
 namespace Qf
 {
@@ -160,58 +155,45 @@ private:
         tell(m_output, numbers.size());
     }
 
-    /// All files or none: they are made in a folder beside the target and renamed once all are complete.
     void writeSeries(const FrameInputs& inputs, const std::vector<unsigned int>& numbers) const
     {
-        const NumberedFiles files(m_output);
+        FileSeries files(m_output);
         if (numbers.empty()) {
             RTE::raise(RTE::FileWriteError(QStringLiteral("%1: there are no frames").arg(m_output)));
         }
         for (const unsigned int number : numbers) {
             checkTarget(files.name(number));
         }
-        const QString folder = QFileInfo(m_output).path();
-        const QTemporaryDir work(folder + QStringLiteral("/.qf-convert-XXXXXX"));
-        if (!work.isValid()) {
-            RTE::raise(
-                RTE::FileWriteError(QStringLiteral("%1: cannot write: %2").arg(folder, work.errorString())));
-        }
-        const auto part = [&](unsigned int number) {
-            return work.filePath(QFileInfo(files.name(number)).fileName());
-        };
+        files.begin();
         {
             ProgressBar progress(QStringLiteral("converting"), numbers.size());
             std::mutex mutex;
             unsigned long long done = 0;
             forEachInParallel(numbers.size(), m_options.jobs, [&](std::size_t place) {
-                writePart(inputs, numbers[place], part(numbers[place]));
+                writePart(inputs, numbers[place], files);
                 const std::lock_guard lock(mutex);
                 progress.advanceTo(++done);
             });
         }
-        for (const unsigned int number : numbers) {
-            replace(part(number), files.name(number));
-        }
+        files.commit(numbers);
         tell(QStringLiteral("%1 to %2").arg(files.name(numbers.front()), files.name(numbers.back())),
              numbers.size());
     }
 
-    void writePart(const FrameInputs& inputs, unsigned int number, const QString& path) const
+    void writePart(const FrameInputs& inputs, unsigned int number, const FileSeries& files) const
     {
         Session::stopIfRequested();
         const auto frame = inputs.open(number);
         frame->load();
         const FrameView view(inputs.first(), 1, [&](unsigned int /*index*/) { return &frame->frame(); });
-        BufferApi::ExportBuffer(&view, path, m_exportOptions);
-        Session::stopIfRequested();
-    }
-
-    static void replace(const QString& from, const QString& to)
-    {
-        if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) != 0) {
-            RTE::raise(
-                RTE::FileWriteError(QStringLiteral("%1: cannot write: %2").arg(to, qt_error_string(errno))));
+        const QString part = files.part(number);
+        try {
+            BufferApi::ExportBuffer(&view, part, m_exportOptions);
+        } catch (const RTE::FileWriteError& failure) {
+            // The user knows the file by its own name.
+            RTE::raise(RTE::FileWriteError(failure.message().replace(part, files.name(number))));
         }
+        Session::stopIfRequested();
     }
 
     void tell(const QString& what, std::size_t frameCount) const
