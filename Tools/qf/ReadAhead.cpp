@@ -7,7 +7,7 @@ namespace Qf
 {
 
 ReadAhead::ReadAhead(const FrameInputs& inputs, std::vector<unsigned int> numbers, unsigned int jobs)
-    : m_inputs(inputs), m_numbers(std::move(numbers)), m_ahead(jobs)
+    : m_inputs(inputs), m_numbers(std::move(numbers)), m_ahead(jobs == 1 ? 1 : jobs + 1)
 {
     const auto threads = std::min<std::size_t>(jobs - 1, m_numbers.size());
     for (std::size_t i = 0; i < threads; ++i) {
@@ -31,10 +31,16 @@ BufferApi::I_Frame& ReadAhead::take(std::size_t place)
 {
     std::unique_lock lock(m_mutex);
     m_taken = place;
+    m_next = std::max(m_next, place);
     m_ready.erase(m_ready.begin(), m_ready.lower_bound(place));
     m_changed.notify_all();
-    if (!m_threads.empty()) {
-        m_changed.wait(lock, [&] { return m_ready.count(place) > 0; });
+    while (m_ready.count(place) == 0) {
+        // Whoever would wait helps.
+        if (isDue()) {
+            readNext(lock);
+        } else {
+            m_changed.wait(lock);
+        }
     }
     std::shared_ptr<OpenedFrame>& frame = m_ready[place];
     if (!frame) {
@@ -46,7 +52,7 @@ BufferApi::I_Frame& ReadAhead::take(std::size_t place)
 
 bool ReadAhead::isDue() const
 {
-    return m_next < m_numbers.size() && m_next <= m_taken + m_ahead;
+    return m_next < m_numbers.size() && m_next < m_taken + m_ahead;
 }
 
 void ReadAhead::work()
@@ -57,20 +63,25 @@ void ReadAhead::work()
         if (m_isEnding) {
             return;
         }
-        const std::size_t place = m_next++;
-        lock.unlock();
-        std::shared_ptr<OpenedFrame> frame;
-        try {
-            frame = m_inputs.open(m_numbers[place]);
-            frame->load();
-        } catch (const std::exception&) {
-            // Whoever takes the frame tries again and gets the reason.
-            frame.reset();
-        }
-        lock.lock();
-        m_ready[place] = std::move(frame);
-        m_changed.notify_all();
+        readNext(lock);
     }
+}
+
+void ReadAhead::readNext(std::unique_lock<std::mutex>& lock)
+{
+    const std::size_t place = m_next++;
+    lock.unlock();
+    std::shared_ptr<OpenedFrame> frame;
+    try {
+        frame = m_inputs.open(m_numbers[place]);
+        frame->load();
+    } catch (const std::exception&) {
+        // Whoever takes the frame tries again and gets the reason.
+        frame.reset();
+    }
+    lock.lock();
+    m_ready[place] = std::move(frame);
+    m_changed.notify_all();
 }
 
 } // namespace Qf

@@ -28,9 +28,12 @@ public:
 private:
     void work();
     [[nodiscard]] bool isDue() const;
+    /// Reads the next frame without the lock, which is held before and after.
+    void readNext(std::unique_lock<std::mutex>& lock);
 
     const FrameInputs& m_inputs;
     std::vector<unsigned int> m_numbers;
+    /// How many frames are in memory at most, the one that was taken among them.
     std::size_t m_ahead;
     std::mutex m_mutex;
     std::condition_variable m_changed;
