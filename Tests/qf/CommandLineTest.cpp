@@ -239,8 +239,7 @@ TEST_F(CommandLine, joinsRawFilesAndShowsOneAlignedLineEach)
 
 TEST_F(CommandLine, replacesOnlyWhenForced)
 {
-    const auto run = qf("decode -f raw-16-bit -s 2x1 -o existing.qfi --force good.raw");
-    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(succeed("decode -q -f raw-16-bit -s 2x1 -o existing.qfi --force good.raw").err, QString());
     EXPECT_THAT(qf("info existing.qfi").out.toStdString(), testing::HasSubstr("6 frames  2x1"));
 }
 

@@ -111,8 +111,8 @@ public:
         RawFrameReader reader(m_files, m_decoder->encodedSize(m_options.size),
                               QStringLiteral("one %1 frame of %2").arg(m_format, m_sizeText));
         const unsigned long long frames = decode(reader);
-        Session::say(QStringLiteral("%1: %2 of %3\n")
-                         .arg(printable(m_output), counted(frames, QStringLiteral("frame")), m_sizeText));
+        Session::remark(QStringLiteral("%1: %2 of %3\n")
+                            .arg(printable(m_output), counted(frames, QStringLiteral("frame")), m_sizeText));
         return Success;
     }
 
@@ -193,7 +193,8 @@ void addDecodeCommand(CLI::App& app, Session& session, Job& job)
         "LENGTH");
     command->add_option("-o,--output", options->output, "The file to write")->required()->type_name("FILE");
     command->add_flag("--uncompressed", options->uncompressed, "Store the pixels as they are");
-    command->add_flag("--force", options->force, "Replace an existing file");
+    addForce(*command, options->force);
+    addQuiet(*command);
     command->callback([options, &session, &job] {
         job = [options, &session] { return Decoding(*options, session).run(); };
     });
