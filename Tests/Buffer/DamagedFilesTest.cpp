@@ -4,6 +4,7 @@
 //
 // DATAOBJECTS_DAMAGE_TRIES=20000 makes the long form of it, with a line of figures for each format.
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/FrameStream.h"
 #include "Core/Common/Exception.h"
 #include "Tests/Support/Allocations.h"
 #include "Tests/Support/Files.h"
@@ -62,6 +63,25 @@ BufferPointer frame(I_Frame* created)
     return buffer;
 }
 
+/// A stream after its last append, as a killed writer leaves it, and finished.
+void addStreamed(const I_Buffer& buffer, int packType, std::vector<Sample>& files)
+{
+    const QTemporaryDir folder(QStringLiteral("/dev/shm/damaged-XXXXXX"));
+    const QString path = folder.filePath(QStringLiteral("stream.qfi"));
+    FrameStream stream(path, {{"PackType", packType}});
+    for (unsigned int i = 0; i < buffer.GetFrameCount(); ++i) {
+        stream.append(*buffer.GetFrame(i));
+    }
+    for (const bool isFinished : {false, true}) {
+        if (isFinished) {
+            stream.finish();
+        }
+        BufferPointer back(ImportBuffer(path));
+        TestSupport::readEverything(*back);
+        files.push_back({TestSupport::contentOf(path), std::move(back)});
+    }
+}
+
 /// Together they hold every kind of object that our files have.
 std::vector<Sample> nativeFiles(int packType)
 {
@@ -72,6 +92,7 @@ std::vector<Sample> nativeFiles(int packType)
     std::vector<Sample> files;
     files.push_back(sampleOf(*frame(CreateImageFrame(DT_WORD, 8, 6, 1)), "qfi", packType));
     files.push_back(sampleOf(*recording, "qfv", packType));
+    addStreamed(*recording, packType, files);
     for (const TestSupport::SampleBuffer& sample : TestSupport::sampleBuffers()) {
         if (sample.name != "LargePlanes") {
             files.push_back(sampleOf(*sample.make(), "qfi", packType));
