@@ -26,8 +26,19 @@ FileBytes& bytesOf(const H5FD_t* file)
 
 H5FD_t* openFile(const char*, unsigned, hid_t access, haddr_t)
 {
-    const auto* bytes = static_cast<const BytesPointer* const*>(H5Pget_driver_info(access));
-    return bytes == nullptr ? nullptr : new LibraryFile{{}, **bytes};
+    const auto* bytes = static_cast<const BytesPointer*>(H5Pget_driver_info(access));
+    return bytes == nullptr ? nullptr : new LibraryFile{{}, *bytes};
+}
+
+void* copyInfo(const void* info)
+{
+    return new BytesPointer(*static_cast<const BytesPointer*>(info));
+}
+
+herr_t freeInfo(void* info)
+{
+    delete static_cast<BytesPointer*>(info);
+    return 0;
 }
 
 herr_t closeFile(H5FD_t* file)
@@ -90,7 +101,9 @@ H5FD_class_t makeClass()
     driver.name = "qf-bytes";
     driver.maxaddr = static_cast<haddr_t>(std::numeric_limits<long long>::max());
     driver.fc_degree = H5F_CLOSE_WEAK;
-    driver.fapl_size = sizeof(const BytesPointer*);
+    driver.fapl_size = sizeof(BytesPointer);
+    driver.fapl_copy = copyInfo;
+    driver.fapl_free = freeInfo;
     driver.open = openFile;
     driver.close = closeFile;
     driver.query = query;
@@ -135,8 +148,7 @@ herr_t useBytes(hid_t accessProperties, const BytesPointer& bytes)
 {
     static const H5FD_class_t driver = makeClass();
     static const hid_t id = H5FDregister(&driver);
-    const BytesPointer* info = &bytes;
-    return H5Pset_driver(accessProperties, id, &info);
+    return H5Pset_driver(accessProperties, id, &bytes);
 }
 
 } // namespace BufferApi::Hdf5

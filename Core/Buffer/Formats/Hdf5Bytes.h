@@ -78,9 +78,9 @@ private:
     std::optional<FilePiece> m_place;
 };
 
-/// Lets the next file that is opened or made with these properties have its bytes here; it shares them as
-/// long as it is open. The driver leaves no trace in the file. To be called under the library's lock; `bytes`
-/// has to live until that call is over.
+/// Lets the files that are opened or made with these properties have their bytes here, which they and the
+/// properties share from now on. The driver leaves no trace in the file. To be called under the library's
+/// lock.
 [[nodiscard]] herr_t useBytes(hid_t accessProperties, const std::shared_ptr<FileBytes>& bytes);
 
 } // namespace BufferApi::Hdf5
