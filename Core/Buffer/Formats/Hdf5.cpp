@@ -65,9 +65,6 @@ bool isKnownOrder(const std::vector<H5Z_filter_t>& filters)
     return true;
 }
 
-Handle accessProperties(const FileContext& file, std::shared_ptr<FileBytes>&& bytes) = delete;
-
-/// \param bytes lives until the file is open
 Handle accessProperties(const FileContext& file, const std::shared_ptr<FileBytes>& bytes)
 {
     Handle properties =
@@ -534,10 +531,8 @@ File File::create(const Formats::OutputPath& path, bool isLasting)
 
 File File::open(const QString& path)
 {
-    const auto input = std::make_shared<InputBytes>(path);
-    // The library looks at this very pointer while it opens the file.
-    const std::shared_ptr<FileBytes> bytes = input;
-    auto context = std::make_shared<const FileContext>(path, input);
+    const auto bytes = std::make_shared<InputBytes>(path);
+    auto context = std::make_shared<const FileContext>(path, bytes);
     const Handle access = accessProperties(*context, bytes);
     const QByteArray encoded = QFile::encodeName(path);
     QString reason;
@@ -546,7 +541,7 @@ File File::open(const QString& path)
         const Serial serial;
         const hid_t id = H5Fopen(encoded.constData(), H5F_ACC_RDONLY, access.get());
         file = Handle(id, H5Fclose);
-        reason = input->takeFailure();
+        reason = bytes->takeFailure();
         if (id < 0) {
             const QString libraryReason = failureReason();
             reason = reason.isNull() ? libraryReason : reason;
