@@ -19,7 +19,10 @@ void replaceAttributes(const Attributes& source, Attributes& target)
         const std::vector<Attribute> attributes = source.toStdVector();
         target.clear();
         for (const Attribute& attribute : attributes) {
-            target.setAttribute(attribute);
+            // Setting a null value would remove what its name stands for.
+            if (!attribute.value.IsNull()) {
+                target.setAttribute(attribute);
+            }
         }
     }
 }

@@ -42,6 +42,19 @@ std::vector<std::shared_ptr<Image<T>>> newPlanes(unsigned int depth, Make make)
     return planes;
 }
 
+/// Collections list their names in different orders: a frame in that of its components.
+bool haveSameNames(const ScalarFields& first, const ScalarFields& second)
+{
+    const QList<QString> firstNames = first.GetNames();
+    const QList<QString> secondNames = second.GetNames();
+    return std::is_permutation(firstNames.begin(), firstNames.end(), secondNames.begin(), secondNames.end());
+}
+
+bool isMovedFrom(const ImageVariant& plane)
+{
+    return plane.GetImageDataSPtr() == nullptr;
+}
+
 /// Offsets of the Z scale may differ from plane to plane, its factor may not.
 void verifyConsistent(const ImageVariant* plane, const ImageVariant& first)
 {
@@ -52,7 +65,7 @@ void verifyConsistent(const ImageVariant* plane, const ImageVariant& first)
                 "z axis has different scaling.");
     RTE::verify(plane->GetScaleI() == first.GetScaleI(), "intensity has different scaling.");
     RTE::verify(plane->GetSize() == first.GetSize(), "z-planes have different sizes.");
-    RTE::verify(plane->GetScalarFields().GetNames() == first.GetScalarFields().GetNames(),
+    RTE::verify(haveSameNames(plane->GetScalarFields(), first.GetScalarFields()),
                 "scalar field names are different.");
 }
 
@@ -179,8 +192,9 @@ Math::Size3T<unsigned int> ImageVolume<T>::GetSize() const noexcept
 template <typename T>
 bool ImageVolume<T>::HasOwnerShip() const noexcept
 {
-    return std::all_of(m_planes.begin(), m_planes.end(),
-                       [](const auto& plane) { return plane->GetImageData().HasOwnerShip(); });
+    return std::all_of(m_planes.begin(), m_planes.end(), [](const auto& plane) {
+        return isMovedFrom(*plane) || plane->GetImageData().HasOwnerShip();
+    });
 }
 
 template <typename T>
@@ -318,7 +332,10 @@ void ImageVolume<T>::shareParts(const std::shared_ptr<Attributes>& attributes)
 template <typename T>
 void ImageVolume<T>::assignPlanes(const ImageVolumeVariant& source)
 {
-    if (m_planes.empty() || GetSize() != source.GetSize()) {
+    // A plane that was moved away would be rebuilt with scales and attributes of its own.
+    const bool isComplete =
+        std::none_of(m_planes.begin(), m_planes.end(), [](const auto& plane) { return isMovedFrom(*plane); });
+    if (m_planes.empty() || !isComplete || GetSize() != source.GetSize()) {
         RTE::verify(HasOwnerShip(), "Assigment of non owning image volume with different size not possible");
         copyPlanes(source);
         return;
@@ -355,6 +372,7 @@ MoveImageVariantListToImageVolumeVariantT(std::vector<std::unique_ptr<ImageVaria
 {
     RTE::verify(!planes.empty(), "MoveImageVariantListToImageVolumeVariantT: planes is empty");
     std::vector<std::unique_ptr<Image<T>>> typed;
+    typed.reserve(planes.size());
     for (std::unique_ptr<ImageVariant>& plane : planes) {
         if (plane == nullptr || plane->GetDataType() == E_DataType(PixelTypes::number<T>)) {
             typed.emplace_back(static_cast<Image<T>*>(plane.release()));

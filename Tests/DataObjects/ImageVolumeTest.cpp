@@ -205,6 +205,41 @@ TEST(ImageVolume, PlanesAreCheckedInOrder)
     EXPECT_EQ(volume.getPlane(2).GetScaleXShared(), plane->GetScaleXShared());
 }
 
+/// Lists its names backwards, as a frame does whose components were added so.
+class FieldsInOtherOrder : public DataObjects::ScalarFields
+{
+public:
+    using ScalarFields::operator=;
+    using ScalarFields::ScalarFields;
+    QList<QString> GetNames() const override
+    {
+        QList<QString> names = ScalarFields::GetNames();
+        std::reverse(names.begin(), names.end());
+        return names;
+    }
+};
+
+TEST(ImageVolume, TheOrderOfScalarFieldsIsNoDifference)
+{
+    std::vector<int> pixels(6);
+    Image<int> plain(3, 2, true);
+    const auto fields = std::make_shared<FieldsInOtherOrder>(3, 2);
+    for (const char* const name : {"a", "b"}) {
+        plain.GetScalarFields().Add(QString::fromLatin1(name));
+        fields->Add(QString::fromLatin1(name));
+    }
+    const auto build = [&] {
+        std::vector<Image<int>> planes = {plain};
+        planes.emplace_back(pixels.data(), plain.GetSize(), plain.GetMaskSPtr(), plain.GetScaleXShared(),
+                            plain.GetScaleYShared(), plain.GetScaleZShared(), plain.GetScaleIShared(),
+                            plain.GetAttributesSPtr(), fields);
+        return ImageVolume<int>(std::move(planes));
+    };
+    EXPECT_EQ(build().GetDepth(), 2U);
+    fields->Add(QStringLiteral("c"));
+    EXPECT_TRUE(raises<Failed>("scalar field names are different.", [&] { build(); }));
+}
+
 TEST(ImageVolume, PlanesShareScalesAndAttributes)
 {
     auto volume = stack<float>(1, {4, 3, 3});
@@ -301,6 +336,24 @@ TEST(ImageVolume, MovingTakesThePlanesOfAnOwner)
     owner = source;
     expectStack(owner, 1);
     EXPECT_NE(owner[1], plane);
+}
+
+TEST(ImageVolume, AVolumeWhosePlaneWasMovedAwayIsRebuiltByAssignment)
+{
+    const auto good = stack<int>(1);
+    const std::vector<std::function<void(ImageVolume<int>&)>> assignments = {
+        [&](ImageVolume<int>& volume) { volume = good; },
+        [&](ImageVolume<int>& volume) { volume = ImageVolume<int>(good); },
+        [&](ImageVolume<int>& volume) { volume.Assign(stack<float>(1)); }};
+    for (const auto& assign : assignments) {
+        for (const unsigned int z : {0U, 1U}) {
+            auto volume = stack<int>(50);
+            const Image<int> taken(std::move(volume.getPlane(z)));
+            EXPECT_TRUE(volume.HasOwnerShip());
+            assign(volume);
+            expectStack(volume, 1);
+        }
+    }
 }
 
 TEST(ImageVolume, MovingIntoAViewCopies)
@@ -400,6 +453,27 @@ TEST(ImageVolume, ScalesAndAttributesAreCopiedButForTheIntensity)
     EXPECT_EQ(target.GetScaleI(), scaleOf(6));
     EXPECT_EQ(attributeOf(target.GetAttributes(), "First"), 1);
     EXPECT_FALSE(target.GetAttributes().contains("Old"));
+}
+
+/// Lists an attribute without a value after the others, as a frame does for one of a kind that has none.
+class WithNullAttribute : public AttributesContainer
+{
+public:
+    std::vector<DataObjects::Attribute> toStdVector() const override
+    {
+        auto attributes = AttributesContainer::toStdVector();
+        attributes.push_back({"First*", {}});
+        return attributes;
+    }
+};
+
+TEST(ImageVolume, AnAttributeWithoutAValueRemovesNoOther)
+{
+    WithNullAttribute source;
+    source.set("First", 7);
+    auto volume = stack<int>(1);
+    volume.SetAttributes(source);
+    EXPECT_EQ(attributeOf(volume.GetAttributes(), "First"), 7);
 }
 
 TEST(ImageVolume, ImagesOfOneTypeMoveIntoAVolume)

@@ -2,6 +2,7 @@
 #include "Core/DataObjects/Variant.h"
 
 #include "Core/DataObjects/ImageBuffer.h"
+#include "Core/DataObjects/ImageExtraction.h"
 #include "Tests/Support/Raises.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,7 @@ namespace
 using DataObjects::Image;
 using DataObjects::ImageBuffer;
 using DataObjects::ImageBufferVariant;
+using DataObjects::ImageData;
 using DataObjects::ImageVariant;
 using DataObjects::ImageVolume;
 using DataObjects::ImageVolumeVariant;
@@ -78,12 +80,58 @@ TEST(Variant, UnsupportedTypesAreRefusedBeforeAnythingElse)
         [&] { buffer.Assign(oddBuffer); },
         [&] { (void)CreateImageBufferCopyOfOtherType(oddBuffer, buffer); },
         [&] { (void)CreateImageBufferCopyOfOtherType(buffer, oddBuffer); },
-        [&] { (void)CreateImageBufferOfOtherType(oddBuffer, 1, 1, 0, 0, true); }};
+        [&] { (void)CreateImageBufferOfOtherType(oddBuffer, 1, 1, 0, 0, true); },
+        [&] { (void)ExtractXZImage(oddVolume, 8); },
+        [&] { (void)ExtractYZImage(oddVolume, 8); },
+        [&] { (void)ExtractZYImage(oddVolume, 8); }};
     for (const auto& call : calls) {
         EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type", call));
     }
     EXPECT_EQ(image(2, 1), 5);
     EXPECT_EQ(buffer.getFrame(0).GetWidth(), 3U);
+    EXPECT_TRUE(raises<RTE::OutOfRangeError>("x plane index", [&] { (void)ExtractYZImage(oddVolume, 9); }));
+    const Odd<ImageData<int>> oddData(3U, 2U);
+    EXPECT_TRUE(
+        raises<RTE::Exception>("Unsupported image data type", [&] { (void)getImageDataLine(oddData, 2); }));
+}
+
+TEST(Variant, FailuresAreLocatedInTheFileOfTheirClass)
+{
+    Image<int> image(3, 2, 5, true);
+    const Image<int> other(2, 2, 5, true);
+    const auto small = std::make_shared<DataObjects::Mask>(2, 2);
+    const Odd<ImageVolume<int>> oddVolume(9U, 9U, 9U, true);
+    ImageVolume<int> volume(3U, 2U, 1U, true);
+    ImageBuffer<int> buffer(3U, 2U, 1U, 1U, true);
+    const std::vector<std::pair<QString, std::function<void()>>> calls = {
+        {"Image",
+         [&] {
+             Image<int>(image.begin(), image.GetSize(), small, nullptr, nullptr, nullptr, nullptr, nullptr,
+                        nullptr);
+         }},
+        {"Image",
+         [&] {
+             Image<int>(image.begin(), image.GetSize(), image.GetMaskSPtr(), nullptr, nullptr, nullptr,
+                        nullptr, nullptr, nullptr);
+         }},
+        {"Image", [&] { image.Assign(Odd<Image<int>>(9, 9, true)); }},
+        {"ImageData", [&] { image = other; }},
+        {"ImageVolume", [] { ImageVolume<int>(3U, 2U, 0U, true); }},
+        {"ImageVolume", [&] { (void)volume.getPlane(1); }},
+        {"ImageVolume", [&] { volume.Assign(oddVolume); }},
+        {"ImageBuffer", [] { ImageBuffer<int>(3U, 2U, 1U, 0U, true); }},
+        {"ImageBuffer", [&] { buffer.AppendImageVolume(oddVolume); }},
+        {"ImageBufferVariant", [&] { buffer.setAllAttributes(DataObjects::GlobalAndFrameAttributes()); }},
+        {"ImageExtraction", [&] { (void)ExtractXZImage(oddVolume, 9); }},
+        {"ImageExtraction", [&] { (void)ExtractXZImage(oddVolume, 8); }}};
+    for (const auto& [file, call] : calls) {
+        try {
+            call();
+            ADD_FAILURE() << "nothing was raised for " << file.toStdString();
+        } catch (const RTE::Exception& raised) {
+            EXPECT_EQ(raised.locationFile(), "Core/DataObjects/" + file);
+        }
+    }
 }
 
 } // namespace
