@@ -4,6 +4,7 @@
 #include "Core/Common/Array.h"
 #include "Core/Common/Raise.h"
 #include "Core/Common/TargetClones.h"
+#include "Core/DataObjects/PixelArithmetic.h"
 
 #include <algorithm>
 #include <cstring>
@@ -157,7 +158,7 @@ Mask& Mask::operator^=(const Mask& other)
 
 void Mask::Fill(bool value) noexcept
 {
-    std::fill(begin(), end(), value);
+    Private::fill(reinterpret_cast<Byte*>(m_pixels), storedCount(), static_cast<Byte>(value));
 }
 
 void Mask::takeFrom(Mask& other) noexcept
