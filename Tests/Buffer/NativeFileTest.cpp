@@ -141,6 +141,9 @@ TEST_F(NativeFile, KeepsTheOldFileAndNothingElseWhenAnExportFails)
 
 TEST_F(NativeFile, LeavesNothingForTheEndOfTheProcessWhenItIsDamaged)
 {
+#ifdef DATAOBJECTS_SANITIZED
+    GTEST_SKIP() << "a sanitizer prints a summary of its own when the process ends";
+#endif
     exportTo(*TestSupport::vectorFields(2), path(), packed);
     const QByteArray whole = contentOf(path());
     const QString printed = TestSupport::inChild([&] {
