@@ -18,6 +18,9 @@ namespace
 constexpr unsigned long long signatureBytes = 8;
 // Room for both superblocks.
 constexpr unsigned long long firstAddress = 1024;
+// The system copies whole pages fastest; for smaller pieces the gaps would count.
+constexpr unsigned long long pageBytes = 4096;
+constexpr unsigned long long smallestAligned = 1ULL << 17U;
 
 } // namespace
 
@@ -183,7 +186,9 @@ Storage::Storage(const Formats::OutputPath& path, bool isLasting)
 
 unsigned long long Storage::allocate(unsigned long long bytes)
 {
-    if (const auto reused = m_free.take(bytes)) {
+    if (bytes >= smallestAligned) {
+        m_end = (m_end + pageBytes - 1) / pageBytes * pageBytes;
+    } else if (const auto reused = m_free.take(bytes)) {
         return *reused;
     }
     const unsigned long long address = m_end;
