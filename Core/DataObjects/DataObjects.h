@@ -35,6 +35,7 @@
 #include "Core/DataObjects/ImageBuffer.h"
 #include "Core/DataObjects/ImageBufferVariant.h"
 #include "Core/DataObjects/ImageData.h"
+#include "Core/DataObjects/ImageDataFromBuffer.h"
 #include "Core/DataObjects/ImageDataVariant.h"
 #include "Core/DataObjects/ImageExtraction.h"
 #include "Core/DataObjects/ImageVariant.h"
