@@ -9,6 +9,7 @@
 
 // Vectors whose size is known at run time only cannot be members.
 #define HWY_DISABLED_TARGETS (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV)
+#define HWY_WANT_AVX3_DL
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "Core/DataObjects/FrameDecoders/PixelKernels.cpp"
 #include <hwy/foreach_target.h>
@@ -247,20 +248,52 @@ public:
     }
 };
 
-/// Four pixels to a block, whose spare last double word is made byteCarrier: one shuffle per colour then
-/// gives floats of 2^23 + byte.
-class ColourKernel : public ColourGroup
+#if HWY_TARGET == HWY_AVX3_DL
+
+/// Takes a colour's byte of each of 16 pixels into the lowest byte of a float of 2^23.
+class ColourBytes
 {
-    using DF = hn::ScalableTag<float>;
-    using DI = hn::ScalableTag<std::int32_t>;
-    using D64 = hn::ScalableTag<std::uint64_t>;
-    using Order = decltype(hn::SetTableIndices(D64(), static_cast<const std::int64_t*>(nullptr)));
-    static constexpr std::size_t halfBytes = words / 2 * bytes;
-
 public:
-    static constexpr std::size_t readBytes = halfBytes + vectorBytes;
+    ColourBytes() : m_carrier(hn::BitCast(D8(), hn::Set(hn::ScalableTag<float>(), byteCarrier)))
+    {
+        HWY_ALIGN std::array<std::uint8_t, vectorBytes> place;
+        for (std::size_t colour = 0; colour < 3; ++colour) {
+            for (std::size_t i = 0; i < vectorBytes; ++i) {
+                place[i] = static_cast<std::uint8_t>(i / 4 * 3 + colourWeights[colour].byte);
+            }
+            m_places[colour] = hn::Load(D8(), place.data());
+        }
+    }
 
-    ColourKernel() : m_order(narrowingOrder())
+    static hn::Vec<D8> load(const unsigned char* source)
+    {
+        auto pixels = hn::LoadU(D8(), source);
+        asm(""
+            : "+v"(pixels.raw)); // or else the compiler loads anew for each colour, mostly across two lines
+        return pixels;
+    }
+
+    template <std::size_t colour>
+    hn::Vec<D8> carried(hn::Vec<D8> pixels) const
+    {
+        constexpr __mmask64 lowestBytes = 0x1111'1111'1111'1111;
+        return hn::Vec<D8>{
+            _mm512_mask_permutexvar_epi8(m_carrier.raw, lowestBytes, m_places[colour].raw, pixels.raw)};
+    }
+
+private:
+    hn::Vec<D8> m_carrier;
+    hn::Vec<D8> m_places[3];
+};
+
+#else
+
+/// Takes a colour's byte of each pixel into the lowest byte of a float of 2^23: four pixels to a block, whose
+/// spare last double word is made byteCarrier, and a shuffle for each colour.
+class ColourBytes
+{
+public:
+    ColourBytes()
     {
         HWY_ALIGN std::array<std::uint8_t, vectorBytes> shuffle;
         for (std::size_t colour = 0; colour < 3; ++colour) {
@@ -272,6 +305,40 @@ public:
         }
         m_pixels = hn::Ne(hn::And(hn::Iota(D32(), 0), hn::Set(D32(), 3)), hn::Set(D32(), 3));
     }
+
+    hn::Vec<D8> load(const unsigned char* source) const
+    {
+        const auto carrier = hn::BitCast(D32(), hn::Set(hn::ScalableTag<float>(), byteCarrier));
+        return hn::BitCast(D8(), hn::IfThenElse(m_pixels, m_spread(source), carrier));
+    }
+
+    template <std::size_t colour>
+    hn::Vec<D8> carried(hn::Vec<D8> blocks) const
+    {
+        return hn::TableLookupBytes(blocks, m_shuffle[colour]);
+    }
+
+private:
+    BlockSpreader<12> m_spread;
+    hn::Vec<D8> m_shuffle[3];
+    hn::Mask<D32> m_pixels;
+};
+
+#endif
+
+/// A colour's byte in a float of 2^23 + byte, then the products and sums as the rule rounds them.
+class ColourKernel : public ColourGroup
+{
+    using DF = hn::ScalableTag<float>;
+    using DI = hn::ScalableTag<std::int32_t>;
+    using D64 = hn::ScalableTag<std::uint64_t>;
+    using Order = decltype(hn::SetTableIndices(D64(), static_cast<const std::int64_t*>(nullptr)));
+    static constexpr std::size_t halfBytes = words / 2 * bytes;
+
+public:
+    static constexpr std::size_t readBytes = halfBytes + vectorBytes;
+
+    ColourKernel() : m_order(narrowingOrder()) {}
 
     hn::Vec<D16> operator()(const unsigned char* source) const
     {
@@ -301,17 +368,16 @@ private:
 
     hn::Vec<DI> gray(const unsigned char* source) const
     {
-        const auto carrier = hn::BitCast(D32(), hn::Set(DF(), byteCarrier));
-        const auto blocks = hn::BitCast(D8(), hn::IfThenElse(m_pixels, m_spread(source), carrier));
-        return truncated(hn::Add(hn::Add(product<0>(blocks), product<1>(blocks)), product<2>(blocks)));
+        const auto pixels = m_bytes.load(source);
+        return truncated(hn::Add(hn::Add(product<0>(pixels), product<1>(pixels)), product<2>(pixels)));
     }
 
     /// Byte × factor, rounded once.
     template <std::size_t colour>
-    hn::Vec<DF> product(hn::Vec<D8> blocks) const
+    hn::Vec<DF> product(hn::Vec<D8> pixels) const
     {
         const float factor = colourWeights[colour].factor;
-        const auto carried = hn::BitCast(DF(), hn::TableLookupBytes(blocks, m_shuffle[colour]));
+        const auto carried = hn::BitCast(DF(), m_bytes.carried<colour>(pixels));
 #if HWY_NATIVE_FMA
         // 2^23 × factor is exact, so this rounds byte × factor alone.
         return hn::MulAdd(carried, hn::Set(DF(), factor), hn::Set(DF(), -byteCarrier * factor));
@@ -323,7 +389,7 @@ private:
     /// hn::ConvertTo spends more on mending values beyond int, which are not here, than on the conversion.
     static hn::Vec<DI> truncated(hn::Vec<DF> values)
     {
-#if HWY_TARGET == HWY_AVX3
+#if HWY_TARGET <= HWY_AVX3
         return hn::Vec<DI>{_mm512_cvttps_epi32(values.raw)};
 #elif HWY_TARGET == HWY_AVX2
         return hn::Vec<DI>{_mm256_cvttps_epi32(values.raw)};
@@ -332,10 +398,8 @@ private:
 #endif
     }
 
-    BlockSpreader<12> m_spread;
+    ColourBytes m_bytes;
     Order m_order;
-    hn::Vec<D8> m_shuffle[3];
-    hn::Mask<D32> m_pixels;
 };
 
 /// Groups up to the first destination that is aligned to a vector; more than there are if none is.
@@ -368,7 +432,7 @@ void store(hn::Vec<D8> vector, unsigned char* destination)
 
 /// Decodes `strips` strips of `stripSteps` vectors that follow each other, `turn` vectors of each in turn.
 template <bool streaming, std::size_t strips, std::size_t turn, typename Kernel>
-void decodeStrips(const Kernel& kernel, Run<Kernel>& run, std::size_t stripSteps)
+void decodeStrips(Kernel kernel, Run<Kernel>& run, std::size_t stripSteps)
 {
     constexpr std::size_t ahead = streaming ? 2048 : 1024;
     for (std::size_t i = 0; i < stripSteps; i += turn) {
