@@ -237,6 +237,24 @@ TEST(ScalarFields, RenamesAndRemoves)
     EXPECT_EQ(held->GetSize(), Size(2, 2));
 }
 
+TEST(ScalarFields, TakesNamesAndFieldsOfItsOwn)
+{
+    ScalarFields fields(2, 2);
+    const auto first = [&]() -> const QString& { return fields.begin()->first; };
+    const auto held = fields.Add("a", 3.0F);
+    fields.Rename(first(), "b");
+    EXPECT_EQ(fields.Get("b"), held);
+    EXPECT_NE(fields.Add(first(), std::as_const(*held)), held);
+    EXPECT_THAT(floats(fields, "b"), Each(3.0F));
+    const auto copy = fields.Get("b");
+    const auto pixels = copy->ShareData();
+    EXPECT_EQ(fields.Add(first(), std::move(*copy))->ShareData(), pixels);
+    fields.Add(BufferApi::DT_INT32, first(), nullptr);
+    EXPECT_EQ(fields.GetCount(), 1U);
+    fields.Remove(first());
+    EXPECT_TRUE(fields.empty());
+}
+
 TEST(ScalarFields, IsWalkedByNameAndMappedWithItsFields)
 {
     ScalarFields fields(2, 2);
