@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-// Access to the pixels of images beside raw arrays, copies beside memcpy, the assignment of a recording
-// beside the conversion of its pixels, and the attributes of many frames.
+// Access to the pixels of images beside raw arrays, copies beside memcpy, cuts through a volume beside a pass
+// over the same cache lines, the assignment of a recording beside the conversion of its pixels, and the
+// attributes of many frames.
 #include "Benchmarks/Race.h"
 #include "Core/Common/Array.h"
 #include "Core/DataObjects/ImageBuffer.h"
+#include "Core/DataObjects/ImageExtraction.h"
 #include "Core/DataObjects/LazyMask.h"
 
 #include <benchmark/benchmark.h>
@@ -17,6 +19,7 @@ using Benchmarks::isRight;
 using Benchmarks::race;
 using DataObjects::Image;
 using DataObjects::ImageBuffer;
+using DataObjects::ImageVolume;
 
 unsigned int side(const benchmark::State& state)
 {
@@ -59,6 +62,40 @@ template <typename T>
             pixel = changed(pixel);
         }
     }
+}
+
+/// The least that an object with pixels can be.
+template <typename T>
+struct Plane
+{
+    T* pixels;
+    unsigned int width;
+    unsigned int height;
+};
+
+template <typename T>
+[[gnu::noinline]] void changePlane(Plane<T>& plane)
+{
+    for (unsigned int y = 0; y < plane.height; ++y) {
+        for (unsigned int x = 0; x < plane.width; ++x) {
+            T& pixel = plane.pixels[static_cast<std::size_t>(y) * plane.width + x];
+            pixel = changed(pixel);
+        }
+    }
+}
+
+template <typename T>
+[[gnu::noinline]] void changeByRange(Image<T>& image)
+{
+    for (T& pixel : image) {
+        pixel = changed(pixel);
+    }
+}
+
+template <typename T>
+[[gnu::noinline]] void changeByPointer(Image<T>& image)
+{
+    changeRaw(image.GetRawPointer(), image.GetWidth(), image.GetHeight());
 }
 
 template <typename T>
@@ -118,10 +155,13 @@ void change(benchmark::State& state, void (*byAccess)(Image<T>&))
     if (!isRight(state, image, [&](auto i) { return changed(original[i]); })) {
         return;
     }
+    // All on the same pixels: where an array lies in its pages tells more than how it is accessed.
+    Plane<T> plane{image.GetRawPointer(), image.GetWidth(), image.GetHeight()};
     std::vector<T> vector(original.begin(), original.end());
     race(
         state, [&] { byAccess(image); },
         {{"raw", [&] { changeRaw(image.GetRawPointer(), image.GetWidth(), image.GetHeight()); }},
+         {"struct", [&] { changePlane(plane); }},
          {"vector", [&] { changeVector(vector, image.GetWidth(), image.GetHeight()); }}},
         2 * sizeof(T));
 }
@@ -136,6 +176,16 @@ template <typename T>
 void changePixelsByGetPixel(benchmark::State& state)
 {
     change<T>(state, changeByGetPixel<T>);
+}
+
+void changeBytesByRange(benchmark::State& state)
+{
+    change<unsigned char>(state, changeByRange<unsigned char>);
+}
+
+void changeBytesByPointer(benchmark::State& state)
+{
+    change<unsigned char>(state, changeByPointer<unsigned char>);
 }
 
 template <typename T>
@@ -170,6 +220,78 @@ void copy(benchmark::State& state)
     race(
         state, [&] { benchmark::DoNotOptimize(Image<unsigned short>(source)); },
         {{"new array and memcpy", copyMemory}}, 4);
+}
+
+/// A volume as high, wide and deep as the argument, with masks that exist or that nobody asked for.
+ImageVolume<unsigned short> cube(const benchmark::State& state)
+{
+    ImageVolume<unsigned short> volume(side(state), side(state), side(state), true);
+    for (const auto& plane : volume) {
+        Benchmarks::randomize(*plane, plane->GetWidth());
+        if (state.range(1) == 0) {
+            plane->ReplaceMaskStrategy(
+                std::make_unique<DataObjects::LazyMask>(side(state), side(state), true));
+        }
+    }
+    return volume;
+}
+
+/// What a cut at `index` has to read and write, into arrays that are there: rows of `count` pixels whose
+/// distance in the plane is `step`.
+template <typename T>
+[[gnu::noinline]] void copyLines(const std::vector<const T*>& planes, unsigned int begin, unsigned int step,
+                                 unsigned int count, T* target)
+{
+    for (const T* const plane : planes) {
+        for (unsigned int i = 0; i < count; ++i) {
+            *target++ = plane[begin + static_cast<std::size_t>(i) * step];
+        }
+    }
+}
+
+using Cut = std::unique_ptr<DataObjects::ImageVariant> (*)(const DataObjects::ImageVolumeVariant&,
+                                                           unsigned int);
+
+/// Another cut each time: the lines of the last one are in the cache.
+void extract(benchmark::State& state, Cut cut, unsigned int firstStep, unsigned int pixelStep)
+{
+    const auto volume = cube(state);
+    const unsigned int count = side(state);
+    std::vector<const unsigned short*> planes;
+    std::vector<const unsigned char*> masks;
+    for (const auto& plane : volume) {
+        planes.push_back(plane->GetRawPointer());
+        if (plane->IsMaskSpawned()) {
+            masks.push_back(reinterpret_cast<const unsigned char*>(plane->GetMask().GetRawPointer()));
+        }
+    }
+    std::vector<unsigned short> pixels(static_cast<std::size_t>(count) * count);
+    std::vector<unsigned char> validity(pixels.size(), 1);
+    const auto copyAll = [&](unsigned int index) {
+        copyLines(planes, index * firstStep, pixelStep, count, pixels.data());
+        copyLines(masks, index * firstStep, pixelStep, count, validity.data());
+    };
+    copyAll(5);
+    const auto image = cut(volume, 5);
+    if (!isRight(state, static_cast<const Image<unsigned short>&>(*image),
+                 [&](auto i) { return pixels[i]; })) {
+        return;
+    }
+    unsigned int index = 0;
+    const auto next = [&] { return index = (index + 37) % count; };
+    race(
+        state, [&] { benchmark::DoNotOptimize(cut(volume, next())); },
+        {{"pass over the lines", [&] { copyAll(next()); }}}, masks.empty() ? 4 : 6);
+}
+
+void extractXZ(benchmark::State& state)
+{
+    extract(state, DataObjects::ExtractXZImage, side(state), 1);
+}
+
+void extractYZ(benchmark::State& state)
+{
+    extract(state, DataObjects::ExtractYZImage, 1, side(state));
 }
 
 /// Sixteen frames of words become floats.
@@ -263,7 +385,11 @@ void fewSides(benchmark::internal::Benchmark* benchmark)
     BENCHMARK_TEMPLATE(changePixelsByOperator, type)->Apply(sides);                                          \
     BENCHMARK_TEMPLATE(changePixelsByGetPixel, type)->Apply(sides);
 DATAOBJECTS_PIXEL_TYPES(DATAOBJECTS_BENCHMARK_ACCESS)
+BENCHMARK(changeBytesByRange)->Apply(sides);
+BENCHMARK(changeBytesByPointer)->Apply(sides);
 BENCHMARK(copy)->Apply(sides);
+BENCHMARK(extractXZ)->ArgsProduct({{128, 256, 512}, {0, 1}})->UseManualTime()->Iterations(21);
+BENCHMARK(extractYZ)->ArgsProduct({{128, 256, 512}, {0, 1}})->UseManualTime()->Iterations(21);
 BENCHMARK(assignRecording)->Apply(fewSides);
 BENCHMARK(attributesOut)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(attributesIn)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond);

@@ -21,6 +21,17 @@ Image<unsigned short> dot()
     return image;
 }
 
+/// Pixels alone, without mask, scales or attributes.
+ImageData<float> scaledPixels()
+{
+    ImageData<unsigned short> words(1280, 1024, 0);
+    words(3, 4) = 512;
+    words *= 1.5;
+    ImageData<float> floats(words.GetSize());
+    floats.Assign(words);
+    return floats;
+}
+
 /// Works for every pixel type: the copy has that of the argument.
 std::unique_ptr<ImageVariant> copyAsMeasured(const ImageVariant& image)
 {
@@ -48,6 +59,8 @@ void run()
     std::printf("pixel (3, 4) is %g at %g mm, all valid: %d\n", half(3, 4), half.GetScaleX().getScaled(3),
                 AllValuesValid(*copyAsMeasured(half)));
 
+    std::printf("scaled it is %g\n", scaledPixels()(3, 4));
+
     const std::shared_ptr<ImageBuffer<float>> recording = ImageBuffer<float>::CreateEmptyImageBuffer();
     recording->AppendImageVolume(warmVolume());
     recording->SetName("Warm");
@@ -59,6 +72,8 @@ void run()
                 frame.GetWidth(), frame.GetHeight(), frame.GetDepth(),
                 frame.GetScaleI().getScaled(
                     CastImageDataTo<unsigned char>(frame.getPlane(0).GetImageData()).GetPixel(0, 0)));
+    std::printf("room for %u frames of bytes\n",
+                CreateImageBufferOfOtherType(bytes, 64, 32, 1, 10, true)->getFrameCount());
 }
 
 } // namespace

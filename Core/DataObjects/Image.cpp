@@ -192,6 +192,9 @@ Image<T>& Image<T>::operator=(Image&& other)
         swap(taken);
         return *this;
     }
+    Private::OwnedArrays own;
+    collectArrays(own);
+    other.copyViewsOf(own);
     // Taken before the pixels move, which leaves no size behind.
     const Size size = GetSize();
     const Size otherSize = other.GetSize();
@@ -211,6 +214,32 @@ Image<T>& Image<T>::operator=(Image&& other)
     }
     takeMaskFrom(other, size, otherSize);
     return *this;
+}
+
+template <typename T>
+void Image<T>::collectArrays(Private::OwnedArrays& arrays) const
+{
+    if (m_data != nullptr) {
+        arrays.add(*m_data);
+        if (m_mask->IsMaskSpawned()) {
+            arrays.add(GetMask());
+        }
+    }
+}
+
+/// Makes own what lies in arrays that are about to be freed.
+template <typename T>
+void Image<T>::copyViewsOf(const Private::OwnedArrays& arrays)
+{
+    if (m_data == nullptr) {
+        return;
+    }
+    if (arrays.areSeenBy(*m_data)) {
+        m_data = std::make_shared<ImageData<T>>(data());
+    }
+    if (m_mask->IsMaskSpawned() && arrays.areSeenBy(GetMask())) {
+        m_mask = std::make_unique<InstantMask>(Mask(std::as_const(*this).GetMask()));
+    }
 }
 
 template <typename T>

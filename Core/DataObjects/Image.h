@@ -13,6 +13,11 @@ namespace DataObjects
 template <typename T>
 class ImageVolume;
 
+namespace Private
+{
+class OwnedArrays;
+}
+
 /// A two-dimensional image: pixels, their validity, four scales, attributes, and named scalar fields; exists
 /// for the six element types.
 ///
@@ -26,6 +31,8 @@ class ImageVolume;
 /// never replaces what others share: it writes values into the parts that are there, and a view keeps writing
 /// to its memory. A copy shares nothing with its source and owns its pixels; a mask that nobody asked for is
 /// not made by copying.
+///
+/// Whoever works on the attributes includes Attributes.h, which takes long to compile.
 ///
 /// A moved-from image has no parts and may only be destroyed or assigned to, which makes new parts. Access to
 /// pixels is unchecked. For one thread at a time; reading from several is safe, and a mask that is made on
@@ -76,11 +83,11 @@ public:
     /// Shares pixels and mask.
     Image(std::shared_ptr<ImageDataVariant> data, std::shared_ptr<Mask> mask);
     /// A view of `pixels` that shares all other parts.
-    /// \throws RTE::VerificationFailed for a part that is null or has another size: "Mask is not valid.",
-    /// "Mask
-    ///         has invalid size.", "ScaleX is not valid." and so on to "ScaleI is not valid.", "Attributes
-    ///         are not valid.", "Scalar fields are not valid.", "Sizes of scalar fields is different to image
-    ///         size."
+    ///
+    /// A part that is null or has another size raises RTE::VerificationFailed, looked for in this order:
+    /// "Mask is not valid.", "Mask has invalid size.", "ScaleX is not valid." and so on to "ScaleI is not
+    /// valid.", "Attributes are not valid.", "Scalar fields are not valid.", "Sizes of scalar fields is
+    /// different to image size."
     Image(T* pixels, const Math::Size2T<unsigned int>& size, std::shared_ptr<Mask> mask,
           std::shared_ptr<Zt::LinearScale> scaleX, std::shared_ptr<Zt::LinearScale> scaleY,
           std::shared_ptr<Zt::LinearScale> scaleZ, std::shared_ptr<Zt::LinearScale> scaleI,
@@ -91,13 +98,15 @@ public:
     /// \}
 
     /// \name Assignment
-    /// Pixels come first, so that a wrong size leaves the image as it was.
+    /// Pixels come first, so that a wrong size leaves the image as it was. When memory runs out later, the
+    /// steps done before stay done.
     /// \{
 
     /// Writes pixels, mask, scales, attributes and scalar fields of `other` into the parts of this image.
     /// \throws RTE::VerificationFailed "Source and destination have different sizes."
     Image& operator=(const Image& other);
-    /// An owner drops its parts and takes those of `other`, which is then moved-from.
+    /// An owner drops its parts and takes those of `other`, which is then moved-from. From a view it becomes
+    /// a view; only what `other` views of this very image is copied first.
     ///
     /// A view copies as copy assignment does, and `other` keeps its parts, except that a mask of this image
     /// that exists and owns its pixels is exchanged with that of `other`.
@@ -259,6 +268,8 @@ private:
     void buildIfMovedFrom(const Math::Size2T<unsigned int>& size);
     void assignPixelsAndMask(const ImageVariant& source);
     void assignParts(const ImageVariant& source);
+    void collectArrays(Private::OwnedArrays& arrays) const;
+    void copyViewsOf(const Private::OwnedArrays& arrays);
     void takeMaskFrom(Image& source, const Math::Size2T<unsigned int>& size,
                       const Math::Size2T<unsigned int>& sourceSize);
     void swap(Image& other) noexcept;

@@ -13,6 +13,7 @@ namespace
 {
 
 const char* const noFrames = "Image volume list is empty";
+const char* const noPlanes = "ImageVolume must have at least one z-plane";
 
 /// A frame per image, volume, or pointer to one.
 template <typename T, typename Item>
@@ -186,6 +187,7 @@ ImageBuffer<T>::ImageBuffer(std::vector<std::shared_ptr<ImageVolume<T>>>&& volum
     RTE::verify(!m_frames.empty(), noFrames);
     for (const auto& frame : m_frames) {
         RTE::verify(frame != nullptr, "Image volume is not valid.");
+        RTE::verify(frame->GetDepth() > 0, noPlanes);
     }
     RTE::verify(m_globalAttributes != nullptr, "Attributes are not valid.");
 }
@@ -223,9 +225,10 @@ ImageBuffer<T>& ImageBuffer<T>::operator=(ImageBuffer&& other)
     if (this == &other) {
         return *this;
     }
+    other.copyViewsOf(*this);
     if (HasOwnerShip()) {
-        m_frames = std::exchange(other.m_frames, {});
         m_globalAttributes = other.copiedGlobalAttributes();
+        m_frames = std::exchange(other.m_frames, {});
     } else {
         RTE::verify(m_frames.size() == other.m_frames.size(), "Buffers have different number of frames");
         for (std::size_t i = 0; i < m_frames.size(); ++i) {
@@ -346,6 +349,7 @@ ImageBuffer<T> ImageBuffer<T>::operator/(double operand) const
 template <typename T>
 void ImageBuffer<T>::verifyAppendable(const ImageVolume<T>& volume) const
 {
+    RTE::verify(volume.GetDepth() > 0, noPlanes);
     RTE::verify(m_frames.empty() || volume.GetSize() == m_frames.front()->GetSize(),
                 "Volumes in the resulting buffer would have different sizes");
 }
@@ -354,8 +358,14 @@ template <typename T>
 void ImageBuffer<T>::assignFrom(const ImageBufferVariant& source, const QString& name)
 {
     if (HasOwnerShip()) {
-        copyFrames(source);
+        // Complete before the old ones go: the source may view them.
+        Frames frames;
+        frames.reserve(source.getFrameCount());
+        for (unsigned int i = 0; i < source.getFrameCount(); ++i) {
+            frames.emplace_back(new ImageVolume<T>())->Assign(source.getFrame(i));
+        }
         m_globalAttributes = std::make_unique<AttributesContainer>(source.GetGlobalAttributes());
+        m_frames = std::move(frames);
     } else {
         RTE::verify(getFrameCount() == source.getFrameCount(), "Buffers have different number of frames");
         for (unsigned int i = 0; i < getFrameCount(); ++i) {
@@ -366,19 +376,17 @@ void ImageBuffer<T>::assignFrom(const ImageBufferVariant& source, const QString&
     m_name = name;
 }
 
-/// Replaces the frames by copies of the source's, of this type.
+/// Makes own what this buffer views of the frames of `owner`, which are about to be freed.
 template <typename T>
-void ImageBuffer<T>::copyFrames(const ImageBufferVariant& source)
+void ImageBuffer<T>::copyViewsOf(const ImageBuffer& owner)
 {
-    // The old ones first, so that both are never in memory at once.
-    m_frames.clear();
-    Frames frames;
-    frames.reserve(source.getFrameCount());
-    for (unsigned int i = 0; i < source.getFrameCount(); ++i) {
-        frames.emplace_back(new ImageVolume<T>());
-        frames.back()->Assign(source.getFrame(i));
+    Private::OwnedArrays arrays;
+    for (const auto& frame : owner.m_frames) {
+        frame->collectArrays(arrays);
     }
-    m_frames = std::move(frames);
+    for (const auto& frame : m_frames) {
+        frame->copyViewsOf(arrays);
+    }
 }
 
 /// None of a moved-from buffer.

@@ -38,8 +38,8 @@ public:
     using Frames = std::vector<std::shared_ptr<ImageVolume<T>>>;
 
     /// \name Construction
-    /// Without a frame: RTE::VerificationFailed "Image volume list is empty". Without a plane, or for planes
-    /// that do not fit together: as ImageVolume does.
+    /// Without a frame: RTE::VerificationFailed "Image volume list is empty". Without a plane, as in a volume
+    /// that was moved from, or for planes that do not fit together: as ImageVolume does.
     /// \{
 
     /// New frames, pixels uninitialised, each valid or not.
@@ -86,13 +86,15 @@ public:
     /// All take the name over.
     /// \{
 
-    /// An owner gets new frames and new global attributes. A view assigns frame by frame and keeps global
-    /// attributes of other names.
-    /// \throws RTE::VerificationFailed "Buffers have different number of frames", and as ImageVolume does,
-    /// for
-    ///         a view
+    /// An owner gets new frames and new global attributes, which are complete before the old ones go: `other`
+    /// may view them, and an assignment that raises changes nothing. A view assigns frame by frame and keeps
+    /// global attributes of other names; when a frame raises, those before it are assigned.
+    ///
+    /// A view raises RTE::VerificationFailed "Buffers have different number of frames", and as ImageVolume
+    /// does.
     ImageBuffer& operator=(const ImageBuffer& other);
-    /// The same, but an owner takes the frames of `other`, and a view moves frame by frame.
+    /// The same, but an owner takes the frames of `other`, with views of its own frames made copies, and a
+    /// view moves frame by frame.
     ImageBuffer& operator=(ImageBuffer&& other);
     ImageBuffer& DeepCopyFrom(const ImageBuffer& other) { return *this = other; }
     ImageBuffer& MoveFrom(ImageBuffer&& other) { return *this = std::move(other); }
@@ -149,7 +151,8 @@ public:
     [[nodiscard]] typename Frames::iterator end() noexcept { return m_frames.end(); }
     [[nodiscard]] typename Frames::const_iterator end() const noexcept { return m_frames.end(); }
 
-    /// \throws RTE::VerificationFailed "Volumes in the resulting buffer would have different sizes"
+    /// \throws RTE::VerificationFailed "Volumes in the resulting buffer would have different sizes",
+    ///         "ImageVolume must have at least one z-plane" for a volume that was moved from
     void AppendImageVolume(const ImageVolume<T>& volume);
     void AppendImageVolume(ImageVolume<T>&& volume);
     /// Appends a copy of any size.
@@ -170,7 +173,7 @@ private:
 
     void verifyAppendable(const ImageVolume<T>& volume) const;
     void assignFrom(const ImageBufferVariant& source, const QString& name);
-    void copyFrames(const ImageBufferVariant& source);
+    void copyViewsOf(const ImageBuffer& owner);
     [[nodiscard]] std::unique_ptr<Attributes> copiedGlobalAttributes() const;
 
     QString m_name;

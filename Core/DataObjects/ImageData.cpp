@@ -7,6 +7,7 @@
 #include "Core/DataObjects/VisitImageType.h"
 
 #include <cstring>
+#include <functional>
 
 namespace DataObjects
 {
@@ -29,6 +30,14 @@ void verifySameSize(const ImageDataVariant& source, const ImageDataVariant& dest
 {
     RTE::verify(sameSize(source.GetSize(), destination.GetSize()),
                 "Source and destination have different sizes.", location);
+}
+
+/// \throws RTE::VerificationFailed "data-pointer is null" when the pixels were released
+template <typename Data>
+auto* existingPixels(Data& data, RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    RTE::verify(data.GetRawPointer() != nullptr || data.empty(), "data-pointer is null", location);
+    return data.GetRawPointer();
 }
 
 } // namespace
@@ -96,7 +105,7 @@ ImageData<T>::ImageData(std::unique_ptr<RTE::MemoryBlock> block, unsigned int wi
 template <typename T>
 ImageData<T>::ImageData(const ImageData& other) : ImageData(other.m_size)
 {
-    copyPixels(other.m_data);
+    copyPixels(existingPixels(other));
 }
 
 template <typename T>
@@ -118,7 +127,8 @@ ImageData<T>& ImageData<T>::operator=(const ImageData& other)
 {
     if (this != &other) {
         verifySameSize(other, *this);
-        copyPixels(other.m_data);
+        static_cast<void>(existingPixels(*this));
+        copyPixels(existingPixels(other));
     }
     return *this;
 }
@@ -130,17 +140,22 @@ ImageData<T>& ImageData<T>::operator=(ImageData&& other)
         return *this;
     }
     if (m_hasOwnerShip) {
+        if (isSeenBy(other)) {
+            ImageData copy(std::as_const(other));
+            other.stealFrom(copy);
+        }
         RTE::deleteArray(m_data, size());
         stealFrom(other);
         return *this;
     }
+    const T* const source = existingPixels(other);
     if (!sameSize(m_size, other.m_size)) {
         m_data = RTE::newArray<T>(other.size());
         m_size = other.m_size;
         m_rowLength = m_size.width;
         m_hasOwnerShip = true;
     }
-    copyPixels(other.m_data);
+    copyPixels(source);
     return *this;
 }
 
@@ -154,7 +169,7 @@ ImageData<T>& ImageData<T>::operator=(T value)
 template <typename T>
 void ImageData<T>::Fill(T value)
 {
-    Private::fill(m_data, size(), value);
+    Private::fill(existingPixels(*this), size(), value);
 }
 
 template <typename T>
@@ -167,7 +182,8 @@ void ImageData<T>::Assign(const ImageDataVariant& source)
             *this = typed;
         } else {
             verifySameSize(source, *this);
-            Private::rowConverter(source.GetDataType(), GetDataType())(typed.GetRawPointer(), m_data, size());
+            Private::rowConverter(source.GetDataType(), GetDataType())(existingPixels(typed),
+                                                                       existingPixels(*this), size());
         }
     };
     Private::visitImageDataType(source.GetDataType(), copyFrom);
@@ -194,28 +210,28 @@ T* ImageData<T>::ReleaseRawPointer() noexcept
 template <typename T>
 ImageData<T>& ImageData<T>::operator*=(double operand)
 {
-    Private::multiply(m_data, size(), operand);
+    Private::multiply(existingPixels(*this), size(), operand);
     return *this;
 }
 
 template <typename T>
 ImageData<T>& ImageData<T>::operator+=(double operand)
 {
-    Private::add(m_data, size(), operand);
+    Private::add(existingPixels(*this), size(), operand);
     return *this;
 }
 
 template <typename T>
 ImageData<T>& ImageData<T>::operator-=(double operand)
 {
-    Private::add(m_data, size(), -operand);
+    Private::add(existingPixels(*this), size(), -operand);
     return *this;
 }
 
 template <typename T>
 ImageData<T>& ImageData<T>::operator/=(double operand)
 {
-    Private::divide(m_data, size(), operand);
+    Private::divide(existingPixels(*this), size(), operand);
     return *this;
 }
 
@@ -255,8 +271,16 @@ template <typename T>
 ImageData<T>& ImageData<T>::operator/=(const ImageData& divisor)
 {
     RTE::verify(sameSize(m_size, divisor.m_size), "Mismatching image sizes");
-    Private::divideBy(m_data, size(), divisor.m_data);
+    Private::divideBy(existingPixels(*this), size(), existingPixels(divisor));
     return *this;
+}
+
+/// Whether `other` is a view of the array that this object frees.
+template <typename T>
+bool ImageData<T>::isSeenBy(const ImageData& other) const noexcept
+{
+    return !other.m_hasOwnerShip && std::less_equal<>()(m_data, other.m_data) &&
+           std::less<>()(other.m_data, m_data + size());
 }
 
 /// The memory blocks of both stay where they are.

@@ -23,7 +23,9 @@ namespace DataObjects
 /// - an RTE::MemoryBlock that the object holds, and releases and destroys at its end.
 ///
 /// Assignment writes into the pixels that are there: a view stays a view of its memory as long as sizes
-/// allow. Access to single pixels is unchecked. Not synchronised: reading from several threads is safe,
+/// allow. An assignment that raises leaves the object as it was. Access to single pixels is unchecked. After
+/// ReleaseRawPointer() the object keeps its size without pixels: what passes over all of them raises
+/// RTE::VerificationFailed "data-pointer is null". Not synchronised: reading from several threads is safe,
 /// writing needs outside exclusion.
 ///
 /// \code
@@ -58,6 +60,7 @@ public:
     /// The same, with the pixels filled with `value`.
     ImageData(std::unique_ptr<RTE::MemoryBlock> block, unsigned int width, unsigned int height, T value);
     /// Copies all pixels into a new own array, whoever owns those of `other`.
+    /// \throws RTE::VerificationFailed "data-pointer is null" when `other` released its pixels
     ImageData(const ImageData& other);
     /// Takes the pixels; `other` keeps size (0, 0), no pixels, and the ownership flag set.
     ///
@@ -72,7 +75,8 @@ public:
     /// Copies the pixels; never resizes.
     /// \throws RTE::VerificationFailed "Source and destination have different sizes."
     ImageData& operator=(const ImageData& other);
-    /// An owner frees its array and takes over what `other` holds, as the move constructor does.
+    /// An owner frees its array and takes over what `other` holds, as the move constructor does; of a view of
+    /// its own pixels it takes a copy. From any other view it becomes a view.
     ///
     /// An object that does not own its pixels copies: into them when the sizes are equal, otherwise into a
     /// new own array of the size of `other`, forgetting the pixels it viewed. `other` is then left as it was.
@@ -201,6 +205,7 @@ private:
     {
         return GetArrayOffset(point.x, point.y);
     }
+    [[nodiscard]] bool isSeenBy(const ImageData& other) const noexcept;
     void stealFrom(ImageData& other) noexcept;
     void copyPixels(const T* source) noexcept;
 

@@ -14,7 +14,8 @@ namespace
 
 using Size = Math::Size2T<unsigned int>;
 
-/// Where the pixels of a cut lie in one plane, and where they go to in the result.
+/// Where the pixels of a cut lie in one plane, and where they go to in the result. Passed by value: a byte
+/// that a loop writes could be a part of anything that is referred to.
 struct Line
 {
     unsigned long long count;
@@ -25,7 +26,7 @@ struct Line
 };
 
 template <typename T>
-void copyLine(const T* source, T* target, const Line& line)
+void copyLine(const T* source, T* target, Line line)
 {
     source += line.sourceBegin;
     target += line.targetBegin;
@@ -39,7 +40,7 @@ void copyLine(const T* source, T* target, const Line& line)
 }
 
 /// A line of validity; bytes of foreign masks may be neither 0 nor 1, so they are not read as bool.
-void copyValidity(const ImageVariant& plane, Mask& target, const Line& line)
+void copyValidity(const ImageVariant& plane, Mask& target, Line line)
 {
     auto* const targetBytes = reinterpret_cast<unsigned char*>(target.GetRawPointer());
     if (plane.IsMaskSpawned()) {
@@ -139,7 +140,9 @@ std::vector<double> getImageDataLine(const ImageDataVariant& data, unsigned int 
         std::vector<double> row;
         if (y < data.GetHeight()) {
             const unsigned long long width = data.GetWidth();
-            const T* const first = CastImageDataTo<T>(data).GetRawPointer() + y * width;
+            const T* const pixels = CastImageDataTo<T>(data).GetRawPointer();
+            RTE::verify(pixels != nullptr || width == 0, "data-pointer is null");
+            const T* const first = pixels + y * width;
             row.assign(first, first + width);
         }
         return row;

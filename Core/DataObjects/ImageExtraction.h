@@ -34,6 +34,7 @@ ExtractZYImage(const ImageVolumeVariant& volume, unsigned int x);
 /// \}
 
 /// The pixels of row y as numbers; empty when there is no such row.
+/// \throws RTE::VerificationFailed "data-pointer is null" when the pixels were released
 /// \throws RTE::Exception "Unsupported image data type" unless the pixels have one of the six types
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT std::vector<double>
 getImageDataLine(const ImageDataVariant& data, unsigned int y);

@@ -1,10 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageParts.h"
 
+#include "Core/DataObjects/Attributes.h"
 #include "Core/DataObjects/LazyMask.h"
 
 namespace DataObjects::Private
 {
+
+bool OwnedArrays::contain(const void* pixel) const
+{
+    const auto next = m_ends.upper_bound(pixel);
+    return next != m_ends.begin() && std::less<>()(pixel, std::prev(next)->second);
+}
 
 void mergeAttributes(const Attributes& source, Attributes& target)
 {

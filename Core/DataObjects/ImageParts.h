@@ -3,10 +3,39 @@
 
 #include "Core/DataObjects/ImageVariant.h"
 
+#include <functional>
+#include <map>
+
 /// \file
 /// Steps of assigning images, volumes and buffers that know no pixel type.
 namespace DataObjects::Private
 {
+
+/// The arrays that objects are about to free.
+class OwnedArrays
+{
+public:
+    /// The array of pixels or of a mask, if it is the object's own.
+    template <typename Pixels>
+    void add(const Pixels& pixels)
+    {
+        if (pixels.HasOwnerShip() && pixels.size() > 0) {
+            m_ends.emplace(pixels.GetRawPointer(), pixels.GetRawPointer() + pixels.size());
+        }
+    }
+
+    /// Whether the pixels or the mask are a view that begins in one of the arrays.
+    template <typename Pixels>
+    [[nodiscard]] bool areSeenBy(const Pixels& pixels) const
+    {
+        return !pixels.HasOwnerShip() && contain(pixels.GetRawPointer());
+    }
+
+private:
+    [[nodiscard]] bool contain(const void* pixel) const;
+
+    std::map<const void*, const void*, std::less<>> m_ends;
+};
 
 /// Sets the attributes of `source` in `target` and keeps those of other names; nothing on itself.
 void mergeAttributes(const Attributes& source, Attributes& target);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "Core/Common/LinearScale.h"
-#include "Core/DataObjects/Attributes.h"
 #include "Core/DataObjects/ImageDataVariant.h"
 #include "Core/DataObjects/MaskStrategy.h"
 #include "Core/DataObjects/ScalarFields.h"
@@ -11,6 +10,8 @@
 
 namespace DataObjects
 {
+
+class Attributes;
 
 /// An image of a pixel type known only at run time: the base of Image<T> for the six element types.
 ///

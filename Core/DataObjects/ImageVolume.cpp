@@ -152,6 +152,9 @@ ImageVolume<T>& ImageVolume<T>::operator=(ImageVolume&& other)
         return *this;
     }
     if (HasOwnerShip()) {
+        Private::OwnedArrays own;
+        collectArrays(own);
+        other.copyViewsOf(own);
         m_planes = std::exchange(other.m_planes, {});
         return *this;
     }
@@ -310,8 +313,9 @@ void ImageVolume<T>::takePlanes(Planes planes)
     for (const auto& plane : planes) {
         RTE::verify(plane != nullptr, "Given plane data pointer is null!");
     }
-    for (const auto& plane : planes) {
-        verifyConsistent(plane.get(), *planes.front());
+    // From the second on: a scale that is no number does not even equal itself.
+    for (std::size_t z = 1; z < planes.size(); ++z) {
+        verifyConsistent(planes[z].get(), *planes.front());
     }
     m_planes = std::move(planes);
     shareParts(first().GetAttributesSPtr());
@@ -352,18 +356,34 @@ void ImageVolume<T>::assignPlanes(const ImageVolumeVariant& source)
 template <typename T>
 void ImageVolume<T>::copyPlanes(const ImageVolumeVariant& source)
 {
-    // The old ones first, so that both are never in memory at once.
-    m_planes.clear();
-    Planes planes;
-    planes.reserve(source.GetDepth());
+    RTE::verify(source.GetDepth() > 0, noPlanes);
+    // Complete before the old ones go: the source may view them.
+    ImageVolume copy;
+    copy.m_planes.reserve(source.GetDepth());
     for (unsigned int z = 0; z < source.GetDepth(); ++z) {
-        planes.emplace_back(new Image<T>());
-        planes.back()->assignPixelsAndMask(source.getPlane(z));
-        planes.back()->GetScalarFields().DeepCopyFrom(source.getPlane(z).GetScalarFields());
+        auto& plane = copy.m_planes.emplace_back(new Image<T>());
+        plane->assignPixelsAndMask(source.getPlane(z));
+        plane->GetScalarFields().DeepCopyFrom(source.getPlane(z).GetScalarFields());
     }
-    m_planes = std::move(planes);
-    Private::assignScales(source, *this);
-    shareParts(std::make_shared<AttributesContainer>(source.GetAttributes()));
+    Private::assignScales(source, copy);
+    copy.shareParts(std::make_shared<AttributesContainer>(source.GetAttributes()));
+    m_planes.swap(copy.m_planes);
+}
+
+template <typename T>
+void ImageVolume<T>::collectArrays(Private::OwnedArrays& arrays) const
+{
+    for (const auto& plane : m_planes) {
+        plane->collectArrays(arrays);
+    }
+}
+
+template <typename T>
+void ImageVolume<T>::copyViewsOf(const Private::OwnedArrays& arrays)
+{
+    for (const auto& plane : m_planes) {
+        plane->copyViewsOf(arrays);
+    }
 }
 
 template <typename T>

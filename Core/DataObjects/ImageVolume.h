@@ -42,11 +42,11 @@ public:
     /// \name Construction
     /// Without a plane: RTE::VerificationFailed "ImageVolume must have at least one z-plane".
     ///
-    /// Planes that are given must agree in scales (Z in its factor only), size and names of scalar fields:
-    /// "x axis has different scaling.", "y axis has different scaling.", "z axis has different scaling.",
-    /// "intensity has different scaling.", "z-planes have different sizes.", "scalar field names are
-    /// different.", and before that "Given plane data pointer is null!". They then share the scales and the
-    /// attributes of plane 0, and lose their own.
+    /// Planes that are given must agree in scales (Z in its factor only), size and names of scalar fields
+    /// with plane 0: "x axis has different scaling.", "y axis has different scaling.", "z axis has different
+    /// scaling.", "intensity has different scaling.", "z-planes have different sizes.", "scalar field names
+    /// are different.", and before that "Given plane data pointer is null!". They then share the scales and
+    /// the attributes of plane 0, and lose their own.
     /// \{
 
     /// New planes, uninitialised, each pixel valid or not.
@@ -61,7 +61,7 @@ public:
     explicit ImageVolume(std::vector<Image<T>> planes);
     explicit ImageVolume(std::vector<std::unique_ptr<Image<T>>> planes);
     explicit ImageVolume(std::vector<std::shared_ptr<Image<T>>> planes);
-    /// A deep copy, which owns its memory.
+    /// A deep copy, which owns its memory. A moved-from volume has no plane to copy.
     ImageVolume(const ImageVolume& other);
     ImageVolume(ImageVolume&& other) noexcept;
     ~ImageVolume() override;
@@ -71,10 +71,13 @@ public:
     /// \{
 
     /// Between equal sizes writes pixels, masks, scalar fields, scales and attributes into the planes that
-    /// are there; attributes of other names stay. Otherwise an owner gets new planes. \throws
-    /// RTE::VerificationFailed "Assigment of non owning image volume with different size not possible"
+    /// are there; attributes of other names stay. Otherwise an owner gets new planes, which are complete
+    /// before the old ones go: `other` may view them, and an assignment that raises changes nothing.
+    /// \throws RTE::VerificationFailed "Assigment of non owning image volume with different size not
+    ///         possible", "ImageVolume must have at least one z-plane" when `other` is moved-from
     ImageVolume& operator=(const ImageVolume& other);
-    /// An owner takes the planes of `other`; views are assigned plane by plane, and `other` stays.
+    /// An owner takes the planes of `other`, with views of its own planes made copies; views are assigned
+    /// plane by plane, and `other` stays.
     /// \throws RTE::VerificationFailed "Depth of image volumes has to be identical!", "Source and destination
     ///         have different sizes." from a view
     ImageVolume& operator=(ImageVolume&& other);
@@ -212,6 +215,8 @@ private:
     void shareParts(const std::shared_ptr<Attributes>& attributes);
     void assignPlanes(const ImageVolumeVariant& source);
     void copyPlanes(const ImageVolumeVariant& source);
+    void collectArrays(Private::OwnedArrays& arrays) const;
+    void copyViewsOf(const Private::OwnedArrays& arrays);
 
     Planes m_planes;
 };

@@ -277,6 +277,62 @@ TEST(ImageBuffer, AnOwnerGetsNewFrames)
     expectRecording(source, 5, 2);
 }
 
+/// Looks at the frames of an owner in reverse order, one row of each plane less.
+ImageBuffer<int> reversedViewOf(ImageBuffer<int>& owner)
+{
+    std::vector<ImageVolume<int>> volumes;
+    for (unsigned int i = owner.getFrameCount(); i-- > 0;) {
+        std::vector<Image<int>> planes;
+        for (const auto& plane : owner.getFrame(i)) {
+            planes.emplace_back(plane->GetRawPointer(), plane->GetWidth(), plane->GetHeight() - 1, false,
+                                true);
+        }
+        volumes.emplace_back(std::move(planes));
+    }
+    return {std::move(volumes), AttributesContainer()};
+}
+
+TEST(ImageBuffer, AnOwnerIsAssignedAViewOfItself)
+{
+    const std::vector<std::function<void(ImageBuffer<int>&, ImageBuffer<int> &&)>> assignments = {
+        [](ImageBuffer<int>& buffer, ImageBuffer<int>&& view) { buffer = view; },
+        [](ImageBuffer<int>& buffer, ImageBuffer<int>&& view) { buffer = std::move(view); }};
+    for (const auto& assign : assignments) {
+        auto buffer = recording<int>(1);
+        assign(buffer, reversedViewOf(buffer));
+        EXPECT_TRUE(buffer.HasOwnerShip());
+        EXPECT_EQ(buffer.getFrame(2).GetSize(), Size(4, 2, 2));
+        EXPECT_EQ(buffer.getFrame(0).GetVoxel(3, 1, 1), 3);
+        EXPECT_EQ(buffer.getFrame(2).GetVoxel(3, 1, 1), 1);
+    }
+}
+
+TEST(ImageBuffer, AnAssignmentOfAnOwnerThatFailsChangesNothing)
+{
+    auto buffer = recording<int>(1);
+    auto broken = recording<int>(50, 2);
+    const std::unique_ptr<int[]> released(broken.getFrame(1).getPlane(1).GetImageData().ReleaseRawPointer());
+    EXPECT_TRUE(raises<Failed>("data-pointer is null", [&] { buffer = broken; }));
+    expectRecording(buffer, 1);
+    EXPECT_EQ(buffer.GetName(), "Run 1");
+}
+
+TEST(ImageBuffer, AVolumeThatWasMovedFromIsNoFrame)
+{
+    ImageVolume<int> movedFrom(Size(4, 3, 2), 5, true);
+    const ImageVolume<int> taker(std::move(movedFrom));
+    const auto buffer = ImageBuffer<int>::CreateEmptyImageBuffer();
+    const std::vector<std::function<void()>> calls = {
+        [&] { buffer->AppendImageVolume(movedFrom); },
+        [&] { buffer->AppendImageVolume(std::move(movedFrom)); },
+        [&] { buffer->_appendImageVolumeDontCheckSize(movedFrom); },
+        [&] { ImageBuffer<int>(std::move(movedFrom), AttributesContainer()); }};
+    for (const auto& call : calls) {
+        EXPECT_TRUE(raises<Failed>("ImageVolume must have at least one z-plane", call));
+        EXPECT_TRUE(buffer->empty());
+    }
+}
+
 TEST(ImageBuffer, AViewKeepsItsFrames)
 {
     Viewed<int> viewed;

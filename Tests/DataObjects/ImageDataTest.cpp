@@ -283,6 +283,45 @@ TEST(ImageData, OnlyAnOwnerReleasesItsArray)
     EXPECT_EQ(view(2, 1), 6);
 }
 
+TEST(ImageData, WhoeverReleasedItsPixelsHasNoneToPassOver)
+{
+    auto released = ramp(1);
+    const std::unique_ptr<int[]> array(released.ReleaseRawPointer());
+    auto target = ramp(50);
+    ImageData<float> converted(3, 2, 0.0F);
+    std::array<int, 6> pixels{};
+    ImageData<int> view(pixels.data(), 3, 2, false);
+    const std::vector<std::function<void()>> calls = {[&] { ImageData<int>{released}; },
+                                                      [&] { (void)released.CreateCopy(); },
+                                                      [&] { target = std::as_const(released); },
+                                                      [&] { released = std::as_const(target); },
+                                                      [&] { view = std::move(released); },
+                                                      [&] { converted.Assign(released); },
+                                                      [&] { released.Assign(converted); },
+                                                      [&] { released = 7; },
+                                                      [&] { released *= 2.0; },
+                                                      [&] { target /= released; }};
+    for (const auto& call : calls) {
+        EXPECT_TRUE(raises<RTE::VerificationFailed>("data-pointer is null", call));
+    }
+    EXPECT_EQ(target(2, 1), 55);
+    released = std::move(target);
+    EXPECT_EQ(released(2, 1), 55);
+}
+
+TEST(ImageData, AnOwnerThatIsAssignedAViewOfItsOwnPixelsKeepsThem)
+{
+    for (const unsigned int row : {0U, 1U}) {
+        auto data = ramp(1);
+        ImageData<int> view(data.GetRawPointer() + 3 * row, 3, 2 - row, false);
+        data = std::move(view);
+        EXPECT_TRUE(data.HasOwnerShip());
+        EXPECT_EQ(data.GetHeight(), 2 - row);
+        EXPECT_EQ(data(2, 1 - row), 6);
+        EXPECT_TRUE(view.empty());
+    }
+}
+
 TEST(ImageData, AnAdoptedArrayIsFreedOnce)
 {
     const ImageData<double> adopted(RTE::newArray<double>(6), {3, 2}, true);

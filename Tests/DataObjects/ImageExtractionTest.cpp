@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageExtraction.h"
 
+#include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/ImageVolume.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Tests/Support/PixelTypeList.h"
@@ -149,6 +150,10 @@ TEST(ImageExtraction, GivesOneRowAsNumbers)
         EXPECT_EQ(DataObjects::getImageDataLine(data, 2), (std::vector<double>{21, 22, 23, 24}));
         EXPECT_TRUE(DataObjects::getImageDataLine(data, height).empty());
     });
+    DataObjects::ImageData<int> released(4, 3, 0);
+    const std::unique_ptr<int[]> pixels(released.ReleaseRawPointer());
+    EXPECT_TRUE(TestSupport::raises<RTE::VerificationFailed>(
+        "data-pointer is null", [&] { (void)DataObjects::getImageDataLine(released, 0); }));
 }
 
 } // namespace

@@ -452,6 +452,26 @@ TEST(Image, AnOwnerWithoutAnOwnMaskTakesTheValuesOfTheMask)
     EXPECT_TRUE(otherSize.IsMaskSpawned());
 }
 
+TEST(Image, AnOwnerThatIsAssignedAViewOfItselfKeepsItsPixelsAndMask)
+{
+    auto image = numbered<int>(1);
+    image.SetMaskValid(0, 1, false);
+    {
+        Image<int> lowerRow(image.GetRawPointer() + 3, image.GetMask().GetRawPointer() + 3, 3, 1);
+        image = std::move(lowerRow);
+    }
+    EXPECT_TRUE(image.GetImageData().HasOwnerShip());
+    EXPECT_EQ(image.GetSize(), Size(3, 1));
+    EXPECT_EQ(image(0, 0), 4);
+    EXPECT_EQ(image.GetMask().GetSize(), Size(3, 1));
+    EXPECT_FALSE(image.IsMaskValid(0, 0));
+    EXPECT_TRUE(image.IsMaskValid(2, 0));
+
+    std::vector<int> foreign(3, 7);
+    image = Image<int>(foreign.data(), 3, 1, false, true);
+    EXPECT_EQ(image.GetRawPointer(), foreign.data()) << "it becomes a view of what is not its own";
+}
+
 TEST(Image, AViewCopiesWhatIsMovedIntoIt)
 {
     Viewed<int> viewed;

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 namespace
 {
@@ -219,6 +220,15 @@ public:
     }
 };
 
+TEST(ImageVolume, OnePlaneFitsToItselfWhateverItsScales)
+{
+    std::vector<Image<int>> planes;
+    planes.emplace_back(4, 3, true);
+    planes.back().SetScaleZ(scaleOf(std::numeric_limits<double>::quiet_NaN()));
+    planes.back().SetScaleX(scaleOf(std::numeric_limits<double>::quiet_NaN()));
+    EXPECT_EQ(ImageVolume<int>(std::move(planes)).GetDepth(), 1U);
+}
+
 TEST(ImageVolume, TheOrderOfScalarFieldsIsNoDifference)
 {
     std::vector<int> pixels(6);
@@ -321,6 +331,49 @@ TEST(ImageVolume, OnlyAnOwnerChangesItsSize)
         EXPECT_FALSE(owner.GetAttributes().contains("Old"));
         expectStack(owner, 7);
     }
+}
+
+/// A volume of the upper rows of the planes of `whole`.
+ImageVolume<int> upperRows(ImageVolume<int>& whole, unsigned int rows)
+{
+    std::vector<Image<int>> planes;
+    for (const auto& plane : whole) {
+        planes.emplace_back(plane->GetRawPointer(), whole.GetWidth(), rows, false, true);
+        planes.back().ReplaceMaskStrategy(
+            std::make_unique<DataObjects::LazyMask>(whole.GetWidth(), rows, true));
+    }
+    return ImageVolume<int>(std::move(planes));
+}
+
+TEST(ImageVolume, AnOwnerIsAssignedAViewOfItself)
+{
+    const std::vector<std::function<void(ImageVolume<int>&, ImageVolume<int> &&)>> assignments = {
+        [](ImageVolume<int>& volume, ImageVolume<int>&& view) { volume = view; },
+        [](ImageVolume<int>& volume, ImageVolume<int>&& view) { volume.Assign(view); },
+        [](ImageVolume<int>& volume, ImageVolume<int>&& view) { volume = std::move(view); }};
+    for (const auto& assign : assignments) {
+        auto volume = stack<int>(1);
+        assign(volume, upperRows(volume, 2));
+        EXPECT_TRUE(volume.HasOwnerShip());
+        EXPECT_EQ(volume.GetSize(), Size(4, 2, 2));
+        EXPECT_EQ(volume.GetVoxel(3, 1, 0), 1);
+        EXPECT_EQ(volume.GetVoxel(3, 1, 1), 2);
+    }
+}
+
+TEST(ImageVolume, AnAssignmentOfAnOwnerThatFailsChangesNothing)
+{
+    auto volume = stack<int>(1);
+    const auto plane = volume.getPlaneSPtrT(0);
+    auto broken = stack<int>(5, {4, 3, 3});
+    const std::unique_ptr<int[]> released(broken.getPlane(2).GetImageData().ReleaseRawPointer());
+    EXPECT_TRUE(raises<Failed>("data-pointer is null", [&] { volume = broken; }));
+    ImageVolume<int> movedFrom(stack<int>(1));
+    const ImageVolume<int> taker(std::move(movedFrom));
+    EXPECT_TRUE(raises<Failed>(noPlanes, [&] { volume = movedFrom; }));
+    EXPECT_TRUE(raises<Failed>(noPlanes, [&] { ImageVolume<int>{movedFrom}; }));
+    EXPECT_EQ(volume[0], plane);
+    expectStack(volume, 1);
 }
 
 TEST(ImageVolume, MovingTakesThePlanesOfAnOwner)
