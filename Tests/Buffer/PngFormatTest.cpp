@@ -59,6 +59,9 @@ TEST_F(PngFormat, RefusesWhatOnlyItCannotHold)
     EXPECT_EQ(failure(*TestSupport::particleImages(3, 2, 2)),
               QStringLiteral("PNG cannot hold more than one frame; .tif and .qfi files can"));
     EXPECT_EQ(failure(*BufferPointer(CreateBuffer())), QStringLiteral("PNG needs one frame"));
+    BufferPointer deep(CreateBuffer());
+    deep->AddFrame(CreateImageFrame(DT_BYTE, 2, 2, 3));
+    EXPECT_EQ(failure(*deep), QStringLiteral("PNG cannot hold 3 planes; .tif and .qfi files can"));
     BufferPointer floats(CreateBuffer());
     floats->AddFrame(CreateImageFrame(DT_FLOAT, 2, 2, 1));
     EXPECT_EQ(

@@ -43,14 +43,17 @@ private:
     QTemporaryDir m_directory;
 };
 
-I_FrameImage& addNoise(I_Buffer& buffer, E_DataType type, unsigned int width, unsigned int height)
+I_FrameImage& addNoise(I_Buffer& buffer, E_DataType type, unsigned int width, unsigned int height,
+                       unsigned int depth = 1)
 {
-    auto* frame = CreateImageFrame(type, width, height, 1);
+    auto* frame = CreateImageFrame(type, width, height, depth);
     buffer.AddFrame(frame);
     TestSupport::fillWithNoise(*frame, width + height);
     if (type == DT_RGB) {
-        auto* pixels = static_cast<RgbQuad*>(frame->GetPlane(0, 0)->GetData());
-        std::for_each(pixels, pixels + std::size_t{width} * height, [](RgbQuad& p) { p.reserved = 0; });
+        for (unsigned int z = 0; z < depth; ++z) {
+            auto* pixels = static_cast<RgbQuad*>(frame->GetPlane(0, z)->GetData());
+            std::for_each(pixels, pixels + std::size_t{width} * height, [](RgbQuad& p) { p.reserved = 0; });
+        }
     }
     return *frame;
 }
@@ -65,6 +68,18 @@ BufferPointer allTypes()
         }
     }
     addNoise(*buffer, DT_FLOAT, 70001, 3);
+    return buffer;
+}
+
+/// Volumes between images, so that frames and pages are counted apart.
+BufferPointer volumes()
+{
+    BufferPointer buffer(CreateBuffer());
+    addNoise(*buffer, DT_WORD, 5, 4);
+    addNoise(*buffer, DT_WORD, 5, 4, 3).SetScaleZ({2, 1, QStringLiteral("mm"), QStringLiteral("z")});
+    addNoise(*buffer, DT_WORD, 5, 4, 3).SetScaleZ({2, 1, QStringLiteral("mm"), QStringLiteral("z")});
+    addNoise(*buffer, DT_RGB, 3, 2, 2);
+    addNoise(*buffer, DT_FLOAT, 3, 2);
     return buffer;
 }
 
@@ -84,8 +99,8 @@ BufferPointer withScalesAndAttributes()
 
 TEST_F(TiffFormat, GivesAllTypesAndSizesBack)
 {
-    const std::vector<TestSupport::SampleBuffer> samples = {{"types", allTypes},
-                                                            {"record", withScalesAndAttributes}};
+    const std::vector<TestSupport::SampleBuffer> samples = {
+        {"types", allTypes}, {"volumes", volumes}, {"record", withScalesAndAttributes}};
     for (const auto& [name, make] : samples) {
         const BufferPointer buffer = make();
         for (const int packType : {0, 2}) {
@@ -98,6 +113,40 @@ TEST_F(TiffFormat, GivesAllTypesAndSizesBack)
             EXPECT_EQ(contentOf(path()), contentOf(path("again.tiff")));
         }
     }
+}
+
+TEST_F(TiffFormat, TellsOtherProgramsWhichPagesAreAVolume)
+{
+    ExportBuffer(volumes().get(), path(), {});
+    const QByteArray content = contentOf(path());
+    EXPECT_TRUE(content.contains("SizeC=\"1\" SizeZ=\"3\" SizeT=\"2\""));
+    EXPECT_TRUE(content.contains("PhysicalSizeZ=\"2\" PhysicalSizeZUnit=\"mm\""));
+    EXPECT_TRUE(content.contains("<TiffData IFD=\"1\" PlaneCount=\"6\"/>"));
+}
+
+TEST_F(TiffFormat, RefusesARecordThatJoinsPagesOfDifferentSize)
+{
+    BufferPointer buffer(CreateBuffer());
+    addNoise(*buffer, DT_BYTE, 2, 3);
+    addNoise(*buffer, DT_BYTE, 3, 2);
+    addNoise(*buffer, DT_BYTE, 2, 2, 2);
+    ExportBuffer(buffer.get(), path(), {{"PackType", 0}});
+    // The frames of 1, 1 and 2 planes become frames of 2, 1 and 1.
+    QByteArray content = contentOf(path());
+    const QByteArray frame = "{&quot;scales&quot;:[0,1,2,3]}";
+    const QByteArray volume = "{&quot;depth&quot;:2,&quot;scales&quot;:[0,1,2,3]}";
+    ASSERT_TRUE(content.contains(frame + ',' + frame + ',' + volume));
+    content.replace(frame + ',' + frame + ',' + volume, volume + ',' + frame + ',' + frame);
+    writeContent(path(), content);
+    const BufferPointer back = import(path());
+    ASSERT_EQ(back->GetFrameCount(), 3U);
+    EXPECT_EQ(back->GetFrame(2)->GetDepth(), 1U);
+    EXPECT_TRUE(raises<RTE::FileReadError>(
+        QStringLiteral("Cannot read '%1': the planes of a volume differ in size or type")
+            .arg(path())
+            .toStdString()
+            .c_str(),
+        [&] { static_cast<void>(back->GetFrame(0)); }));
 }
 
 TEST_F(TiffFormat, PacksUnlessToldOtherwise)
@@ -173,8 +222,6 @@ TEST_F(TiffFormat, ThreadsReadDifferentPlanesAtOnce)
 TEST_F(TiffFormat, RefusesWhatItCannotHold)
 {
     BufferPointer vectors = TestSupport::vectorFields(1);
-    BufferPointer deep(CreateBuffer());
-    deep->AddFrame(CreateImageFrame(DT_BYTE, 2, 2, 3));
     BufferPointer masked(CreateBuffer());
     addNoise(*masked, DT_BYTE, 2, 2).AddMask({});
     BufferPointer scalars(CreateBuffer());
@@ -183,7 +230,6 @@ TEST_F(TiffFormat, RefusesWhatItCannotHold)
     hollow->AddFrame(CreateImageFrame(DT_BYTE, 0, 2, 1));
     const std::vector<std::pair<const I_Buffer*, const char*>> cases = {
         {vectors.get(), "vectors"},
-        {deep.get(), "3 planes"},
         {masked.get(), "the component 'MASK'"},
         {scalars.get(), "the component 'TS:Height'"},
         {hollow.get(), "an image without pixels"}};

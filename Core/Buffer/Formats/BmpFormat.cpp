@@ -260,7 +260,7 @@ public:
         const Layout layout = readLayout(*file);
         std::unique_ptr<I_Buffer> buffer(CreateBuffer());
         buffer->AddFrame(lazyImageFrame(layout.type(), layout.width, layout.height,
-                                        std::make_shared<BmpPixels>(file, layout))
+                                        {std::make_shared<BmpPixels>(file, layout)})
                              .release());
         buffer->SetModified(false);
         return buffer;

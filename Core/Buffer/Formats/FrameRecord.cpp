@@ -62,6 +62,10 @@ unsigned int FrameRecordWriter::indexOf(const Zt::LinearScale& scale)
 void FrameRecordWriter::add(const I_Frame& frame)
 {
     m_json.beginObject();
+    if (frame.GetDepth() != 1) {
+        m_json.key(QStringLiteral("depth"));
+        m_json.number(frame.GetDepth());
+    }
     m_json.key(QStringLiteral("scales"));
     m_json.beginArray();
     for (const Zt::LinearScale* scale :
@@ -110,6 +114,8 @@ void FrameRecord::readKey(JsonReader& json, const QString& key)
         json.beginArray();
         while (json.hasNext(']')) {
             m_frames.push_back(readFrame(json));
+            m_frames.back().firstPlane = m_planeCount;
+            m_planeCount += m_frames.back().depth;
         }
     } else if (key == QStringLiteral("scales")) {
         json.beginArray();
@@ -141,6 +147,9 @@ FrameRecord::Frame FrameRecord::readFrame(JsonReader& json) const
                 index = json.number<unsigned int>();
             }
             json.endArray();
+        } else if (key == QStringLiteral("depth")) {
+            frame.depth = json.number<unsigned int>();
+            json.verify(frame.depth != 0, "a frame without planes");
         } else {
             json.verify(key == QStringLiteral("attributes"), "an unknown key");
             frame.attributes = json.json();

@@ -14,10 +14,11 @@ namespace BufferApi::Formats
 /// What a buffer of images has beside its pixels: name, attributes, and the scales and attributes of its
 /// frames. Formats that have no place for it carry it as a text of ASCII characters:
 ///
-/// {"version":1,"frames":[{"scales":[0,1,2,3],"attributes":{…}},…],"scales":[[factor,offset,"unit",
+/// {"version":1,"frames":[{"depth":3,"scales":[0,1,2,3],"attributes":{…}},…],"scales":[[factor,offset,"unit",
 /// "description"],…],"name":"…","attributes":{…}}
 ///
-/// with the scales of a frame in the order X, Y, Z, I. Attributes are those of AttributeJson.h.
+/// with the depth where it is not 1, and the scales of a frame in the order X, Y, Z, I. Attributes are those
+/// of AttributeJson.h.
 class FrameRecordWriter
 {
 public:
@@ -45,6 +46,14 @@ public:
     FrameRecord& operator=(const FrameRecord&) = delete;
 
     [[nodiscard]] std::size_t frameCount() const noexcept { return m_frames.size(); }
+    /// Planes of all frames.
+    [[nodiscard]] unsigned long long planeCount() const noexcept { return m_planeCount; }
+    /// The place of a frame's planes among those of all frames, which follow one another.
+    [[nodiscard]] unsigned long long firstPlane(std::size_t index) const
+    {
+        return m_frames.at(index).firstPlane;
+    }
+    [[nodiscard]] unsigned int depth(std::size_t index) const { return m_frames.at(index).depth; }
     /// \throws RTE::ParseError for attributes that are damaged
     void applyTo(I_Buffer& buffer) const;
     /// \param index below `frameCount`
@@ -55,6 +64,8 @@ private:
     {
         std::array<unsigned int, 4> scales{};
         std::string_view attributes;
+        unsigned int depth = 1;
+        unsigned long long firstPlane = 0;
     };
 
     [[nodiscard]] Frame readFrame(JsonReader& json) const;
@@ -66,6 +77,7 @@ private:
     QString m_name;
     std::string_view m_attributes;
     std::vector<Frame> m_frames;
+    unsigned long long m_planeCount = 0;
     std::vector<Zt::LinearScale> m_scales;
 };
 

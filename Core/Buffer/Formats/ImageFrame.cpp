@@ -9,21 +9,24 @@ namespace BufferApi::Formats
 {
 
 std::unique_ptr<I_Frame> lazyImageFrame(E_DataType type, unsigned int width, unsigned int height,
-                                        std::shared_ptr<const PlaneSource> pixels)
+                                        std::vector<std::shared_ptr<const PlaneSource>> planes)
 {
     ComponentParts component{.name = I_FrameImage::COMPONENT_PIXEL, .type = type, .planes = {}, .scale = {}};
-    component.planes.push_back(createLazyPlane(type, width, height, std::move(pixels)));
+    const auto depth = static_cast<unsigned int>(planes.size());
+    for (std::shared_ptr<const PlaneSource>& plane : planes) {
+        component.planes.push_back(createLazyPlane(type, width, height, std::move(plane)));
+    }
     std::vector<ComponentParts> components;
     components.push_back(std::move(component));
     return buildFrame({.kind = type == DT_RGB ? FrameKind::Rgb : FrameKind::Image,
                        .width = width,
                        .height = height,
-                       .depth = 1,
+                       .depth = depth,
                        .choices = 1},
                       std::move(components));
 }
 
-const I_PlaneBase& onlyPlane(const I_Frame& frame, const OutputFile& file, const QString& format)
+const I_Component& onlyPixels(const I_Frame& frame, const OutputFile& file, const QString& format)
 {
     const auto refuse = [&](bool isRefused, const QString& what) {
         if (isRefused) {
@@ -31,19 +34,20 @@ const I_PlaneBase& onlyPlane(const I_Frame& frame, const OutputFile& file, const
         }
     };
     refuse(isVectorKind(frameShape(frame).kind), QStringLiteral("vectors"));
-    refuse(frame.GetDepth() != 1, QStringLiteral("%1 planes").arg(frame.GetDepth()));
     for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
         const std::string name = frame.GetComponent(i)->GetName();
         refuse(name != I_FrameImage::COMPONENT_PIXEL,
                QStringLiteral("the component '%1'").arg(QString::fromStdString(name)));
     }
     const I_Component* pixels = frame.GetComponent(I_FrameImage::COMPONENT_PIXEL);
-    refuse(pixels == nullptr || frame.GetWidth() == 0 || frame.GetHeight() == 0,
+    refuse(pixels == nullptr || frame.GetWidth() == 0 || frame.GetHeight() == 0 || frame.GetDepth() == 0,
            QStringLiteral("an image without pixels"));
-    const I_PlaneBase& plane = *pixels->GetPlane(0);
-    refuse(plane.GetWidth() != frame.GetWidth() || plane.GetHeight() != frame.GetHeight(),
-           QStringLiteral("pixels of another size than the frame"));
-    return plane;
+    for (unsigned int z = 0; z < frame.GetDepth(); ++z) {
+        const I_PlaneBase& plane = *pixels->GetPlane(z);
+        refuse(plane.GetWidth() != frame.GetWidth() || plane.GetHeight() != frame.GetHeight(),
+               QStringLiteral("pixels of another size than the frame"));
+    }
+    return *pixels;
 }
 
 PlanePixels::PlanePixels(const I_PlaneBase& plane)

@@ -11,15 +11,16 @@
 namespace BufferApi::Formats
 {
 
-/// An image frame of depth 1 whose pixels, gray or `DT_RGB`, load from the source when they are asked for.
+/// An image frame whose planes of pixels, gray or `DT_RGB`, load from their sources when they are asked for.
 [[nodiscard]] std::unique_ptr<I_Frame> lazyImageFrame(E_DataType type, unsigned int width,
                                                       unsigned int height,
-                                                      std::shared_ptr<const PlaneSource> pixels);
+                                                      std::vector<std::shared_ptr<const PlaneSource>> planes);
 
-/// The pixels of a frame that has one plane of them and no other component. Raises RTE::FileWriteError for
-/// any other frame: "PNG cannot hold vectors; a .qfi file can". \param format for people
-[[nodiscard]] const I_PlaneBase& onlyPlane(const I_Frame& frame, const OutputFile& file,
-                                           const QString& format);
+/// The pixels of an image frame that has no other component, all planes of the frame's size. Raises
+/// RTE::FileWriteError for any other frame: "PNG cannot hold vectors; a .qfi file can".
+/// \param format for people
+[[nodiscard]] const I_Component& onlyPixels(const I_Frame& frame, const OutputFile& file,
+                                            const QString& format);
 
 /// The pixels of a plane for a writer; a plane that is unread stays so.
 class PlanePixels

@@ -122,11 +122,12 @@ void OmeWriter::writeImage(const OmeImage& image, unsigned int index, const QStr
     attribute("SizeX", image.width);
     attribute("SizeY", image.height);
     attribute("SizeC", isRgb ? 3U : 1U);
-    attribute("SizeZ", 1U);
-    attribute("SizeT", image.pages);
+    attribute("SizeZ", image.depth);
+    attribute("SizeT", image.pages / image.depth);
     attribute("Interleaved", isRgb ? QStringLiteral("true") : QStringLiteral("false"));
     writeSize("X", image.scaleX);
     writeSize("Y", image.scaleY);
+    writeSize("Z", image.scaleZ);
     m_xml.writeEmptyElement(QStringLiteral("Channel"));
     attribute("ID", QStringLiteral("Channel:%1:0").arg(index));
     attribute("SamplesPerPixel", isRgb ? 3U : 1U);

@@ -13,14 +13,16 @@
 namespace BufferApi::Formats
 {
 
-/// Consecutive pages of one size and type, a time series.
+/// Consecutive pages of one size and type, a time series of images or volumes.
 struct OmeImage
 {
     E_DataType type = DT_UNKNOWN;
     unsigned int width = 0;
     unsigned int height = 0;
+    unsigned int depth = 1;
     Zt::LinearScale scaleX{Zt::ScalePreset::X};
     Zt::LinearScale scaleY{Zt::ScalePreset::Y};
+    Zt::LinearScale scaleZ{Zt::ScalePreset::Z};
     unsigned int firstPage = 0;
     unsigned int pages = 0;
 };

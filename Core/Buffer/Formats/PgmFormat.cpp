@@ -215,7 +215,7 @@ public:
         while (header) {
             checkExtent(*file, *header);
             buffer->AddFrame(
-                lazyImageFrame(header->type(), header->width, header->height, pixelsOf(file, *header))
+                lazyImageFrame(header->type(), header->width, header->height, {pixelsOf(file, *header)})
                     .release());
             // A plain file holds one image; whatever follows the last binary one is not an image and is
             // passed over.

@@ -269,8 +269,8 @@ std::unique_ptr<I_Buffer> readPng(const QString& path)
     const auto file = std::make_shared<const InputFile>(path);
     PngInput input(*file);
     const Layout layout = input.layout();
-    auto frame =
-        lazyImageFrame(layout.type(), layout.width, layout.height, std::make_shared<PngPixels>(file, layout));
+    auto frame = lazyImageFrame(layout.type(), layout.width, layout.height,
+                                {std::make_shared<PngPixels>(file, layout)});
     std::unique_ptr<I_Buffer> buffer(CreateBuffer());
     if (const QByteArray text = input.record(); !text.isEmpty()) {
         const FrameRecord record(text, path);

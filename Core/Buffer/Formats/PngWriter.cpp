@@ -44,7 +44,12 @@ const I_PlaneBase& PngWriter::check(const I_Frame& frame) const
     if (!m_pixels.empty()) {
         m_file.refuse(QStringLiteral("PNG cannot hold more than one frame; .tif and .qfi files can"));
     }
-    const I_PlaneBase& plane = onlyPlane(frame, m_file, QStringLiteral("PNG"));
+    const I_Component& pixels = onlyPixels(frame, m_file, QStringLiteral("PNG"));
+    if (frame.GetDepth() != 1) {
+        m_file.refuse(
+            QStringLiteral("PNG cannot hold %1 planes; .tif and .qfi files can").arg(frame.GetDepth()));
+    }
+    const I_PlaneBase& plane = *pixels.GetPlane(0);
     const E_DataType type = plane.GetDataType();
     if (type != DT_BYTE && type != DT_WORD && type != DT_RGB) {
         m_file.refuse(QStringLiteral(

@@ -23,7 +23,8 @@ public:
     {
         return {.name = QStringLiteral("TIFF"),
                 .extensions = {QStringLiteral("tif"), QStringLiteral("tiff")},
-                .holds = QStringLiteral("pages of gray in all six types or RGB, attributes, scales"),
+                .holds = QStringLiteral(
+                    "pages of gray in all six types or RGB, volumes as pages, attributes, scales"),
                 .isWritten = true,
                 .isSingleFrame = false,
                 .hasChecksums = false};

@@ -137,7 +137,7 @@ private:
     unsigned int m_height;
 };
 
-/// The pages as frames, with what our own record tells of them.
+/// The pages as frames, with what our own record tells of them: without it each page is a frame.
 class TiffFrames : public FrameSource
 {
 public:
@@ -153,21 +153,29 @@ public:
             m_record.emplace(text, path);
         }
         // Another program added or removed pages: nobody knows any more which frame the record tells of.
-        if (m_record && m_record->frameCount() != count()) {
+        if (m_record && m_record->planeCount() != m_directories.size()) {
             m_record.reset();
         }
     }
 
-    [[nodiscard]] unsigned int count() const { return static_cast<unsigned int>(m_directories.size()); }
+    [[nodiscard]] unsigned int count() const
+    {
+        return static_cast<unsigned int>(m_record ? m_record->frameCount() : m_directories.size());
+    }
     [[nodiscard]] const FrameRecord* record() const { return m_record ? &*m_record : nullptr; }
 
     [[nodiscard]] std::unique_ptr<I_Frame> frame(unsigned int index) const override
     {
-        TiffLibrary library(*m_file);
-        library.openDirectory(m_directories[index]);
-        const TiffPage page = readTiffPage(library);
-        auto frame = lazyImageFrame(page.type, page.width, page.height,
-                                    std::make_shared<TiffPixels>(m_file, m_directories[index], page));
+        const unsigned long long first = m_record ? m_record->firstPlane(index) : index;
+        const TiffPage page = pageAt(first);
+        std::vector<std::shared_ptr<const PlaneSource>> planes;
+        for (unsigned int z = 0; z < (m_record ? m_record->depth(index) : 1); ++z) {
+            if (z > 0) {
+                verifyAlike(page, pageAt(first + z));
+            }
+            planes.push_back(std::make_shared<TiffPixels>(m_file, m_directories[first + z], page));
+        }
+        auto frame = lazyImageFrame(page.type, page.width, page.height, std::move(planes));
         if (m_record) {
             m_record->applyTo(*frame, index);
         }
@@ -175,6 +183,20 @@ public:
     }
 
 private:
+    [[nodiscard]] TiffPage pageAt(unsigned long long number) const
+    {
+        TiffLibrary library(*m_file);
+        library.openDirectory(m_directories[number]);
+        return readTiffPage(library);
+    }
+
+    void verifyAlike(const TiffPage& first, const TiffPage& page) const
+    {
+        if (page.type != first.type || page.width != first.width || page.height != first.height) {
+            m_file->refuse(QStringLiteral("the planes of a volume differ in size or type"));
+        }
+    }
+
     std::shared_ptr<const InputFile> m_file;
     std::vector<unsigned long long> m_directories;
     std::optional<FrameRecord> m_record;

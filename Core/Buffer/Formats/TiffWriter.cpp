@@ -80,7 +80,8 @@ std::uint16_t sampleFormat(E_DataType type)
 bool continues(const OmeImage& series, const OmeImage& page)
 {
     return series.type == page.type && series.width == page.width && series.height == page.height &&
-           series.scaleX == page.scaleX && series.scaleY == page.scaleY;
+           series.depth == page.depth && series.scaleX == page.scaleX && series.scaleY == page.scaleY &&
+           series.scaleZ == page.scaleZ;
 }
 
 class TiffWriter : public FrameWriter
@@ -97,6 +98,7 @@ public:
     void finish(const I_Buffer& buffer) override;
 
 private:
+    void appendPage(const I_PlaneBase& plane);
     void describe(const I_Frame& frame);
     [[nodiscard]] TiffFlavour flavour(qsizetype descriptionBytes) const;
     [[nodiscard]] TiffDirectoryWriter directory(const Page& page, const OmeImage& image, TiffFlavour flavour,
@@ -112,7 +114,15 @@ private:
 
 void TiffWriter::append(const I_Frame& frame)
 {
-    const I_PlaneBase& plane = onlyPlane(frame, m_file, QStringLiteral("TIFF"));
+    const I_Component& pixels = onlyPixels(frame, m_file, QStringLiteral("TIFF"));
+    describe(frame);
+    for (unsigned int z = 0; z < frame.GetDepth(); ++z) {
+        appendPage(*pixels.GetPlane(z));
+    }
+}
+
+void TiffWriter::appendPage(const I_PlaneBase& plane)
+{
     const PlanePixels pixels(plane);
     Page page;
     page.type = plane.GetDataType();
@@ -130,7 +140,6 @@ void TiffWriter::append(const I_Frame& frame)
         page.byteCounts.push_back(stored.size());
         m_file.append(stored.data(), stored.size());
     }
-    describe(frame);
     m_pages.push_back(std::move(page));
 }
 
@@ -140,12 +149,14 @@ void TiffWriter::describe(const I_Frame& frame)
     const OmeImage image{.type = frame.GetDataType(),
                          .width = frame.GetWidth(),
                          .height = frame.GetHeight(),
+                         .depth = frame.GetDepth(),
                          .scaleX = frame.GetScaleX(),
                          .scaleY = frame.GetScaleY(),
+                         .scaleZ = frame.GetScaleZ(),
                          .firstPage = static_cast<unsigned int>(m_pages.size()),
-                         .pages = 1};
+                         .pages = frame.GetDepth()};
     if (!m_images.empty() && continues(m_images.back(), image)) {
-        ++m_images.back().pages;
+        m_images.back().pages += image.pages;
     } else {
         m_images.push_back(image);
     }
