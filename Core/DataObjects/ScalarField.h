@@ -118,6 +118,7 @@ protected:
     ScalarField() noexcept;
     /// Shares pixels and scale; neither may be null.
     void adopt(std::shared_ptr<ImageData<T>> data, std::shared_ptr<Zt::LinearScale> scaleI) noexcept;
+    [[nodiscard]] Zt::LinearScale& scaleI() noexcept { return *m_scaleI; }
 
 private:
     std::shared_ptr<ImageData<T>> m_data;

@@ -65,6 +65,9 @@ ScalarFields& ScalarFields::operator=(ScalarFields&& other)
     if (this == &other) {
         return *this;
     }
+    if (typeid(*this) != typeid(ScalarFields)) {
+        return *this = std::as_const(other);
+    }
     ScalarFieldMap taken = fieldsToTake(other, other.m_map);
     other.Clear();
     m_map = std::move(taken);
@@ -248,8 +251,7 @@ const std::shared_ptr<ScalarFieldVariant>& ScalarFields::at(const QString& name)
 {
     const auto entry = m_map.find(name);
     if (entry == m_map.end()) {
-        // The one error outside the family: callers of operator[] expect what a map gives them.
-        std::rethrow_exception(std::make_exception_ptr(std::out_of_range("invalid map<K, T> key")));
+        raiseNoKey();
     }
     return entry->second;
 }
@@ -258,9 +260,20 @@ const std::shared_ptr<ScalarFieldVariant>& ScalarFields::existing(const QString&
 {
     const auto entry = m_map.find(name);
     if (entry == m_map.end()) {
-        RTE::raise(RTE::VerificationFailed(QStringLiteral("Scalar field '%1' is not existing.").arg(name)));
+        raiseNotExisting(name);
     }
     return entry->second;
+}
+
+void ScalarFields::raiseNoKey()
+{
+    // The one error outside the family: callers of operator[] expect what a map gives them.
+    std::rethrow_exception(std::make_exception_ptr(std::out_of_range("invalid map<K, T> key")));
+}
+
+void ScalarFields::raiseNotExisting(const QString& name)
+{
+    RTE::raise(RTE::VerificationFailed(QStringLiteral("Scalar field '%1' is not existing.").arg(name)));
 }
 
 void ScalarFields::verifySize(const ScalarFieldVariant& field) const

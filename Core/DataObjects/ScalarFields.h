@@ -39,8 +39,8 @@ public:
     virtual ~ScalarFields();
     /// Clears, then takes the size and adds deep copies of all fields; nothing happens on itself.
     virtual ScalarFields& operator=(const ScalarFields& other);
-    /// As the move construction; nothing happens on itself. It is not virtual: a collection that writes
-    /// through to a frame is assigned by copy.
+    /// As the move construction; nothing happens on itself. A collection that writes through to a frame is
+    /// assigned by copy, and `other` stays as it was.
     ScalarFields& operator=(ScalarFields&& other);
     /// The copy assignment.
     void DeepCopyFrom(const ScalarFields& source) { *this = source; }
@@ -132,10 +132,18 @@ public:
     [[nodiscard]] virtual ScalarFieldMap GetMapping() const;
     /// @}
 
+protected:
+    /// Enters the object itself, whatever its size, and returns it.
+    /// \throws RTE::VerificationFailed "Empty scalar field names are not allowed."
+    std::shared_ptr<ScalarFieldVariant> put(const QString& name, std::shared_ptr<ScalarFieldVariant> field);
+    /// What operator[] raises for a missing name.
+    [[noreturn]] static void raiseNoKey();
+    /// What Get raises for a missing name.
+    [[noreturn]] static void raiseNotExisting(const QString& name);
+
 private:
     template <typename T>
     std::shared_ptr<ScalarFieldVariant> addTyped(const QString& name, void* data);
-    std::shared_ptr<ScalarFieldVariant> put(const QString& name, std::shared_ptr<ScalarFieldVariant> field);
     [[nodiscard]] const std::shared_ptr<ScalarFieldVariant>& at(const QString& name) const;
     [[nodiscard]] const std::shared_ptr<ScalarFieldVariant>& existing(const QString& name) const;
     void verifySize(const ScalarFieldVariant& field) const;

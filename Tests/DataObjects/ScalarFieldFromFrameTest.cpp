@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ScalarFieldFromFrame.h"
+
+#include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/FrameBuilder.h"
+#include "Core/Buffer/LazyPlane.h"
+#include "Core/DataObjects/ScalarField.h"
+#include "Core/DataObjects/ScalarFieldToFrame.h"
+#include "Tests/Support/AllTypes.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace
+{
+
+using BufferApi::I_Frame;
+using DataObjects::CastScalarFieldTo;
+using DataObjects::ContainsScalarField;
+using DataObjects::GetImageDataFromTypedScalarT;
+using DataObjects::GetScalarField;
+using DataObjects::GetScalarFields;
+using DataObjects::ImageData;
+using DataObjects::MoveScalarFieldFromFrame;
+using DataObjects::ScalarField;
+using DataObjects::ScalarFields;
+using RTE::VerificationFailed;
+using testing::Each;
+using testing::ElementsAre;
+using TestSupport::raises;
+using FramePointer = std::unique_ptr<I_Frame>;
+
+const Zt::LinearScale kelvin(0.5, 273.0, "K", "Temperature");
+
+/// 3 × 2 with "a" of T, whose planes are filled with z + 1.
+template <typename T>
+FramePointer frameWithA(unsigned int depth)
+{
+    FramePointer frame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 3, 2, depth));
+    for (unsigned int z = 0; z < depth; ++z) {
+        const ImageData<T> pixels(3, 2, static_cast<T>(z + 1));
+        CopyScalarFieldToFrameTypedScalarT(ScalarField<T>(pixels, kelvin), *frame, "a", z);
+    }
+    return frame;
+}
+
+/// What a matcher takes.
+template <typename T>
+std::vector<T> valuesOf(const ImageData<T>& data)
+{
+    return {data.begin(), data.end()};
+}
+
+class Failing final : public BufferApi::PlaneSource
+{
+public:
+    explicit Failing(bool fails) : m_fails(fails) {}
+    void read(void* destination, unsigned long long bytes) const override
+    {
+        if (m_fails) {
+            RTE::raise(RTE::FileReadError(QStringLiteral("no file")));
+        }
+        std::fill_n(static_cast<unsigned char*>(destination), bytes, static_cast<unsigned char>(7));
+    }
+
+private:
+    bool m_fails;
+};
+
+BufferApi::ComponentParts lazyScalar(const std::string& name, bool fails, unsigned int width = 3)
+{
+    BufferApi::ComponentParts parts{"TS:" + name, BufferApi::DT_BYTE, {}, kelvin};
+    parts.planes.push_back(
+        BufferApi::createLazyPlane(BufferApi::DT_BYTE, width, 2, std::make_shared<Failing>(fails)));
+    return parts;
+}
+
+FramePointer lazyFrame(BufferApi::ComponentParts first, BufferApi::ComponentParts second)
+{
+    std::vector<BufferApi::ComponentParts> parts;
+    parts.push_back(std::move(first));
+    parts.push_back(std::move(second));
+    return BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
+}
+
+TEST(ScalarFieldFromFrame, ACopyOfEachTypeAndPlane)
+{
+    TestSupport::forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        auto frame = frameWithA<T>(2);
+        const auto field = GetScalarField(*frame, "a", 1);
+        frame.reset();
+        EXPECT_THAT(CastScalarFieldTo<T>(*field), Each(T{2}));
+        EXPECT_TRUE(field->GetData().HasOwnerShip());
+        EXPECT_EQ(field->GetScaleI(), kelvin);
+    });
+}
+
+TEST(ScalarFieldFromFrame, WhatIsNotThere)
+{
+    const auto frame = frameWithA<float>(2);
+    frame->AddComponent("TS:", BufferApi::DT_FLOAT, {});
+    frame->AddComponent("TS:colour", BufferApi::DT_RGB, {});
+    EXPECT_TRUE(ContainsScalarField(*frame, "a"));
+    EXPECT_TRUE(ContainsScalarField(*frame, "colour"));
+    EXPECT_FALSE(ContainsScalarField(*frame, ""));
+    EXPECT_FALSE(ContainsScalarField(*frame, "TS:a"));
+
+    struct Case
+    {
+        std::string name;
+        unsigned int plane;
+        QString field;
+        QString pixels;
+    };
+    for (const Case& c :
+         {Case{"\xe4%1", 0, "No scalar field of name '\u00e4%1' found.",
+               "No typed scalar of name '\u00e4%1' found."},
+          Case{"", 0, "No scalar field of name '' found.", "No typed scalar of name '' found."},
+          Case{"a", 2, "No scalar field of name 'a' found for given plane.", "Invalid plane index 2"}}) {
+        EXPECT_TRUE(raises<VerificationFailed>(
+            c.field, [&] { static_cast<void>(GetScalarField(*frame, c.name, c.plane)); }));
+        EXPECT_TRUE(raises<VerificationFailed>(c.pixels, [&] {
+            static_cast<void>(GetImageDataFromTypedScalarT<float>(*frame, c.name, c.plane));
+        }));
+        EXPECT_TRUE(raises<VerificationFailed>(c.pixels, [&] {
+            static_cast<void>(GetImageDataFromTypedScalarT<float>(std::move(*frame), c.name, c.plane));
+        }));
+    }
+    EXPECT_TRUE(raises<RTE::Exception>("RGB scalar field is not supported.",
+                                       [&] { static_cast<void>(GetScalarField(*frame, "colour", 0)); }));
+    EXPECT_TRUE(raises<VerificationFailed>("Pixel-plane of given frame has not the required type", [&] {
+        static_cast<void>(GetImageDataFromTypedScalarT<int>(*frame, "a", 0));
+    }));
+}
+
+TEST(ScalarFieldFromFrame, PixelsByViewOrByTakingThem)
+{
+    const auto frame = frameWithA<int>(2);
+    auto view = GetImageDataFromTypedScalarT<int>(*frame, "a", 1);
+    EXPECT_FALSE(view.HasOwnerShip());
+    const auto owner = GetImageDataFromTypedScalarT<int>(std::move(*frame), "a", 1);
+    EXPECT_EQ(owner.GetRawPointer(), view.GetRawPointer());
+    EXPECT_TRUE(owner.HasOwnerShip());
+    EXPECT_TRUE(raises<VerificationFailed>("data-pointer is null", [&] {
+        static_cast<void>(GetImageDataFromTypedScalarT<int>(*frame, "a", 1));
+    }));
+    EXPECT_THAT(valuesOf(GetImageDataFromTypedScalarT<int>(*frame, "a", 0)), Each(1));
+}
+
+TEST(ScalarFieldFromFrame, MovingTakesTheMemoryOfOnePlane)
+{
+    auto frame = frameWithA<float>(2);
+    frame->AddComponent("TS:", BufferApi::DT_RGB, {});
+    CopyScalarFieldToFrameTypedScalar(ScalarField<double>(ImageData<double>(3, 2, 5.0), kelvin), *frame, "b",
+                                      1);
+    const float* const memory = GetImageDataFromTypedScalarT<float>(*frame, "a", 1).begin();
+    ScalarFields fields(3, 2);
+    fields.Add("a");
+    fields.Add("c");
+    MoveScalarFieldFromFrame(fields, std::move(*frame), 1);
+    EXPECT_THAT(valuesOf(GetImageDataFromTypedScalarT<float>(*frame, "a", 0)), Each(1.0F));
+    frame.reset();
+    EXPECT_THAT(fields.GetNames(), ElementsAre("a", "b", "c"));
+    EXPECT_EQ(CastScalarFieldTo<float>(*fields.Get("a")).begin(), memory);
+    EXPECT_TRUE(fields.Get("a")->GetData().HasOwnerShip());
+    fields.Get("a")->SetScaleI(Zt::LinearScale(Zt::ScalePreset::X));
+    EXPECT_THAT(CastScalarFieldTo<double>(*fields.Get("b")), Each(5.0));
+    EXPECT_EQ(fields.Get("b")->GetScaleI(), kelvin);
+}
+
+TEST(ScalarFieldFromFrame, MovingFailsBeforeAnythingMoves)
+{
+    const auto raisesAndKeeps = [](auto raised, I_Frame& frame, ScalarFields& fields, unsigned int plane) {
+        using E = typename decltype(raised.first)::type;
+        EXPECT_TRUE(
+            raises<E>(raised.second, [&] { MoveScalarFieldFromFrame(fields, std::move(frame), plane); }));
+        EXPECT_TRUE(fields.empty());
+        EXPECT_NE(frame.GetComponent(0U)->GetPlane(0)->GetData(), nullptr);
+    };
+    const PixelTypes::Tag<VerificationFailed> verification;
+    ScalarFields fields(3, 2);
+    ScalarFields larger(3, 3);
+    const auto frame = frameWithA<float>(1);
+    raisesAndKeeps(std::pair(verification, "Invalid plane index 1"), *frame, fields, 1);
+    raisesAndKeeps(std::pair(verification, "Source scalar field has wrong size."), *frame, larger, 0);
+    frame->AddComponent("TS:b", BufferApi::DT_RGB, {});
+    raisesAndKeeps(std::pair(PixelTypes::Tag<RTE::Exception>(), "RGB scalar field is not supported."), *frame,
+                   fields, 0);
+    const auto unreadable = lazyFrame(lazyScalar("a", false), lazyScalar("b", true));
+    raisesAndKeeps(std::pair(PixelTypes::Tag<RTE::FileReadError>(), "no file"), *unreadable, fields, 0);
+}
+
+TEST(ScalarFieldFromFrame, FilesAreReadWhenTheyMustBe)
+{
+    const auto frame = lazyFrame(lazyScalar("a", false), lazyScalar("b", false));
+    const auto& plane = *frame->GetComponent("TS:a")->GetPlane(0);
+    EXPECT_THAT(CastScalarFieldTo<unsigned char>(*GetScalarField(*frame, "a", 0)), Each(7));
+    EXPECT_TRUE(BufferApi::isUnread(plane));
+    const auto fields = GetScalarFields(*frame, 0);
+    EXPECT_FALSE(BufferApi::isUnread(plane));
+    EXPECT_THAT(CastScalarFieldTo<unsigned char>(*fields->Get("b")), Each(7));
+
+    const auto unreadable = lazyFrame(lazyScalar("a", false), lazyScalar("b", true));
+    EXPECT_TRUE(
+        raises<RTE::FileReadError>("no file", [&] { static_cast<void>(GetScalarFields(*unreadable, 0)); }));
+    const auto otherSize = lazyFrame(lazyScalar("a", false), lazyScalar("b", false, 1));
+    EXPECT_TRUE(raises<VerificationFailed>("Source scalar field has wrong size.",
+                                           [&] { static_cast<void>(GetScalarFields(*otherSize, 0)); }));
+    EXPECT_EQ(GetScalarField(*otherSize, "b", 0)->GetWidth(), 1U);
+}
+
+} // namespace
