@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Core/Buffer/DataType.h"
 #include "Core/Buffer/Export.h"
 
 #include <QString>
@@ -24,6 +25,10 @@ struct KnownFormat
     bool isWritten = false;
     /// True if a written file holds a single frame.
     bool isSingleFrame = false;
+    /// True if it holds images alone: no vectors, and no component beside the pixels.
+    bool holdsOnlyPixels = true;
+    /// The types of pixels that `ExportBuffer` writes.
+    std::vector<E_DataType> pixelTypes;
     /// True if the file itself tells when a pixel was damaged.
     bool hasChecksums = false;
 };

@@ -10,7 +10,9 @@
 #include <QDir>
 #include <QProcess>
 
+#include <cmath>
 #include <csignal>
+#include <cstring>
 
 namespace
 {
@@ -67,6 +69,62 @@ TEST_F(ConvertCommand, keepsEverythingWhereverTheFramesGo)
     EXPECT_EQ(files(), "back.qfi copy.qfv damaged.qfi existing.png f-000.png f-001.png f-002.png f-003.png "
                        "f-004.png folder images.qfi joined.qfi named.qfi plain.qfi run.1 run.tif text.txt "
                        "vectors.qfv");
+}
+
+TEST_F(ConvertCommand, losesNothingUnlessToldTo)
+{
+    m_images->GetFrame(1)->AddMask({});
+    m_images->GetFrame(3)->AddMask({});
+    BufferApi::CreateTypedScalarInFrame(m_images->GetFrame(3),
+                                        "H\xF6"
+                                        "he",
+                                        BufferApi::DT_FLOAT);
+    store(*m_images, "masked.qfi");
+    const TestSupport::BufferPointer floats(BufferApi::CreateBuffer());
+    auto* frame = BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 2, 2, 1);
+    floats->AddFrame(frame);
+    const std::array<float, 4> values{-1.5F, 2.9F, 7e4F, NAN};
+    std::ranges::copy(values, static_cast<float*>(frame->GetPlane(0, 0)->GetData()));
+    frame->SetScaleI({3, 4, QStringLiteral("counts"), QStringLiteral("I")});
+    store(*floats, "floats.qfi");
+    const TestSupport::BufferPointer colours(BufferApi::CreateBuffer());
+    colours->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_RGB, 1, 1, 1));
+    *static_cast<BufferApi::RgbQuad*>(colours->GetFrame(0)->GetPlane(0, 0)->GetData()) = {1, 2, 3, 4};
+    store(*colours, "colours.qfi");
+    const std::string before = files();
+    expectRefusals(
+        {{"convert masked.qfi out.tif", 1,
+          "qf convert: out.tif: a TIFF file cannot hold the component 'MASK'; write a .qfi file, or go "
+          "without it by --lossy"},
+         {"convert masked.qfi out-%d.png", 1,
+          "qf convert: out-1.png: a PNG file cannot hold the component 'MASK'; write a .qfi file, or "
+          "go without it by --lossy"},
+         {"convert floats.qfi out.png", 1,
+          "qf convert: out.png: a PNG file cannot hold pixels other than bytes and words; write a .qfi "
+          "file, or go without it by --lossy"},
+         {"convert colours.qfi out.png", 1,
+          "qf convert: out.png: a PNG file cannot hold the fourth byte of colours; write a .qfi file, "
+          "or go without it by --lossy"}});
+    EXPECT_EQ(files(), before);
+    EXPECT_EQ(succeed("convert masked.qfi --lossy out.tif").err,
+              QString("out.tif: TIFF, 5 frames\n"
+                      "lost: the component 'MASK' (2 frames), the component 'TS:Höhe' (1 frame)\n"));
+    succeed("convert masked.qfi --lossy -j 2 o-%d.png");
+    for (unsigned int i : {1U, 3U}) {
+        m_images->GetFrame(i)->RemoveComponent(1);
+    }
+    m_images->GetFrame(3)->RemoveComponent(1);
+    expectFrames("out.tif", {0, 1, 2, 3, 4});
+    expectFrames("o-3.png", {3});
+    succeed("convert floats.qfi --lossy floats.png");
+    const auto words = load("floats.png");
+    EXPECT_EQ(std::memcmp(words->GetFrame(0)->GetPlane(0, 0)->GetData(), "\0\0\2\0\xFF\xFF\0\0", 8), 0);
+    EXPECT_TRUE(words->GetFrame(0)->GetScaleI() == frame->GetScaleI());
+    succeed("convert colours.qfi --lossy colours.tif");
+    EXPECT_EQ(std::memcmp(load("colours.tif")->GetFrame(0)->GetPlane(0, 0)->GetData(), "\1\2\3\0", 4), 0);
+    // A file that holds everything needs no permission.
+    EXPECT_EQ(succeed("convert masked.qfi --lossy copy.qfi").err, QString("copy.qfi: native, 5 frames\n"));
+    EXPECT_TRUE(load("copy.qfi")->GetFrame(1)->HasMask());
 }
 
 TEST_F(ConvertCommand, takesTheFramesInTheOrderOfTheSlice)

@@ -6,6 +6,7 @@
 #include "Tools/qf/FileSeries.h"
 #include "Tools/qf/FrameSlice.h"
 #include "Tools/qf/FrameView.h"
+#include "Tools/qf/Losses.h"
 #include "Tools/qf/Parallel.h"
 #include "Tools/qf/ProgressBar.h"
 #include "Tools/qf/ReadAhead.h"
@@ -30,6 +31,7 @@ struct ConvertOptions
     std::optional<FrameSlice> frames;
     unsigned int jobs = 1;
     bool attributesOfFirst = false;
+    bool lossy = false;
     bool uncompressed = false;
     bool force = false;
 };
@@ -100,7 +102,8 @@ class Conversion
 public:
     Conversion(const ConvertOptions& options, Session& session)
         : m_options(options), m_session(session), m_inputPaths(toQt(options.files)),
-          m_output(m_inputPaths.takeLast()), m_exportOptions({{"PackType", options.uncompressed ? 0 : 2}})
+          m_output(m_inputPaths.takeLast()), m_exportOptions({{"PackType", options.uncompressed ? 0 : 2}}),
+          m_losses(BufferApi::formatOfName(m_output), options.lossy)
     {
     }
 
@@ -138,7 +141,7 @@ private:
         checkOutput(path, m_options.force);
     }
 
-    void writeOne(const FrameInputs& inputs, const std::vector<unsigned int>& numbers) const
+    void writeOne(const FrameInputs& inputs, const std::vector<unsigned int>& numbers)
     {
         checkFrameCount(m_output, numbers.size());
         {
@@ -148,14 +151,16 @@ private:
                                  [&](unsigned int index) {
                                      Session::stopIfRequested();
                                      progress.advanceTo(index);
-                                     return &frames.take(index);
+                                     BufferApi::I_Frame& frame = frames.take(index);
+                                     m_losses.fit(frame, m_output);
+                                     return &frame;
                                  });
             BufferApi::ExportBuffer(&view, m_output, m_exportOptions);
         }
         tell(m_output, numbers.size());
     }
 
-    void writeSeries(const FrameInputs& inputs, const std::vector<unsigned int>& numbers) const
+    void writeSeries(const FrameInputs& inputs, const std::vector<unsigned int>& numbers)
     {
         FileSeries files(m_output);
         if (numbers.empty()) {
@@ -180,11 +185,12 @@ private:
              numbers.size());
     }
 
-    void writePart(const FrameInputs& inputs, unsigned int number, const FileSeries& files) const
+    void writePart(const FrameInputs& inputs, unsigned int number, const FileSeries& files)
     {
         Session::stopIfRequested();
         const auto frame = inputs.open(number);
         frame->load();
+        m_losses.fit(frame->frame(), files.name(number));
         const FrameView view(inputs.first(), 1, [&](unsigned int /*index*/) { return &frame->frame(); });
         const QString part = files.part(number);
         try {
@@ -201,6 +207,9 @@ private:
         Session::remark(QStringLiteral("%1: %2, %3\n")
                             .arg(printable(what), BufferApi::formatOfName(m_output).name,
                                  counted(frameCount, QStringLiteral("frame"))));
+        if (const QString report = m_losses.report(); !report.isEmpty()) {
+            Session::remark(printable(report) + QLatin1Char('\n'));
+        }
     }
 
     const ConvertOptions& m_options;
@@ -208,6 +217,7 @@ private:
     QStringList m_inputPaths;
     QString m_output;
     BufferApi::BufferOptions m_exportOptions;
+    Losses m_losses;
 };
 
 } // namespace
@@ -221,7 +231,8 @@ void addConvertCommand(CLI::App& app, Session& session, Job& job)
                     "  qf convert run.qfi run.tif\n"
                     "  qf convert camera-*.tif run.qfi\n"
                     "  qf convert run.qfi --frames 0:100:2 every-second.qfi\n"
-                    "  qf convert run.qfi 'frame-%04d.png'\n\n");
+                    "  qf convert run.qfi 'frame-%04d.png'\n"
+                    "  qf convert masked.qfi --lossy pixels.tif\n\n");
     command
         ->add_option(
             "FILE", options->files,
@@ -232,6 +243,10 @@ void addConvertCommand(CLI::App& app, Session& session, Job& job)
     addFrames(*command, options->frames);
     command->add_flag("--attributes-of-first", options->attributesOfFirst,
                       "Take name and attributes of the whole from the first file, whatever the others have");
+    command->add_flag(
+        "--lossy", options->lossy,
+        "Leave out what the output cannot hold, and tell it: masks and other components; for PNG, "
+        "pixels of other types become words, cut to 0 to 65535");
     command->add_flag("--uncompressed", options->uncompressed, "Store the pixels as they are");
     addForce(*command, options->force);
     addJobs(*command, options->jobs);

@@ -5,6 +5,7 @@
 #include "Tools/qf/PlaneValues.h"
 #include "Tools/qf/Session.h"
 
+#include "Core/Buffer/LazyPlane.h"
 #include "Core/Common/Raise.h"
 
 #include <algorithm>
@@ -38,16 +39,20 @@ OpenedFrame::OpenedFrame(std::shared_ptr<const I_Buffer> buffer, const QString& 
 
 OpenedFrame::~OpenedFrame()
 {
-    std::for_each(m_loaded.begin(), m_loaded.end(), freePixels);
+    forEachPlane(*m_frame,
+                 [](const BufferApi::I_Component& /*component*/, unsigned int /*z*/, I_PlaneBase& plane) {
+                     if (!isUnread(plane)) {
+                         freePixels(&plane);
+                     }
+                 });
 }
 
 void OpenedFrame::load()
 {
     forEachPlane(*m_frame,
-                 [this](const BufferApi::I_Component& /*component*/, unsigned int /*z*/, I_PlaneBase& plane) {
+                 [](const BufferApi::I_Component& /*component*/, unsigned int /*z*/, I_PlaneBase& plane) {
                      try {
                          static_cast<void>(plane.GetData());
-                         m_loaded.push_back(&plane);
                      } catch (const std::exception&) {
                          // The plane stays unread, and whoever asks for its data gets the reason.
                      }

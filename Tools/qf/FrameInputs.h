@@ -29,7 +29,6 @@ public:
 private:
     std::shared_ptr<const BufferApi::I_Buffer> m_buffer;
     BufferApi::I_Frame* m_frame;
-    std::vector<BufferApi::I_PlaneBase*> m_loaded;
 };
 
 /// The frames of several files as one sequence. A file is open while its frames are in use, so there may be

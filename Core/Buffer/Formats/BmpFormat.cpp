@@ -250,6 +250,8 @@ public:
                 .holds = QStringLiteral("one frame of 8 bit gray or RGB"),
                 .isWritten = false,
                 .isSingleFrame = true,
+                .holdsOnlyPixels = true,
+                .pixelTypes = {},
                 .hasChecksums = false};
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override { return head.startsWith("BM"); }

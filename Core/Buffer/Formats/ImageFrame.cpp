@@ -37,7 +37,7 @@ const I_Component& onlyPixels(const I_Frame& frame, const OutputFile& file, cons
     for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
         const std::string name = frame.GetComponent(i)->GetName();
         refuse(name != I_FrameImage::COMPONENT_PIXEL,
-               QStringLiteral("the component '%1'").arg(QString::fromStdString(name)));
+               QStringLiteral("the component '%1'").arg(QString::fromLatin1(name.c_str())));
     }
     const I_Component* pixels = frame.GetComponent(I_FrameImage::COMPONENT_PIXEL);
     refuse(pixels == nullptr || frame.GetWidth() == 0 || frame.GetHeight() == 0 || frame.GetDepth() == 0,

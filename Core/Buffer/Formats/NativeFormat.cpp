@@ -29,6 +29,8 @@ public:
                     "everything: images, volumes, RGB, vectors, masks, scalar fields, attributes, scales"),
                 .isWritten = true,
                 .isSingleFrame = false,
+                .holdsOnlyPixels = false,
+                .pixelTypes = {DT_BYTE, DT_WORD, DT_INT32, DT_UINT32, DT_FLOAT, DT_DOUBLE, DT_RGB},
                 .hasChecksums = true};
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override

@@ -200,6 +200,8 @@ public:
                 .holds = QStringLiteral("frames of gray with 8 or 16 bit"),
                 .isWritten = false,
                 .isSingleFrame = false,
+                .holdsOnlyPixels = true,
+                .pixelTypes = {},
                 .hasChecksums = false};
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override { return hasMagic(head); }

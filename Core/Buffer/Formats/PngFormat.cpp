@@ -20,6 +20,8 @@ public:
                 .holds = QStringLiteral("one frame of gray with 8 or 16 bit or RGB, attributes, scales"),
                 .isWritten = true,
                 .isSingleFrame = true,
+                .holdsOnlyPixels = true,
+                .pixelTypes = {DT_BYTE, DT_WORD, DT_RGB},
                 .hasChecksums = true};
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override

@@ -27,6 +27,8 @@ public:
                     "pages of gray in all six types or RGB, volumes as pages, attributes, scales"),
                 .isWritten = true,
                 .isSingleFrame = false,
+                .holdsOnlyPixels = true,
+                .pixelTypes = {DT_BYTE, DT_WORD, DT_INT32, DT_UINT32, DT_FLOAT, DT_DOUBLE, DT_RGB},
                 .hasChecksums = false};
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override
