@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageBufferFromBuffer.h"
+
+#include "Core/DataObjects/BufferAttributes.h"
+#include "Tests/Support/AllTypes.h"
+#include "Tests/Support/Frames.h"
+#include "Tests/Support/ImageFrames.h"
+#include "Tests/Support/Raises.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+
+namespace
+{
+
+using namespace DataObjects;
+using BufferApi::I_Buffer;
+using RTE::VerificationFailed;
+using TestSupport::buffersEqual;
+using TestSupport::forAllTypes;
+using TestSupport::imageBuffer;
+using TestSupport::pixelsOf;
+using TestSupport::raises;
+
+QString projectOf(I_Buffer& buffer)
+{
+    return BufferAttributes(buffer).attributeValue("Project").value<QString>();
+}
+
+void expectViewOf(I_Buffer& buffer, ImageBufferVariant& view)
+{
+    ASSERT_EQ(view.getFrameCount(), 2U);
+    EXPECT_EQ(view.getFrame(1).GetDepth(), 3U);
+    view.getFrame(1).SetScaleX({3.0, 4.0, "s", "other"});
+    EXPECT_EQ(buffer.GetFrame(1)->GetScaleX(), view.getFrame(1).GetScaleX());
+    view.GetGlobalAttributes().set("Project", QStringLiteral("changed"));
+    EXPECT_EQ(projectOf(buffer), "changed");
+}
+
+TEST(ImageBufferFromBuffer, AViewIsBoundToTheBuffer)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
+        auto view = GetImageBufferT<T>(*buffer, true);
+        EXPECT_EQ(view.GetName(), "Recording");
+        EXPECT_EQ(view.getFrame(1).getPlane(2).begin(), pixelsOf(*buffer->GetFrame(1), 2));
+        expectViewOf(*buffer, view);
+        buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
+        expectViewOf(*buffer, *GetImageBuffer(*buffer, true));
+
+        const auto expectConstView = [&](const ImageBuffer<T>& constView) {
+            EXPECT_EQ(constView.getFrame(0).getPlane(1).begin(), pixelsOf(*buffer->GetFrame(0), 1));
+            EXPECT_EQ(constView.GetGlobalAttributes().attributeValue("Project").template value<QString>(),
+                      "changed");
+        };
+        expectConstView(GetImageBufferT<T>(std::as_const(*buffer)));
+        expectConstView(dynamic_cast<const ImageBuffer<T>&>(*GetImageBuffer(std::as_const(*buffer))));
+    });
+}
+
+TEST(ImageBufferFromBuffer, ARecordingTakenOutStandsByItselfAndGoesBackByMoving)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto expected = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
+        auto source = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
+        const void* const pixels = pixelsOf(*source->GetFrame(1), 2);
+        auto recording = GetImageBufferT<T>(std::move(*source), true);
+        recording.GetGlobalAttributes().set("Project", QStringLiteral("changed"));
+        EXPECT_EQ(projectOf(*source), "Jet");
+        recording.GetGlobalAttributes().set("Project", QStringLiteral("Jet"));
+        source.reset();
+        EXPECT_EQ(recording.getFrame(1).getPlane(2).begin(), pixels);
+        EXPECT_TRUE(buffersEqual(*CreateBufferFromImageBuffer(std::as_const(recording), true), *expected));
+        EXPECT_EQ(recording.getFrame(1).getPlane(2).begin(), pixels);
+        const auto moved = CreateBufferFromImageBuffer(std::move(recording), true);
+        EXPECT_TRUE(buffersEqual(*moved, *expected));
+        EXPECT_EQ(pixelsOf(*moved->GetFrame(1), 2), pixels);
+        EXPECT_TRUE(buffersEqual(*CreateBufferFromImageBuffer(*GetImageBuffer(std::move(*moved), true), true),
+                                 *expected));
+    });
+}
+
+TEST(ImageBufferFromBuffer, PlanesOfAFileAreReadBeforeItGoes)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("recording.qfi");
+    const auto expected = imageBuffer(BufferApi::DT_WORD, 2, 2);
+    BufferApi::ExportBuffer(expected.get(), path, {});
+    std::unique_ptr<I_Buffer> file(BufferApi::ImportBuffer(path, {}));
+    const auto view = CreateBufferFromImageBuffer(*GetImageBuffer(std::as_const(*file)), true);
+    EXPECT_TRUE(buffersEqual(*view, *file));
+    file.reset(BufferApi::ImportBuffer(path, {}));
+    const auto recording = GetImageBuffer(std::move(*file), true);
+    file.reset();
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_TRUE(buffersEqual(*CreateBufferFromImageBuffer(std::move(*recording), true), *view));
+}
+
+TEST(ImageBufferFromBuffer, FailuresAreTold)
+{
+    const auto withVectors = imageBuffer(BufferApi::DT_WORD, 1, 1);
+    withVectors->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
+    const QString notImage = "Frame of buffer is not from type image!";
+    EXPECT_TRUE(raises<VerificationFailed>(notImage,
+                                           [&] { static_cast<void>(GetImageBuffer(*withVectors, false)); }));
+    EXPECT_TRUE(raises<VerificationFailed>(
+        notImage, [&] { static_cast<void>(GetImageBufferT<unsigned short>(std::as_const(*withVectors))); }));
+    EXPECT_TRUE(raises<VerificationFailed>("Pixel-plane of given frame has not the required type", [&] {
+        static_cast<void>(GetImageBufferT<float>(*withVectors, false));
+    }));
+
+    const std::unique_ptr<I_Buffer> noFrames(BufferApi::CreateBuffer());
+    EXPECT_TRUE(raises<RTE::Exception>("Given buffer has no frames",
+                                       [&] { static_cast<void>(GetImageBuffer(std::as_const(*noFrames))); }));
+    EXPECT_TRUE(raises<VerificationFailed>(
+        "Image volume list is empty", [&] { static_cast<void>(GetImageBufferT<int>(*noFrames, false)); }));
+    EXPECT_EQ(CreateBufferFromImageBuffer(*ImageBuffer<int>::CreateEmptyImageBuffer(), true)->GetFrameCount(),
+              0U);
+
+    const auto colour = imageBuffer(BufferApi::DT_RGB, 1, 1);
+    EXPECT_TRUE(raises<RTE::Exception>("RGB ImageBuffer is not supported.", [&] {
+        static_cast<void>(GetImageBuffer(std::move(*colour), false));
+    }));
+    colour->GetFrame(0)->RemoveComponent(0);
+    EXPECT_TRUE(raises<RTE::Exception>("Image volume list has unsupported data type",
+                                       [&] { static_cast<void>(GetImageBuffer(*colour, false)); }));
+}
+
+} // namespace

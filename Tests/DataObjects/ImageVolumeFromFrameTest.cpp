@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageVolumeFromFrame.h"
+
+#include "Core/DataObjects/BufferAttributes.h"
+#include "Core/DataObjects/ScalarField.h"
+#include "Tests/Support/AllTypes.h"
+#include "Tests/Support/Allocations.h"
+#include "Tests/Support/ImageFrames.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace
+{
+
+using BufferApi::I_Buffer;
+using BufferApi::I_Frame;
+using BufferApi::I_FrameImage;
+using DataObjects::BufferAttributes;
+using DataObjects::GetImageVolume;
+using DataObjects::GetImageVolumeT;
+using DataObjects::ImageVolume;
+using DataObjects::ImageVolumeVariant;
+using RTE::VerificationFailed;
+using TestSupport::forAllTypes;
+using TestSupport::imageBuffer;
+using TestSupport::imageFrame;
+using TestSupport::imageFrameOf;
+using TestSupport::memoryOf;
+using TestSupport::pixelsOf;
+using TestSupport::raises;
+
+/// What plane z of a frame or of a volume lies on.
+using Memory = std::vector<const void*>;
+
+Memory memoryOfPlanes(const I_Frame& frame)
+{
+    Memory memory;
+    for (unsigned int z = 0; z < frame.GetDepth(); ++z) {
+        memory.push_back(pixelsOf(frame, z));
+        memory.push_back(memoryOf(frame, I_Frame::COMPONENT_MASK, z));
+        memory.push_back(memoryOf(frame, TestSupport::peakRatio, z));
+    }
+    return memory;
+}
+
+template <typename T>
+Memory memoryOfPlanes(const ImageVolumeVariant& volume)
+{
+    EXPECT_EQ(volume.GetDataType(), DataObjects::E_DataType(PixelTypes::number<T>));
+    Memory memory;
+    for (const auto& plane : dynamic_cast<const ImageVolume<T>&>(volume)) {
+        memory.push_back(plane->begin());
+        memory.push_back(plane->GetMask().GetRawPointer());
+        const auto field = std::as_const(*plane).GetScalarFields().Get("Peak ratio");
+        memory.push_back(DataObjects::CastScalarFieldTo<float>(*field).begin());
+    }
+    return memory;
+}
+
+using Read = std::function<std::unique_ptr<ImageVolumeVariant>(I_Buffer&)>;
+
+template <typename T>
+std::unique_ptr<ImageVolumeVariant> held(ImageVolume<T>&& volume)
+{
+    return std::make_unique<ImageVolume<T>>(std::move(volume));
+}
+
+TEST(ImageVolumeFromFrame, AViewIsBoundToAllPlanes)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        for (const Read& read :
+             {Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(imageFrameOf(b, 1), true)); }),
+              Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(b, 1, true)); }),
+              Read([](I_Buffer& b) { return GetImageVolume(imageFrameOf(b, 1), true); }),
+              Read([](I_Buffer& b) { return GetImageVolume(b, 1, true); })}) {
+            const auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
+            I_FrameImage& frame = imageFrameOf(*buffer, 1);
+            const auto volume = read(*buffer);
+            ASSERT_EQ(volume->GetDepth(), 3U);
+            EXPECT_EQ(memoryOfPlanes<T>(*volume), memoryOfPlanes(frame));
+            volume->getPlane(2).SetScaleZ({3.0, 4.0, "s", "other"});
+            EXPECT_EQ(frame.GetScaleZ(), Zt::LinearScale(3.0, 4.0, "s", "other"));
+            EXPECT_EQ(volume->GetScaleZ(), frame.GetScaleZ());
+            volume->getPlane(1).GetAttributes().set("Operator", QStringLiteral("changed"));
+            EXPECT_EQ(BufferAttributes(frame).attributeValue("Operator").value<QString>(), "changed");
+        }
+    });
+}
+
+TEST(ImageVolumeFromFrame, ConstFormsViewToo)
+{
+    const auto buffer = imageBuffer(BufferApi::DT_FLOAT, 2, 2);
+    const I_Buffer& constBuffer = *buffer;
+    const I_FrameImage& frame = imageFrameOf(constBuffer, 1);
+    const Memory expected = memoryOfPlanes(frame);
+    EXPECT_EQ(memoryOfPlanes<float>(GetImageVolumeT<float>(frame)), expected);
+    EXPECT_EQ(memoryOfPlanes<float>(GetImageVolumeT<float>(constBuffer, 1)), expected);
+    EXPECT_EQ(memoryOfPlanes<float>(*GetImageVolume(frame)), expected);
+    EXPECT_EQ(memoryOfPlanes<float>(*GetImageVolume(constBuffer, 1)), expected);
+}
+
+TEST(ImageVolumeFromFrame, AVolumeTakenOutOfAFrameStandsByItself)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        for (const Read& read :
+             {Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(std::move(imageFrameOf(b, 1)), true)); }),
+              Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(std::move(b), 1, true)); }),
+              Read([](I_Buffer& b) { return GetImageVolume(std::move(imageFrameOf(b, 1)), true); }),
+              Read([](I_Buffer& b) { return GetImageVolume(std::move(b), 1, true); })}) {
+            auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
+            const Memory memory = memoryOfPlanes(imageFrameOf(*buffer, 1));
+            const auto volume = read(*buffer);
+            EXPECT_EQ(memoryOfPlanes(imageFrameOf(*buffer, 1)), Memory(9, nullptr));
+            buffer.reset();
+            EXPECT_EQ(memoryOfPlanes<T>(*volume), memory);
+            EXPECT_TRUE(dynamic_cast<ImageVolume<T>&>(*volume).HasOwnerShip());
+            volume->getPlane(2).SetScaleX({3.0, 4.0, "s", "other"});
+            EXPECT_EQ(volume->GetScaleX(), Zt::LinearScale(3.0, 4.0, "s", "other"));
+            EXPECT_EQ(volume->getPlane(1).GetAttributes().attributeValue("Acq.Gain").template value<double>(),
+                      2.5);
+        }
+    });
+}
+
+TEST(ImageVolumeFromFrame, NoFormAllocatesPixels)
+{
+    const std::unique_ptr<I_FrameImage> frame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 512, 512, 3));
+    frame->AddMask({});
+    TestSupport::forgetLargestAllocation();
+    static_cast<void>(GetImageVolume(*frame, true));
+    const auto volume = GetImageVolume(std::move(*frame), true);
+    EXPECT_LT(TestSupport::largestAllocation(), 16U * 1024);
+}
+
+TEST(ImageVolumeFromFrame, FailuresAreTold)
+{
+    const std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());
+    buffer->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 3));
+    buffer->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
+    buffer->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 0));
+    struct Case
+    {
+        const char* text;
+        std::function<void(I_Buffer&)> call;
+    };
+    const char* const noMask = "Frame requires a mask, but has no mask.";
+    const Case cases[] = {
+        {"Frame index out of bounds",
+         [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<int>(b, 3, true)); }},
+        {"Frame index out of bounds",
+         [](I_Buffer& b) { static_cast<void>(GetImageVolume(std::as_const(b), 3)); }},
+        {"Frame type of buffer is not image",
+         [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<float>(std::as_const(b), 1)); }},
+        {"Frame type of buffer is not image",
+         [](I_Buffer& b) { static_cast<void>(GetImageVolume(std::move(b), 1, true)); }},
+        {noMask, [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<int>(b, 0, true)); }},
+        {noMask, [](I_Buffer& b) { static_cast<void>(GetImageVolume(std::move(b), 0, true)); }},
+        {"Pixel-plane of given frame has not the required type",
+         [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<int>(b, 0, false)); }},
+        {"ImageVolume must have at least one z-plane",
+         [](I_Buffer& b) { static_cast<void>(GetImageVolume(b, 2, false)); }}};
+    for (const Case& failure : cases) {
+        EXPECT_TRUE(raises<VerificationFailed>(failure.text, [&] { failure.call(*buffer); }));
+    }
+    EXPECT_NE(pixelsOf(*buffer->GetFrame(0), 0), nullptr);
+
+    const auto colour = imageFrame(BufferApi::DT_RGB, 2);
+    EXPECT_TRUE(raises<RTE::Exception>("RGB image is not supported.",
+                                       [&] { static_cast<void>(GetImageVolume(*colour, false)); }));
+    colour->RemoveComponent(0);
+    EXPECT_TRUE(raises<RTE::Exception>("Image has unsupported data type",
+                                       [&] { static_cast<void>(GetImageVolume(*colour, false)); }));
+}
+
+} // namespace

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/ImageVolumeToFrame.h"
+
+#include "Core/DataObjects/BufferAttributes.h"
+#include "Core/DataObjects/ImageVolumeFromFrame.h"
+#include "Tests/DataObjects/StrangeImage.h"
+#include "Tests/Support/AllTypes.h"
+#include "Tests/Support/Frames.h"
+#include "Tests/Support/ImageFrames.h"
+#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace
+{
+
+using namespace DataObjects;
+using BufferApi::I_Frame;
+using BufferApi::I_FrameImage;
+using RTE::VerificationFailed;
+using TestSupport::forAllTypes;
+using TestSupport::framesEqual;
+using TestSupport::imageFrame;
+using TestSupport::imageFrameOf;
+using TestSupport::memoryOf;
+using TestSupport::pixelsOf;
+using TestSupport::raises;
+
+using FramePointer = std::unique_ptr<I_FrameImage>;
+
+void removeMask(I_Frame& frame)
+{
+    frame.RemoveComponent(frame.GetComponentIndex(I_Frame::COMPONENT_MASK));
+}
+
+TEST(ImageVolumeToFrame, AFrameHoldsAllThatTheVolumeHolds)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto source = imageFrame(BufferApi::GetDataType<T>(), 3);
+        const ImageVolume<T> view = GetImageVolumeT<T>(std::as_const(*source));
+        const ImageVolume<T> volume(view);
+        const ImageVolumeVariant& variant = volume;
+        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageVolumeT(view, true)), *source));
+        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageVolume(variant, true)), *source));
+        EXPECT_TRUE(framesEqual(imageFrameOf(*CreateBufferFromImageVolume(variant, true), 0), *source));
+
+        const auto target = imageFrame(BufferApi::GetDataType<T>(), 3, 2);
+        CopyImageVolumeToFrame(variant, *target);
+        EXPECT_TRUE(framesEqual(*target, *source));
+        CopyImageVolumeToFrameT(view, *source);
+        EXPECT_TRUE(framesEqual(*target, *source));
+
+        removeMask(*source);
+        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageVolumeT(volume, false)), *source));
+    });
+}
+
+TEST(ImageVolumeToFrame, TheFrameTakesTheArraysThatAllPlanesOwn)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto expected = imageFrame(BufferApi::GetDataType<T>(), 3);
+        const auto check = [&](auto write) {
+            auto source = imageFrame(BufferApi::GetDataType<T>(), 3);
+            const void* const pixels = pixelsOf(*source, 2);
+            const void* const mask = memoryOf(*source, I_Frame::COMPONENT_MASK, 2);
+            const void* const field = memoryOf(*source, TestSupport::peakRatio, 2);
+            ImageVolume<T> volume = GetImageVolumeT<T>(std::move(*source), true);
+            source.reset();
+            const FramePointer frame(write(volume));
+            EXPECT_TRUE(framesEqual(*frame, *expected));
+            EXPECT_EQ(pixelsOf(*frame, 2), pixels);
+            EXPECT_EQ(memoryOf(*frame, I_Frame::COMPONENT_MASK, 2), mask);
+            EXPECT_EQ(memoryOf(*frame, TestSupport::peakRatio, 2), field);
+        };
+        check([](ImageVolume<T>& v) { return CreateFrameFromImageVolumeT(std::move(v), true); });
+        check([](ImageVolumeVariant& v) { return CreateFrameFromImageVolume(std::move(v), true); });
+        const auto buffer = CreateBufferFromImageVolume(
+            GetImageVolumeT<T>(std::move(*imageFrame(expected->GetDataType(), 3)), true), true);
+        EXPECT_TRUE(framesEqual(imageFrameOf(*buffer, 0), *expected));
+    });
+}
+
+TEST(ImageVolumeToFrame, OnePlaneThatIsNotOwnedMakesAllBeCopied)
+{
+    int foreign[] = {1, 2, 3, 4};
+    bool foreignMask[] = {true, false, true, true};
+    ImageVolume<int> volume(Math::Size3T<unsigned int>(2, 2, 3), 7, true);
+    volume[1] = std::make_shared<Image<int>>(foreign, foreignMask, 2, 2);
+    const int* const owned = volume[2]->begin();
+    const FramePointer frame(CreateFrameFromImageVolumeT(std::move(volume), true));
+    EXPECT_EQ(volume[2]->begin(), owned);
+    EXPECT_NE(pixelsOf(*frame, 2), owned);
+    EXPECT_EQ(volume[2]->GetPixel(1, 1), 7);
+    EXPECT_TRUE(volume[2]->IsMaskValid(1, 1));
+    const ImageVolume<int> copy = GetImageVolumeT<int>(std::as_const(*frame));
+    EXPECT_EQ(copy.GetVoxel(1, 1, 1), 4);
+    EXPECT_EQ(copy.GetVoxel(1, 1, 2), 7);
+    EXPECT_FALSE(copy.IsMaskValid(1, 0, 1));
+}
+
+TEST(ImageVolumeToFrame, APlaneThatServesTwoDepthsIsCopied)
+{
+    ImageVolume<int> volume(Math::Size3T<unsigned int>(2, 2, 2), 7, true);
+    volume[1] = volume[0];
+    const FramePointer frame(CreateFrameFromImageVolumeT(std::move(volume), true));
+    EXPECT_EQ(GetImageVolumeT<int>(std::as_const(*frame)).GetVoxel(1, 1, 1), 7);
+}
+
+TEST(ImageVolumeToFrame, WithoutAMaskNoneIsMade)
+{
+    EXPECT_FALSE(
+        FramePointer(CreateFrameFromImageVolumeT(ImageVolume<int>(2, 2, 2, false), false))->HasMask());
+}
+
+TEST(ImageVolumeToFrame, CopyingMergesAttributesAndAddsNoMask)
+{
+    const auto source = imageFrame(BufferApi::DT_WORD, 2);
+    const auto target = imageFrame(BufferApi::DT_WORD, 2, 2);
+    removeMask(*target);
+    BufferAttributes(*target).set("Only here", QStringLiteral("stays"));
+    CopyImageVolumeToFrame(*GetImageVolume(*source, true), *target);
+    EXPECT_FALSE(target->HasMask());
+    EXPECT_EQ(BufferAttributes(*target).attributeValue("Only here").value<QString>(), "stays");
+    EXPECT_EQ(BufferAttributes(*target).attributeValue("Operator").value<QString>(),
+              BufferAttributes(*source).attributeValue("Operator").value<QString>());
+}
+
+TEST(ImageVolumeToFrame, CopyingChecksInOrderAndBeforeAnythingChanges)
+{
+    const ImageVolume<int> volume(Math::Size3T<unsigned int>(4, 4, 2), 7, true);
+    struct Case
+    {
+        BufferApi::E_DataType type;
+        unsigned int width;
+        unsigned int height;
+        unsigned int depth;
+        const char* text;
+    };
+    for (const Case& failure :
+         {Case{BufferApi::DT_FLOAT, 5, 5, 0, "Z-Plane for given frame not valid!"},
+          {BufferApi::DT_FLOAT, 5, 5, 3, "Pixel-plane of given frame has not the required type!"},
+          {BufferApi::DT_INT32, 5, 5, 3, "Image volume field and image frame have different width"},
+          {BufferApi::DT_INT32, 4, 5, 3, "Image volume field and image frame have different height"},
+          {BufferApi::DT_INT32, 4, 4, 3, "Image volume field and image frame have different depth"}}) {
+        const FramePointer frame(
+            BufferApi::CreateImageFrame(failure.type, failure.width, failure.height, failure.depth));
+        frame->SetScaleX({9.0, 9.0, "m", "x"});
+        EXPECT_TRUE(
+            raises<VerificationFailed>(failure.text, [&] { CopyImageVolumeToFrame(volume, *frame); }));
+        EXPECT_EQ(frame->GetScaleX().getFactor(), 9.0);
+    }
+}
+
+TEST(ImageVolumeToFrame, TypesOutsideTheSixAreRefused)
+{
+    const FramePointer frame(BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 2, 2, 1));
+    const TestSupport::StrangeVolume volume;
+    for (const std::function<void()>& call :
+         {std::function<void()>([&] { CopyImageVolumeToFrame(volume, *frame); }),
+          {[&] { static_cast<void>(CreateFrameFromImageVolume(volume, true)); }},
+          {[] { static_cast<void>(CreateBufferFromImageVolume(TestSupport::StrangeVolume(), true)); }}}) {
+        EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type", call));
+    }
+}
+
+} // namespace

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Core/Buffer/BufferApi.h"
+
+#include <memory>
+
+namespace TestSupport
+{
+
+inline const std::string peakRatio = BufferApi::I_Frame::TYPED_SCALAR_PREFIX + "Peak ratio";
+inline const std::string fieldHeight = BufferApi::I_Frame::TYPED_SCALAR_PREFIX + "Height";
+
+/// A frame of 31 x 17 pixels with everything that an image can hold: noise that depends on the seed, a mask,
+/// four scales, attributes that are text and list, and the typed scalars `peakRatio` of `float` and
+/// `fieldHeight` of words.
+[[nodiscard]] std::unique_ptr<BufferApi::I_FrameImage> imageFrame(BufferApi::E_DataType type,
+                                                                  unsigned int depth, unsigned int seed = 1);
+
+/// The frames of seeds 1, 2, and so on, with a name and an attribute of the buffer.
+[[nodiscard]] std::unique_ptr<BufferApi::I_Buffer> imageBuffer(BufferApi::E_DataType type, unsigned int depth,
+                                                               unsigned int frames);
+
+[[nodiscard]] BufferApi::I_FrameImage& imageFrameOf(const BufferApi::I_Buffer& buffer, unsigned int frame);
+
+/// The first byte of a plane; null when it has none or there is no such plane.
+[[nodiscard]] void* memoryOf(const BufferApi::I_Frame& frame, const std::string& component, unsigned int z);
+/// The same of the pixels.
+[[nodiscard]] void* pixelsOf(const BufferApi::I_Frame& frame, unsigned int z);
+
+} // namespace TestSupport
