@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/RGBImageToImage.h"
+
+#include "Tests/Support/AllTypes.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using DataObjects::createMonochromeImageFromRGBImage;
+using DataObjects::Rgb16;
+using DataObjects::RGBImage;
+
+TEST(RGBImageToImageTest, MonochromeImagesHaveTheMeanInTheirType)
+{
+    RGBImage image({{1, 2, 2}, {300, 300, 301}, {65535, 65535, 65534}}, 3, 1);
+    image.GetMask().SetValid(1, 0, false);
+    image.GetAttributes().set("Number", 7);
+    image.GetScaleX() = Zt::LinearScale(2, 3, QStringLiteral("mm"), QStringLiteral("Axis"));
+    TestSupport::forAllTypes([&](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto gray = createMonochromeImageFromRGBImage<T>(image);
+        if constexpr (std::is_floating_point_v<T>) {
+            EXPECT_EQ(gray(0, 0), T{5.0F / 3.0F});
+            EXPECT_EQ(gray(2, 0), T{196604.0F / 3.0F});
+        } else {
+            EXPECT_EQ(gray(0, 0), T{1});
+            EXPECT_EQ(gray(1, 0), sizeof(T) == 1 ? T{255} : static_cast<T>(300));
+            EXPECT_EQ(gray(2, 0), sizeof(T) == 1 ? T{255} : static_cast<T>(65534));
+        }
+        EXPECT_TRUE(gray.IsMaskValid(0, 0));
+        EXPECT_FALSE(gray.IsMaskValid(1, 0));
+        EXPECT_EQ(gray.GetAttributes().attributeValue("Number").template value<int>(), 7);
+        EXPECT_EQ(gray.GetScaleX(), image.GetScaleX());
+    });
+}
+
+} // namespace
