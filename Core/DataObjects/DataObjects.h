@@ -58,6 +58,8 @@
 #include "Core/DataObjects/RGBFieldToBuffer.h"
 #include "Core/DataObjects/RGBImage.h"
 #include "Core/DataObjects/RGBImageBuffer.h"
+#include "Core/DataObjects/RGBImageBufferFromBuffer.h"
+#include "Core/DataObjects/RGBImageBufferToBuffer.h"
 #include "Core/DataObjects/RGBImageFromBuffer.h"
 #include "Core/DataObjects/RGBImageToImage.h"
 #include "Core/DataObjects/Rgb16.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/RGBFieldToBuffer.h"
 
-#include "Core/Buffer/BufferApi.h"
 #include "Core/Common/TargetClones.h"
 #include "Core/DataObjects/BufferLibDataAccess.h"
+#include "Core/DataObjects/FrameWriting.h"
 
 #include <algorithm>
 
@@ -40,12 +40,9 @@ DATAOBJECTS_TARGET_CLONES void weightedSums(const RgbQuad* quads, std::size_t co
 template <typename T, typename Fill>
 std::unique_ptr<BufferApi::I_Buffer> bufferOf(const RGBField& field, Fill&& fill)
 {
-    std::unique_ptr<BufferApi::I_Frame> frame(
-        BufferApi::CreateImageFrame(BufferApi::GetDataType<T>(), field.width, field.height, 1));
+    Private::FramePointer frame = Private::newFrame<T>({field.width, field.height}, 1);
     fill(Private::GetPlaneData<T>(*frame, 0));
-    std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
-    buffer->AddFrame(frame.release());
-    return buffer;
+    return Private::bufferOf(std::move(frame));
 }
 
 std::size_t countOf(const RGBField& field)
