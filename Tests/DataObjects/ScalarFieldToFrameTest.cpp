@@ -2,6 +2,7 @@
 #include "Core/DataObjects/ScalarFieldToFrame.h"
 
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/FrameBuilder.h"
 #include "Core/DataObjects/ImageVolume.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 #include "Tests/DataObjects/StrangeField.h"
@@ -142,6 +143,23 @@ TEST(ScalarFieldToFrame, FailuresComeInOrderAndLeaveTheFrame)
     }));
     EXPECT_EQ(frame->GetComponentCount(), 1U);
     EXPECT_THAT(valuesOf(larger), Each(1.0F));
+}
+
+TEST(ScalarFieldToFrame, APlaneOutOfAFileNeedNotHaveTheSizeOfItsFrame)
+{
+    std::vector<BufferApi::ComponentParts> parts(1);
+    parts[0].name = "TS:a";
+    parts[0].type = BufferApi::DT_FLOAT;
+    parts[0].planes.emplace_back(BufferApi::CreatePlane(BufferApi::DT_FLOAT, 1, 2));
+    const auto frame = BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
+    const QString otherSize = "Size of TS and plane must be equal.";
+    ImageData<float> larger(3, 2, 1.0F);
+    EXPECT_TRUE(raises<VerificationFailed>(otherSize, [&] { MoveScalarFieldToFrame(larger, *frame, "a"); }));
+    const ScalarField<float> fitting(ImageData<float>(1, 2, 2.0F), kelvin);
+    CopyScalarFieldToFrameTypedScalar(fitting, *frame, "a", 0);
+    EXPECT_THAT(CastScalarFieldTo<float>(*GetScalarField(*frame, "a", 0)), Each(2.0F));
+    CopyScalarFieldToFrameTypedScalar(filled(3), *frame, "a", 0);
+    EXPECT_THAT(CastScalarFieldTo<int>(*GetScalarField(*frame, "a", 0)), Each(3));
 }
 
 TEST(ScalarFieldToFrame, MovesACollection)

@@ -3,6 +3,8 @@
 
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/C_TypedScalarFrame.h"
+#include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/ImageVolume.h"
 #include "Core/DataObjects/ScalarFieldOnFrame.h"
 #include "Core/DataObjects/ScalarFieldToFrame.h"
 #include "Tests/DataObjects/StrangeField.h"
@@ -142,6 +144,8 @@ TEST(ScalarFieldsOnFrame, NamesAreLatin1)
     fields = source;
     EXPECT_THAT(fields.GetNames(), ElementsAre("?"));
     EXPECT_EQ(fields.Get("?"), field);
+    fields.Remove("\u6e29");
+    EXPECT_EQ(fields.begin(), fields.end());
 }
 
 TEST(ScalarFieldsOnFrame, TypedAddMakesZeroesOrReplaces)
@@ -225,7 +229,16 @@ TEST(ScalarFieldsOnFrame, FailuresLeaveTheFrameAsItWas)
          [](auto& f) { f.Rename("a", "a"); }},
         {"assign, size", "Source's frame size must be identical to target's frame size.",
          [](auto& f) { f = ScalarFields(height, width); }},
-        {"assign, type", cast, [&](auto& f) { f = otherType; }},
+        {"assign, type, before removing", cast,
+         [&](auto& f) {
+             f.Add("surplus");
+             try {
+                 f = otherType;
+             } catch (const VerificationFailed&) {
+                 EXPECT_TRUE(f.Contains("surplus"));
+                 throw;
+             }
+         }},
         {"assign, planes", assigning, [](auto& f) { f = ScalarFields(width, height); }, 2},
         {"assign, planes first", assigning,
          [](auto& f) {
@@ -399,6 +412,50 @@ TEST(ScalarFieldsOnFrame, PlainCollectionsTakeCopies)
         EXPECT_EQ(plain.Get("a")->GetScaleI(), kelvin);
     }
     EXPECT_THAT(CastScalarFieldTo<float>(*copy), Each(1.0F));
+}
+
+/// The image of a frame's plane that has the frame's scalar fields.
+DataObjects::Image<unsigned short> imageOn(I_Frame& frame, unsigned int plane)
+{
+    auto* const data = static_cast<unsigned short*>(frame.GetComponent("PIXEL")->GetPlane(plane)->GetData());
+    const auto scale = [] { return std::make_shared<Zt::LinearScale>(Zt::ScalePreset::X); };
+    return {data,
+            {width, height},
+            std::make_shared<DataObjects::Mask>(width, height, true),
+            scale(),
+            scale(),
+            scale(),
+            scale(),
+            std::make_shared<DataObjects::AttributesContainer>(),
+            std::make_shared<ScalarFieldsOnFrame>(frame, plane)};
+}
+
+TEST(ScalarFieldsOnFrame, CopiesOfAnImageAreIndependent)
+{
+    auto frame = frameWithA(2);
+    auto view = imageOn(*frame, 0);
+    const DataObjects::Image<unsigned short> copy(view);
+    const auto created = view.CreateCopy();
+    std::vector<DataObjects::Image<unsigned short>> planes;
+    planes.push_back(imageOn(*frame, 0));
+    planes.push_back(imageOn(*frame, 1));
+    DataObjects::ImageVolume<unsigned short> volume(std::move(planes));
+    volume.getPlane(0).GetScalarFields().Add("b", 2.0F);
+    volume.getPlane(1).GetScalarFields().Add("b", 3.0F);
+    const auto ofVolume = volume.CreateCopy();
+    const auto source = volume;
+    volume = source;
+
+    DataObjects::Image<unsigned short> other(width, height, true);
+    other.GetScalarFields().Add("a", filled(4.0F));
+    other.GetScalarFields().Add("b", filled(5.0F));
+    view = other;
+    EXPECT_EQ(pixels<float>(*frame, "a", 0)[0], 4.0F);
+    EXPECT_EQ(pixels<float>(*frame, "b", 1)[0], 3.0F);
+    frame.reset();
+    EXPECT_THAT(CastScalarFieldTo<float>(*copy.GetScalarFields().Get("a")), Each(1.0F));
+    EXPECT_THAT(CastScalarFieldTo<float>(*created->GetScalarFields().Get("a")), Each(1.0F));
+    EXPECT_THAT(CastScalarFieldTo<float>(*ofVolume->getPlane(1).GetScalarFields().Get("b")), Each(3.0F));
 }
 
 TEST(ScalarFieldsOnFrame, MovingIntoAViewCopies)
