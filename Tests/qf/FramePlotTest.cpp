@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/Plot/FramePlot.h"
+#include "Tools/qf/Mosaic.h"
 #include "Tools/qf/Plot/PlotPainter.h"
 
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Common/AttributeNames.h"
+#include "Core/DataObjects/BufferAttributes.h"
 #include "Tests/Support/Raises.h"
 
 #include <QGuiApplication>
@@ -70,6 +73,36 @@ TEST_F(FramePlot, scalesAxesColorsAndLabels)
     EXPECT_DOUBLE_EQ(plot.colorBar->low, -1.0);
     EXPECT_DOUBLE_EQ(plot.colorBar->high, 139.0);
     EXPECT_EQ(plot.colorBar->label, QString("Speed [m/s]"));
+}
+
+TEST_F(FramePlot, drawsMosaicsInTheirColors)
+{
+    const std::unique_ptr<I_FrameImage> frame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 6, 4, 1));
+    frame->SetScaleI({2.0, 0.0, "counts", ""});
+    auto* words = static_cast<unsigned short*>(frame->GetPlane(0, 0)->GetData());
+    for (unsigned int i = 0; i < 24; ++i) {
+        const unsigned int oddX = i % 6 % 2;
+        const unsigned int oddY = i / 6 % 2;
+        words[i] = static_cast<unsigned short>(oddX == oddY ? 300 - 200 * oddX : 200);
+    }
+    EXPECT_TRUE(Qf::plotOfFrame(*frame, {}).colorBar);
+    DataObjects::BufferAttributes(*frame).set(Attr::rgbFrame, 1);
+    frame->AddMask({});
+    static_cast<unsigned char*>(
+        frame->GetComponent(I_FrameImage::COMPONENT_MASK)->GetPlane(0)->GetData())[3] = 0;
+    EXPECT_FALSE(Qf::plotOfFrame(*frame, {}).colorBar);
+    Qf::FramePlotOptions inGray;
+    inGray.colorMap = "gray";
+    Qf::FramePlotOptions ofMask;
+    ofMask.component = "MASK";
+    EXPECT_TRUE(Qf::plotOfFrame(*frame, inGray).colorBar);
+    EXPECT_TRUE(Qf::plotOfFrame(*frame, ofMask).colorBar);
+    const QImage image = Qf::mosaicImage(*frame, 0, Qf::ValueRange{200.0, 600.0});
+    for (int i = 0; i < 24; ++i) {
+        EXPECT_EQ(image.pixel(i % 6, i / 6), i == 3 ? qRgba(0, 0, 0, 0) : qRgb(255, 128, 0)) << i;
+    }
+    // Without a range the lowest and highest channels take the ends.
+    EXPECT_EQ(Qf::mosaicImage(*frame, 0, {}).pixel(5, 3), qRgb(255, 128, 0));
 }
 
 TEST_F(FramePlot, drawsEachPixelInItsColorAndNothingElseInsideTheAxes)

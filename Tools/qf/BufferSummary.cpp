@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/BufferSummary.h"
 
+#include "Tools/qf/Mosaic.h"
 #include "Tools/qf/PlaneValues.h"
 #include "Tools/qf/Session.h"
 
@@ -56,6 +57,9 @@ FrameStructure structureOf(const I_Frame& frame)
                              {},
                              {},
                              {}};
+    if (isMosaic(frame)) {
+        structure.kind = QStringLiteral("mosaic");
+    }
     if (const auto* vectors = dynamic_cast<const I_FrameVector*>(&frame)) {
         structure.kind = QStringLiteral("vector");
         structure.choices = vectors->GetChoiceCount();

@@ -38,6 +38,7 @@ struct ComponentSummary
 /// Everything of a frame that frames of one recording have in common.
 struct FrameStructure
 {
+    /// "image", "mosaic" or "vector".
     QString kind;
     BufferApi::E_DataType type = BufferApi::DT_UNKNOWN;
     unsigned int width = 0;

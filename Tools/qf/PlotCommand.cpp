@@ -151,8 +151,9 @@ void addPlotCommand(CLI::App& app, Session& session, Job& job)
         *command, "--region", "Only this part, in pixels: width, height, first column, first row",
         [options](const std::string& text) { return readRegion(text, options->region); }, "WxH+X+Y");
     command
-        ->add_option("--colormap", options->colorMap,
-                     "Colours (default: gray for integers, viridis for floating-point numbers)")
+        ->add_option(
+            "--colormap", options->colorMap,
+            "Colours (default: its own for a mosaic, gray for integers, viridis for floating-point numbers)")
         ->type_name("NAME")
         ->check(CLI::IsMember(toStd(ColorMap::names())));
     addParsed(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/Plot/FramePlot.h"
 
+#include "Tools/qf/Mosaic.h"
 #include "Tools/qf/PlaneChoice.h"
 #include "Tools/qf/PlaneValues.h"
 
@@ -131,6 +132,12 @@ void addValues(Plot& plot, const I_Frame& frame, const I_Component& component, c
                                  axisLabel(scale, QString::fromStdString(component.GetName()))};
 }
 
+bool showsColours(const I_Frame& frame, const I_Component& component, const FramePlotOptions& options)
+{
+    return options.colorMap.isEmpty() && isMosaic(frame) &&
+           component.GetName() == BufferApi::I_FrameImage::COMPONENT_PIXEL;
+}
+
 } // namespace
 
 Plot plotOfFrame(const I_Frame& frame, const FramePlotOptions& options)
@@ -150,6 +157,10 @@ Plot plotOfFrame(const I_Frame& frame, const FramePlotOptions& options)
     plot.pixelAspect = pixelAspect(frame.GetScaleX(), frame.GetScaleY());
     if (plane.GetDataType() == BufferApi::DT_RGB) {
         plot.layers.push_back(std::make_unique<ImageLayer>(rgbImage(plane, region)));
+    } else if (showsColours(frame, component, options)) {
+        const auto& image = dynamic_cast<const BufferApi::I_FrameImage&>(frame);
+        plot.layers.push_back(
+            std::make_unique<ImageLayer>(mosaicImage(image, options.z, options.range).copy(region)));
     } else {
         addValues(plot, frame, component, region, options);
     }

@@ -19,7 +19,7 @@ struct FramePlotOptions
     unsigned int z = 0;
     /// In pixels; empty for the whole plane.
     QRect region;
-    /// Empty for gray with integers and viridis with floating-point numbers.
+    /// Empty for the colours of a mosaic, gray with integers and viridis with floating-point numbers.
     QString colorMap;
     /// In the unit of the component's scale; without it the range follows from the values.
     std::optional<ValueRange> range;
