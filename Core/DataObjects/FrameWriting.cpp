@@ -22,18 +22,30 @@ void copyMask(const ImageVariant& image, const BufferApi::I_Frame& frame, unsign
     }
 }
 
-void moveMasks(const std::vector<ImageVariant*>& images, BufferApi::I_Frame& frame)
+void addMasks(const std::vector<const ImageVariant*>& images, BufferApi::I_Frame& frame)
 {
-    std::vector<Mask*> masks;
-    for (ImageVariant* image : images) {
-        masks.push_back(&image->GetMask());
-    }
-    MovingArrays<bool> arrays = releaseArrays<bool>(masks, {frame.GetWidth(), frame.GetHeight()});
-    handOver(arrays, [&](const std::vector<void*>& pointers) { frame.AddMask(pointers); });
-    if (arrays.empty()) {
-        for (unsigned int z = 0; z < images.size(); ++z) {
+    frame.AddMask({});
+    for (unsigned int z = 0; z < images.size(); ++z) {
+        if (images[z]->IsMaskSpawned()) {
             copyMask(*images[z], frame, z);
         }
+    }
+}
+
+void moveMasks(const std::vector<ImageVariant*>& images, BufferApi::I_Frame& frame)
+{
+    const auto isMade = [](const ImageVariant* image) { return image->IsMaskSpawned(); };
+    std::vector<Mask*> masks;
+    if (std::any_of(images.begin(), images.end(), isMade)) {
+        for (ImageVariant* image : images) {
+            masks.push_back(&image->GetMask());
+        }
+    }
+    MovingArrays<bool> arrays = releaseArrays<bool>(masks, {frame.GetWidth(), frame.GetHeight()});
+    if (arrays.empty()) {
+        addMasks({images.begin(), images.end()}, frame);
+    } else {
+        handOver(arrays, [&](const std::vector<void*>& pointers) { frame.AddMask(pointers); });
     }
 }
 

@@ -91,11 +91,19 @@ void copyPixels(const ImageData<T>& source, const BufferApi::I_PlaneBase& plane)
     ImageData<T>(static_cast<T*>(plane.GetData()), plane.GetWidth(), plane.GetHeight(), false) = source;
 }
 
-/// Copies the mask of the image, which nobody asks for if it was not made yet, into that of the frame.
+/// \name Masks of a frame
+/// One that was not made yet is all valid, and is not made by copying.
+/// \{
+
+/// Copies the mask of the image into that of the frame.
 void copyMask(const ImageVariant& image, const BufferApi::I_Frame& frame, unsigned int z);
 
-/// Gives the frame the masks: their arrays when each of them can be moved, else copies.
+/// Gives a frame without masks copies of those of the images, one per z.
+void addMasks(const std::vector<const ImageVariant*>& images, BufferApi::I_Frame& frame);
+
+/// The same, with their arrays when each of them can be moved.
 void moveMasks(const std::vector<ImageVariant*>& images, BufferApi::I_Frame& frame);
+/// \}
 
 /// Sets the scales of an image or a volume on the frame, and merges its attributes in.
 template <typename Source>

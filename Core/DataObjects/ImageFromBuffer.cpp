@@ -6,6 +6,7 @@
 #include "Core/DataObjects/ImageDataFromBuffer.h"
 #include "Core/DataObjects/ImageFrameAccess.h"
 #include "Core/DataObjects/ImageParts.h"
+#include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/MaskFromBuffer.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 
@@ -51,6 +52,29 @@ std::unique_ptr<ImageVariant> getVariant(Frame&& frame, unsigned int z, bool req
                                    "Image has unsupported data type");
 }
 
+/// True when the image needs a mask of its own, which costs as much as many a pass over its pixels and is
+/// made when somebody asks for it.
+bool masksItself(const I_FrameImage& frame, bool requireMask)
+{
+    return !requireMask && !frame.HasMask();
+}
+
+std::unique_ptr<MaskStrategy> allValidOnDemand(const I_FrameImage& frame)
+{
+    return std::make_unique<LazyMask>(frame.GetWidth(), frame.GetHeight(), true);
+}
+
+template <typename T>
+Image<T> takePixelsAndMask(I_FrameImage& frame, unsigned int z, bool requireMask)
+{
+    ImageData<T> pixels = GetImageDataT<T>(std::move(frame), z);
+    if (masksItself(frame, requireMask)) {
+        return Image<T>(std::move(pixels), allValidOnDemand(frame));
+    }
+    Mask mask = Private::MoveOrCreateMask(std::move(frame), z, requireMask);
+    return Image<T>(std::move(pixels), std::move(mask));
+}
+
 } // namespace
 
 template <typename T>
@@ -62,11 +86,23 @@ Image<T> GetImageT(I_FrameImage& frame, unsigned int z, bool requireMask)
     std::shared_ptr<Zt::LinearScale> scaleZ = Private::GetScaleOnFrame(&frame, 2);
     std::shared_ptr<Zt::LinearScale> scaleY = Private::GetScaleOnFrame(&frame, 1);
     std::shared_ptr<Zt::LinearScale> scaleX = Private::GetScaleOnFrame(&frame, 0);
-    auto mask = std::make_shared<Mask>(Private::GetOrCreateMask(frame, z, requireMask));
+    std::shared_ptr<Mask> mask;
+    if (!masksItself(frame, requireMask)) {
+        mask = std::make_shared<Mask>(Private::GetOrCreateMask(frame, z, requireMask));
+    }
     T* const pixels = Private::GetPlaneData<T>(frame, z);
-    return Image<T>(pixels, {frame.GetWidth(), frame.GetHeight()}, std::move(mask), std::move(scaleX),
-                    std::move(scaleY), std::move(scaleZ), std::move(scaleI), std::move(attributes),
-                    std::move(scalarFields));
+    const Math::Size2T<unsigned int> size(frame.GetWidth(), frame.GetHeight());
+    const bool isMaskOwn = mask == nullptr;
+    if (isMaskOwn) {
+        // Holds the place while the image is built; nobody looks at it.
+        mask = std::make_shared<Mask>(reinterpret_cast<bool*>(pixels), size, false);
+    }
+    Image<T> image(pixels, size, std::move(mask), std::move(scaleX), std::move(scaleY), std::move(scaleZ),
+                   std::move(scaleI), std::move(attributes), std::move(scalarFields));
+    if (isMaskOwn) {
+        image.ReplaceMaskStrategy(allValidOnDemand(frame));
+    }
+    return image;
 }
 
 template <typename T>
@@ -84,9 +120,7 @@ const Image<T> GetImageT(const I_FrameImage& frame, unsigned int z)
 template <typename T>
 Image<T> GetImageT(I_FrameImage&& frame, unsigned int z, bool requireMask)
 {
-    ImageData<T> pixels = GetImageDataT<T>(std::move(frame), z);
-    Mask mask = Private::MoveOrCreateMask(std::move(frame), z, requireMask);
-    Image<T> image(std::move(pixels), std::move(mask));
+    Image<T> image = takePixelsAndMask<T>(frame, z, requireMask);
     Private::assignScales(frame, image);
     image.GetAttributes().merge(BufferAttributes(frame));
     MoveScalarFieldFromFrame(image.GetScalarFields(), std::move(frame), z);

@@ -22,10 +22,10 @@ namespace DataObjects
 ///   mask and of the scalar fields of this z, and copies scales and attributes. Of the frame only the other
 ///   planes and the destruction are defined afterwards; also when something is raised.
 ///
-/// No form copies or allocates pixels. A frame without a mask gives the image one of its own, all valid,
-/// unless `requireMask` asks for that of the frame. The templates exist for the six element types. The planes
-/// of an imported buffer are read from the file now, if nobody asked for them before; that raises what the
-/// store raises.
+/// No form copies or allocates pixels. A frame without a mask gives the image one of its own, all valid and
+/// made when somebody asks for it, unless `requireMask` asks for that of the frame. The templates exist for
+/// the six element types. The planes of an imported buffer are read from the file now, if nobody asked for
+/// them before; that raises what the store raises.
 ///
 /// \code
 /// Image<unsigned short> live = GetImageT<unsigned short>(frame, 0, false);

@@ -29,8 +29,7 @@ FramePointer frameOf(const Image<T>& image, bool withMask)
 {
     FramePointer frame = frameOf(image.GetImageData());
     if (withMask) {
-        frame->AddMask({});
-        Private::copyMask(image, *frame, 0);
+        Private::addMasks({&image}, *frame);
     }
     Private::setScalesAndAttributes(image, *frame);
     GetScalarFields(*frame, 0)->DeepCopyFrom(image.GetScalarFields());

@@ -43,14 +43,44 @@ FramePointer newFrameFor(const ImageVolume<T>& volume)
     return Private::newFrame<T>(planeSize(volume), volume.GetDepth());
 }
 
+/// The planes by the pointers that the steps for masks take.
+template <typename Plane, typename T>
+std::vector<Plane*> planesOf(const ImageVolume<T>& volume)
+{
+    std::vector<Plane*> planes;
+    for (const auto& plane : volume) {
+        planes.push_back(plane.get());
+    }
+    return planes;
+}
+
+template <typename T>
+void copyPlane(const Image<T>& plane, bool withMask, I_FrameImage& frame, unsigned int z)
+{
+    Private::copyPixels(plane.GetImageData(), *Private::findPixelPlane(frame, z));
+    if (withMask) {
+        Private::copyMask(plane, frame, z);
+    }
+    GetScalarFields(frame, z)->DeepCopyFrom(plane.GetScalarFields());
+}
+
+template <typename T>
+void copyVolume(const ImageVolume<T>& volume, bool withMasks, I_FrameImage& frame)
+{
+    for (unsigned int z = 0; z < volume.GetDepth(); ++z) {
+        copyPlane(*volume[z], withMasks, frame, z);
+    }
+    Private::setScalesAndAttributes(volume, frame);
+}
+
 template <typename T>
 FramePointer frameOf(const ImageVolume<T>& volume, bool withMask)
 {
     FramePointer frame = newFrameFor(volume);
     if (withMask) {
-        frame->AddMask({});
+        Private::addMasks(planesOf<const ImageVariant>(volume), *frame);
     }
-    CopyImageVolumeToFrameT(volume, *frame);
+    copyVolume(volume, false, *frame);
     return frame;
 }
 
@@ -77,11 +107,7 @@ FramePointer frameOf(ImageVolume<T>& volume, bool withMask)
 {
     FramePointer frame = pixelsMoved(volume);
     if (withMask) {
-        std::vector<ImageVariant*> planes;
-        for (const auto& plane : volume) {
-            planes.push_back(plane.get());
-        }
-        Private::moveMasks(planes, *frame);
+        Private::moveMasks(planesOf<ImageVariant>(volume), *frame);
     }
     Private::setScalesAndAttributes(volume, *frame);
     MoveScalarFieldsFromVolumeToFrame(volume, *frame);
@@ -137,15 +163,7 @@ template <typename T>
 void CopyImageVolumeToFrameT(const ImageVolume<T>& volume, I_FrameImage& frame)
 {
     verifyFits(volume, frame);
-    for (unsigned int z = 0; z < volume.GetDepth(); ++z) {
-        const Image<T>& plane = *volume[z];
-        Private::copyPixels(plane.GetImageData(), *Private::findPixelPlane(frame, z));
-        if (frame.HasMask()) {
-            Private::copyMask(plane, frame, z);
-        }
-        GetScalarFields(frame, z)->DeepCopyFrom(plane.GetScalarFields());
-    }
-    Private::setScalesAndAttributes(volume, frame);
+    copyVolume(volume, frame.HasMask(), frame);
 }
 
 void CopyImageVolumeToFrame(const ImageVolumeVariant& volume, I_FrameImage& frame)

@@ -185,20 +185,27 @@ TEST(ImageFromBuffer, AnImageTakenOutOfAFrameStandsByItself)
 
 TEST(ImageFromBuffer, NoFormAllocatesPixels)
 {
-    const std::unique_ptr<I_FrameImage> frame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 512, 512, 1));
-    frame->AddMask({});
-    BufferApi::CreateTypedScalarInFrame(frame.get(), "Field", BufferApi::DT_BYTE);
-    TestSupport::forgetLargestAllocation();
-    static_cast<void>(GetImage(*frame, 0, true));
-    static_cast<void>(GetImage(std::as_const(*frame), 0));
-    const auto image = GetImage(std::move(*frame), 0, true);
-    EXPECT_LT(TestSupport::largestAllocation(), 16U * 1024);
+    for (const bool withMask : {false, true}) {
+        const std::unique_ptr<I_FrameImage> frame(
+            BufferApi::CreateImageFrame(BufferApi::DT_WORD, 512, 512, 1));
+        if (withMask) {
+            frame->AddMask({});
+        }
+        BufferApi::CreateTypedScalarInFrame(frame.get(), "Field", BufferApi::DT_BYTE);
+        TestSupport::forgetLargestAllocation();
+        const auto view = GetImage(*frame, 0, withMask);
+        static_cast<void>(GetImage(std::as_const(*frame), 0));
+        const auto image = GetImage(std::move(*frame), 0, withMask);
+        EXPECT_LT(TestSupport::largestAllocation(), 16U * 1024);
+        EXPECT_EQ(view->IsMaskSpawned(), withMask);
+        EXPECT_EQ(image->IsMaskSpawned(), withMask);
+    }
 }
 
 TEST(ImageFromBuffer, AFrameWithoutAMaskLeavesTheImageOneOfItsOwn)
 {
     const auto frame = imageFrame(BufferApi::DT_FLOAT, 1);
-    frame->RemoveComponent(frame->GetComponentIndex(I_Frame::COMPONENT_MASK));
+    TestSupport::removeMask(*frame);
     const auto expectOwnMask = [&](const ImageVariant& image) {
         EXPECT_TRUE(image.GetMask().HasOwnerShip());
         EXPECT_TRUE(AllValuesValid(image));
@@ -213,7 +220,7 @@ TEST(ImageFromBuffer, AFrameWithoutAMaskLeavesTheImageOneOfItsOwn)
     withMask->GetMask()(2, 1) = false;
     EXPECT_FALSE(AttachMaskAndGetImage(frame.get(), 0)->GetMask()(2, 1));
 
-    frame->RemoveComponent(frame->GetComponentIndex(I_Frame::COMPONENT_MASK));
+    TestSupport::removeMask(*frame);
     expectOwnMask(*GetImage(std::move(*frame), 0, false));
 }
 

@@ -116,6 +116,7 @@ TEST(ImageMoveToBuffer, WhatIsNotOwnedIsCopied)
     Image<int> inBlock(std::make_unique<RTE::OwnedMemory>(16), std::make_unique<LazyMask>(2, 2, true), 2, 2);
     inBlock = 5;
     const FramePointer copy(CreateFrameFromImageT(std::move(inBlock), true));
+    EXPECT_FALSE(inBlock.IsMaskSpawned());
     EXPECT_EQ(GetImageT<int>(*copy, 0)(1, 1), 5);
     EXPECT_TRUE(AllValuesValid(GetImageT<int>(*copy, 0)));
 }

@@ -30,6 +30,7 @@ using TestSupport::imageFrameOf;
 using TestSupport::memoryOf;
 using TestSupport::pixelsOf;
 using TestSupport::raises;
+using TestSupport::removeMask;
 
 using FramePointer = std::unique_ptr<I_FrameImage>;
 
@@ -42,11 +43,6 @@ FramePointer pixelsAlone(const I_FrameImage& frame)
                 1ULL * frame.GetWidth() * frame.GetHeight() *
                     BufferApi::GetDataTypeSize(frame.GetDataType()));
     return pixels;
-}
-
-void removeMask(I_Frame& frame)
-{
-    frame.RemoveComponent(frame.GetComponentIndex(I_Frame::COMPONENT_MASK));
 }
 
 TEST(ImageToBuffer, AFrameHoldsAllThatTheImageHolds)

@@ -29,13 +29,9 @@ using TestSupport::imageFrameOf;
 using TestSupport::memoryOf;
 using TestSupport::pixelsOf;
 using TestSupport::raises;
+using TestSupport::removeMask;
 
 using FramePointer = std::unique_ptr<I_FrameImage>;
-
-void removeMask(I_Frame& frame)
-{
-    frame.RemoveComponent(frame.GetComponentIndex(I_Frame::COMPONENT_MASK));
-}
 
 TEST(ImageVolumeToFrame, AFrameHoldsAllThatTheVolumeHolds)
 {
@@ -110,6 +106,16 @@ TEST(ImageVolumeToFrame, APlaneThatServesTwoDepthsIsCopied)
     volume[1] = volume[0];
     const FramePointer frame(CreateFrameFromImageVolumeT(std::move(volume), true));
     EXPECT_EQ(GetImageVolumeT<int>(std::as_const(*frame)).GetVoxel(1, 1, 1), 7);
+}
+
+TEST(ImageVolumeToFrame, APlaneOfAnotherSizeIsRefusedAndNothingLeaks)
+{
+    ImageVolume<int> volume(Math::Size3T<unsigned int>(2, 2, 2), 7, true);
+    volume[1] = std::make_shared<Image<int>>(1, 1, 7, true);
+    EXPECT_TRUE(raises<VerificationFailed>("Source and destination have different sizes.", [&] {
+        static_cast<void>(CreateFrameFromImageVolumeT(std::move(volume), true));
+    }));
+    EXPECT_EQ(volume[0]->GetPixel(1, 1), 7);
 }
 
 TEST(ImageVolumeToFrame, WithoutAMaskNoneIsMade)

@@ -62,6 +62,11 @@ I_FrameImage& imageFrameOf(const I_Buffer& buffer, unsigned int frame)
     return dynamic_cast<I_FrameImage&>(*buffer.GetFrame(frame));
 }
 
+void removeMask(I_Frame& frame)
+{
+    frame.RemoveComponent(frame.GetComponentIndex(I_Frame::COMPONENT_MASK));
+}
+
 void* memoryOf(const I_Frame& frame, const std::string& component, unsigned int z)
 {
     const I_Component* const found = frame.GetComponent(component);

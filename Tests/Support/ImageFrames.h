@@ -23,6 +23,8 @@ inline const std::string fieldHeight = BufferApi::I_Frame::TYPED_SCALAR_PREFIX +
 
 [[nodiscard]] BufferApi::I_FrameImage& imageFrameOf(const BufferApi::I_Buffer& buffer, unsigned int frame);
 
+void removeMask(BufferApi::I_Frame& frame);
+
 /// The first byte of a plane; null when it has none or there is no such plane.
 [[nodiscard]] void* memoryOf(const BufferApi::I_Frame& frame, const std::string& component, unsigned int z);
 /// The same of the pixels.
