@@ -14,6 +14,7 @@
 #include "Core/DataObjects/BufferStructureInformation.h"
 #include "Core/DataObjects/CustomImageTag.h"
 #include "Core/DataObjects/DataObjectAttributeSink.h"
+#include "Core/DataObjects/DataObjectFromBuffer.h"
 #include "Core/DataObjects/DataType.h"
 #include "Core/DataObjects/DeviceData.h"
 #include "Core/DataObjects/DeviceDataAccess.h"

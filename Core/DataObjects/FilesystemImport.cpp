@@ -8,6 +8,8 @@
 #include "Core/DataObjects/ImageFromBuffer.h"
 #include "Core/DataObjects/ImageParts.h"
 #include "Core/DataObjects/ImageVolumeFromFrame.h"
+#include "Core/DataObjects/InstantMask.h"
+#include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/VisitImageType.h"
 
 namespace DataObjects
@@ -22,11 +24,20 @@ std::unique_ptr<BufferApi::I_Buffer> readFile(const QString& path)
     return std::unique_ptr<BufferApi::I_Buffer>(BufferApi::ImportBuffer(path, {}));
 }
 
+/// A mask that nobody asked for stays so.
+std::unique_ptr<MaskStrategy> takeMask(ImageVariant& image)
+{
+    if (image.IsMaskSpawned()) {
+        return std::make_unique<InstantMask>(std::move(image.GetMask()));
+    }
+    return std::make_unique<LazyMask>(image.GetWidth(), image.GetHeight(), true);
+}
+
 template <typename T>
 Image<T> converted(ImageVariant&& source)
 {
     Private::verifyImageType(source.GetDataType());
-    Image<T> image(CreateImageDataOfType<T>(source.GetImageData(), true), std::move(source.GetMask()));
+    Image<T> image(CreateImageDataOfType<T>(source.GetImageData(), true), takeMask(source));
     Private::assignScales(source, image);
     image.SetAttributes(source.GetAttributes());
     image.GetScalarFields().MoveFrom(std::move(source.GetScalarFields()));

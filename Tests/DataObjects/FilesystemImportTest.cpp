@@ -203,7 +203,10 @@ TEST_F(FilesystemImport, PixelsOfTheRightTypeAreMoved)
     const auto image = ImportImageT<float>(file, 0, 0);
     EXPECT_EQ(TestSupport::largestAllocation(), 4'000'000U);
     EXPECT_EQ(image(999, 999), 1.5F);
-    EXPECT_TRUE(AllValuesValid(image));
+    EXPECT_FALSE(image.IsMaskSpawned()) << "a file without a mask";
+    const auto converted = ImportImageT<double>(file, 0, 0);
+    EXPECT_FALSE(converted.IsMaskSpawned());
+    EXPECT_TRUE(AllValuesValid(converted));
 }
 
 TEST_F(FilesystemImport, FilesThatCannotBeReadAreNamedByEveryFunction)
