@@ -48,16 +48,15 @@ void StoredFrame::AddMask(const std::vector<void*>& planes)
     if (planes.empty()) {
         mask->fill(1);
     }
-    auto& place = index == noComponent ? m_components.emplace_back() : m_components[index];
-    mask->adopt(planes);
-    place = std::move(mask);
-    updateIndices();
+    auto& place = index == noComponent ? insert(std::move(mask)) : m_components[index] = std::move(mask);
+    place->adopt(planes);
     m_modified = true;
 }
 
 void StoredFrame::RemoveComponent(unsigned int index)
 {
     RTE::verifyIndex(index, m_components.size(), "index");
+    m_indices.erase(m_components[index]->name());
     m_components.erase(m_components.begin() + index);
     updateIndices();
     m_modified = true;
@@ -108,6 +107,7 @@ I_AttributeBase* StoredFrame::CreateAttribute(const std::string& name, E_Attribu
 
 void StoredFrame::ClearTypedScalars()
 {
+    std::erase_if(m_indices, [](const auto& entry) { return entry.first.starts_with(TYPED_SCALAR_PREFIX); });
     const auto erased = std::erase_if(m_components, [](const auto& component) {
         return component->name().starts_with(TYPED_SCALAR_PREFIX);
     });
@@ -120,17 +120,25 @@ StoredComponent& StoredFrame::append(const std::string& name, E_DataType type, P
     verifyArgument(!name.empty(), QStringLiteral("Empty name"));
     verifyArgument(GetComponentIndex(name) == noComponent,
                    QStringLiteral("Frame already has a component '%1'").arg(QString::fromStdString(name)));
-    m_components.push_back(makeComponent(name, type, std::move(planes)));
-    m_indices.emplace(name, GetComponentCount() - 1);
+    auto& component = insert(makeComponent(name, type, std::move(planes)));
     m_modified = true;
-    return *m_components.back();
+    return *component;
 }
 
-void StoredFrame::updateIndices()
+std::unique_ptr<StoredComponent>& StoredFrame::insert(std::unique_ptr<StoredComponent> component)
 {
-    m_indices.clear();
+    // Room first: when there is no memory, the frame stays as it was.
+    if (m_components.size() == m_components.capacity()) {
+        m_components.reserve(2 * m_components.size() + 4);
+    }
+    m_indices.emplace(component->name(), GetComponentCount());
+    return m_components.emplace_back(std::move(component));
+}
+
+void StoredFrame::updateIndices() noexcept
+{
     for (unsigned int i = 0; i < m_components.size(); ++i) {
-        m_indices.emplace(m_components[i]->name(), i);
+        m_indices.find(m_components[i]->name())->second = i;
     }
 }
 

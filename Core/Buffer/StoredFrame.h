@@ -71,7 +71,9 @@ private:
                                                                  PlaneList planes);
     [[nodiscard]] PlaneList makePlanes(E_DataType type, bool hollow) const;
     void checkArrays(E_DataType type, std::vector<void*> arrays) const;
-    void updateIndices();
+    std::unique_ptr<StoredComponent>& insert(std::unique_ptr<StoredComponent> component);
+    /// After components went whose names are gone from the indices already.
+    void updateIndices() noexcept;
 
     FrameShape m_shape;
     bool m_modified = false;

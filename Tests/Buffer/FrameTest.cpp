@@ -2,8 +2,11 @@
 #include "Core/Buffer/Buffer.h"
 #include "Core/Buffer/FrameBuilder.h"
 #include "Core/Common/Array.h"
+#include "Tests/Support/Allocations.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/Raises.h"
+
+#include <functional>
 
 namespace
 {
@@ -63,6 +66,31 @@ TEST(Frame, LeavesGivenMemoryWithTheCallerWhenItRefuses)
                                                   [&] { frame->AddMask({a.get()}); }));
     EXPECT_EQ(frame->GetComponentCount(), 1U);
     EXPECT_FALSE(frame->HasMask());
+}
+
+TEST(Frame, StaysAsItWasWhenThereIsNoMemory)
+{
+    const auto addMask = [](I_Frame& frame, void* array) { frame.AddMask({array}); };
+    const auto addComponent = [](I_Frame& frame, void* array) { frame.AddComponent("x", DT_BYTE, {array}); };
+    for (const auto& add : {std::function<void(I_Frame&, void*)>(addMask), {addComponent}}) {
+        for (std::size_t n = 1;; ++n) {
+            const std::unique_ptr<I_Frame> frame(CreateImageFrame(DT_WORD, 3, 2, 1));
+            std::unique_ptr<unsigned char[]> array(RTE::newArray<unsigned char>(6));
+            if (TestSupport::succeedsWithoutBlock(n, [&] { add(*frame, array.get()); })) {
+                EXPECT_EQ(frame->GetPlane(1, 0)->GetData(), array.release());
+                break;
+            }
+            EXPECT_EQ(frame->GetComponentCount(), 1U);
+            EXPECT_FALSE(frame->HasMask());
+            EXPECT_EQ(frame->GetComponent("x"), nullptr);
+        }
+    }
+    const std::unique_ptr<I_Frame> frame(CreateImageFrame(DT_WORD, 3, 2, 1));
+    frame->AddComponent("TS:a", DT_BYTE, {});
+    frame->AddMask({});
+    EXPECT_EQ(TestSupport::allocationsDuring([&] { frame->RemoveComponent(0); }), 0U);
+    EXPECT_EQ(TestSupport::allocationsDuring([&] { frame->ClearTypedScalars(); }), 0U);
+    EXPECT_EQ(frame->GetComponentIndex(I_Frame::COMPONENT_MASK), 0U);
 }
 
 TEST(Frame, MakesAnAllValidMaskKeepsItAndReplacesItByGivenMemory)

@@ -8,6 +8,7 @@ namespace
 
 thread_local std::size_t t_allocations = 0;
 thread_local std::size_t t_largest = 0;
+thread_local std::size_t t_untilFailure = 0;
 
 void note(std::size_t size)
 {
@@ -32,6 +33,11 @@ void TestSupport::forgetLargestAllocation() noexcept
     t_largest = 0;
 }
 
+void TestSupport::failAllocation(std::size_t n) noexcept
+{
+    t_untilFailure = n;
+}
+
 #ifdef DATAOBJECTS_SANITIZED
 
 // Of the sanitizers' run-time library; g++ installs no header for it.
@@ -54,6 +60,16 @@ void ignoreRelease(const volatile void* /*block*/) {}
 
 #else
 
+namespace
+{
+
+bool isRefused()
+{
+    return t_untilFailure > 0 && --t_untilFailure == 0;
+}
+
+} // namespace
+
 // The executable's functions take precedence over the C library's, for the shared libraries too.
 extern "C" {
 
@@ -64,19 +80,19 @@ void* __libc_realloc(void* block, std::size_t size);
 __attribute__((visibility("default"))) void* malloc(std::size_t size)
 {
     note(size);
-    return __libc_malloc(size);
+    return isRefused() ? nullptr : __libc_malloc(size);
 }
 
 __attribute__((visibility("default"))) void* calloc(std::size_t count, std::size_t size)
 {
     note(count * size);
-    return __libc_calloc(count, size);
+    return isRefused() ? nullptr : __libc_calloc(count, size);
 }
 
 __attribute__((visibility("default"))) void* realloc(void* block, std::size_t size)
 {
     note(size);
-    return __libc_realloc(block, size);
+    return isRefused() ? nullptr : __libc_realloc(block, size);
 }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
 #include <utility>
 
 namespace TestSupport
@@ -13,6 +14,24 @@ namespace TestSupport
 /// Bytes of the largest block that this thread asked for since `forgetLargestAllocation`.
 [[nodiscard]] std::size_t largestAllocation() noexcept;
 void forgetLargestAllocation() noexcept;
+
+/// The n-th block that this thread asks for from now on cannot be had; for 0 all can. Sanitizers have no way
+/// to refuse a block: with them nothing fails.
+void failAllocation(std::size_t n) noexcept;
+
+/// False when the call fails because the n-th block that it asks for cannot be had.
+template <typename Call>
+[[nodiscard]] bool succeedsWithoutBlock(std::size_t n, Call&& call)
+{
+    failAllocation(n);
+    try {
+        std::forward<Call>(call)();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    failAllocation(0);
+    return true;
+}
 
 /// The blocks that a call takes from the heap.
 template <typename Call>
