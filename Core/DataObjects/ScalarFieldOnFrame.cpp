@@ -18,16 +18,30 @@ ScalarFieldOnFrame<T>::ScalarFieldOnFrame(BufferApi::I_Frame& frame, const std::
 }
 
 template <typename T>
-void ScalarFieldOnFrame<T>::takeMemory(BufferApi::I_PlaneBase& plane)
+bool ScalarFieldOnFrame<T>::looksAt(const BufferApi::I_PlaneBase& plane) const
 {
     const std::shared_ptr<ImageData<T>> pixels = this->GetSharedDataT();
-    if (pixels == nullptr || pixels->HasOwnerShip() || pixels->GetRawPointer() != plane.GetData()) {
-        return;
-    }
-    ImageData<T> owner = GetImageDataT<T>(std::move(plane));
+    return pixels != nullptr && !pixels->HasOwnerShip() && BufferApi::IsOfType<T>(plane) &&
+           pixels->GetRawPointer() == plane.GetData();
+}
+
+template <typename T>
+void ScalarFieldOnFrame<T>::link(BufferApi::I_Component& component)
+{
+    this->scaleI().setChangedCallback({});
+    this->scaleI().set(component.GetScale());
+    this->scaleI().setChangedCallback(
+        [&component](const Zt::LinearScale& changed) { component.SetScale(changed); });
+}
+
+template <typename T>
+void ScalarFieldOnFrame<T>::takeMemory(BufferApi::I_PlaneBase& plane)
+{
+    ImageData<T>& pixels = this->GetDataT();
     // A view copies what is moved into it. Given pixels of another size it becomes an owner, which does not.
-    *pixels = ImageData<T>(0, 0);
-    *pixels = std::move(owner);
+    // Nothing can fail once the plane has given its memory.
+    pixels = ImageData<T>(0, 0);
+    pixels = GetImageDataT<T>(std::move(plane));
     this->scaleI().setChangedCallback({});
 }
 

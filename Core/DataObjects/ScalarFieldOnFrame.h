@@ -7,6 +7,7 @@
 
 namespace BufferApi
 {
+class I_Component;
 class I_Frame;
 class I_PlaneBase;
 } // namespace BufferApi
@@ -24,8 +25,12 @@ public:
     /// \throws RTE::VerificationFailed as GetImageDataFromTypedScalarT
     ScalarFieldOnFrame(BufferApi::I_Frame& frame, const std::string& name, unsigned int plane);
 
-    /// Ends the view of this plane: the field takes its memory and is no more linked to the frame, so that
-    /// it may outlive it. Nothing happens when the field looks at other memory.
+    /// A field whose pixels were moved out looks at nothing.
+    [[nodiscard]] bool looksAt(const BufferApi::I_PlaneBase& plane) const;
+    /// Takes the scale of the component and follows it from now on. What it followed before may be gone.
+    void link(BufferApi::I_Component& component);
+    /// Ends the view of the plane that the field looks at: it takes the memory and is no more linked to the
+    /// frame, so that it may outlive it.
     void takeMemory(BufferApi::I_PlaneBase& plane);
 };
 

@@ -10,6 +10,7 @@
 #include "Core/DataObjects/VisitImageType.h"
 
 #include <algorithm>
+#include <set>
 
 namespace DataObjects
 {
@@ -60,18 +61,32 @@ void setScale(I_Frame& frame, const std::string& name, const Zt::LinearScale& sc
     Private::GetScaleOnComponent(Private::findTypedScalar(frame, name))->set(scale);
 }
 
+/// The array of each plane; none when one of them is not owned, or serves two planes.
+template <typename T>
+std::vector<void*> movableArrays(const std::vector<ImageData<T>*>& planes)
+{
+    std::vector<void*> arrays;
+    for (ImageData<T>* plane : planes) {
+        if (!plane->HasOwnerShip()) {
+            return {};
+        }
+        arrays.push_back(plane->GetRawPointer());
+    }
+    const bool areShared = std::set<void*>(arrays.begin(), arrays.end()).size() < arrays.size();
+    return areShared ? std::vector<void*>() : arrays;
+}
+
 /// One array for each z; false when something has to be copied.
 template <typename T>
 bool giveArrays(const std::vector<ImageData<T>*>& planes, I_Frame& frame, const std::string& name)
 {
-    const bool ownAll = std::all_of(planes.begin(), planes.end(),
-                                    [](const ImageData<T>* plane) { return plane->HasOwnerShip(); });
-    if (!ownAll || planes.size() != frame.GetDepth() || Private::findTypedScalar(frame, name) != nullptr) {
+    if (planes.size() != frame.GetDepth() || Private::findTypedScalar(frame, name) != nullptr) {
         return false;
     }
-    std::vector<void*> arrays;
-    std::transform(planes.begin(), planes.end(), std::back_inserter(arrays),
-                   [](ImageData<T>* plane) { return plane->GetRawPointer(); });
+    const std::vector<void*> arrays = movableArrays(planes);
+    if (arrays.empty()) {
+        return false;
+    }
     frame.AddComponent(I_Frame::TYPED_SCALAR_PREFIX + name, BufferApi::GetDataType<T>(), arrays);
     for (ImageData<T>* plane : planes) {
         static_cast<void>(plane->ReleaseRawPointer());

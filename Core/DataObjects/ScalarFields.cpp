@@ -15,9 +15,9 @@ namespace
 
 /// What a move takes out of a collection. A plain one only lets go of its fields when it is cleared; another
 /// may end the memory that its views look at, so that these are copied.
-ScalarFieldMap fieldsToTake(const ScalarFields& source, const ScalarFieldMap& map)
+ScalarFieldMap fieldsToTake(const ScalarFields& source)
 {
-    ScalarFieldMap taken = map;
+    ScalarFieldMap taken = source.GetMapping();
     if (typeid(source) == typeid(ScalarFields)) {
         return taken;
     }
@@ -68,7 +68,7 @@ ScalarFields& ScalarFields::operator=(ScalarFields&& other)
     if (typeid(*this) != typeid(ScalarFields)) {
         return *this = std::as_const(other);
     }
-    ScalarFieldMap taken = fieldsToTake(other, other.m_map);
+    ScalarFieldMap taken = fieldsToTake(other);
     other.Clear();
     m_map = std::move(taken);
     m_size = std::exchange(other.m_size, {});

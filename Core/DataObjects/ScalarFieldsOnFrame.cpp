@@ -29,13 +29,30 @@ QList<QString> sorted(QList<QString> names)
     return names;
 }
 
-/// A field whose pixels were moved out looks at nothing.
-bool looksAt(const ScalarFieldVariant& field, const BufferApi::I_PlaneBase& plane)
+/// \throws RTE::Exception "Unsupported scalar field type" unless it has one of the six types
+/// \throws RTE::VerificationFailed "data-pointer is null" when its pixels were given up
+void verifyReadable(const ScalarFieldVariant& field)
 {
-    return field.ShareData() != nullptr && visitTypedScalar(plane.GetDataType(), [&](auto tag) {
-               using T = typename decltype(tag)::type;
-               return IsScalarFieldOfType<T>(field) && CastScalarFieldTo<T>(field).begin() == plane.GetData();
-           });
+    const auto verifyPixels = [&](auto tag) {
+        const auto pixels = CastScalarFieldTo<typename decltype(tag)::type>(field).GetSharedDataT();
+        RTE::verify(pixels != nullptr && pixels->GetRawPointer() != nullptr, "data-pointer is null");
+    };
+    PixelTypes::visit(static_cast<int>(field.GetDataType()), verifyPixels,
+                      [] { return RTE::Exception(QStringLiteral("Unsupported scalar field type")); });
+}
+
+/// Calls `visitor` with the field when it is a view of the plane; false when it is none.
+template <typename Visitor>
+bool visitView(ScalarFieldVariant& field, const BufferApi::I_PlaneBase& plane, Visitor visitor)
+{
+    return visitTypedScalar(plane.GetDataType(), [&](auto tag) {
+        auto* const view = dynamic_cast<ScalarFieldOnFrame<typename decltype(tag)::type>*>(&field);
+        const bool isView = view != nullptr && view->looksAt(plane);
+        if (isView) {
+            visitor(*view);
+        }
+        return isView;
+    });
 }
 
 } // namespace
@@ -60,7 +77,7 @@ ScalarFields& ScalarFieldsOnFrame::operator=(const ScalarFields& source)
     const QList<QString> surplus = namesLackedBy(source);
     RTE::verify(surplus.isEmpty() || hasOnePlane(),
                 "Assignment not possible: Removing scalar fields of multi-plane-frames is not supported.");
-    verifyOverwritableBy(source);
+    verifyAssignable(source);
     // The source may hold views of what is removed; it lives on here until all is copied.
     const ScalarFieldMap before = ScalarFields::GetMapping();
     std::for_each(surplus.begin(), surplus.end(), [this](const QString& name) { Remove(name); });
@@ -234,7 +251,7 @@ void ScalarFieldsOnFrame::Set(const QString& name, const ScalarFieldVariant& fie
 void ScalarFieldsOnFrame::Remove(const QString& name)
 {
     RTE::verify(hasOnePlane(), "Removing scalar fields of multi-plane-frames is not supported.");
-    if (const BufferApi::I_Component* component = findTypedScalar(*m_frame, toLatin1(name))) {
+    if (BufferApi::I_Component* const component = findTypedScalar(*m_frame, toLatin1(name))) {
         leavePixelsToHolders(name, *component);
         m_frame->RemoveComponent(m_frame->GetComponentIndex(component->GetName()));
     }
@@ -255,7 +272,7 @@ void ScalarFieldsOnFrame::Clear()
 std::shared_ptr<ScalarFieldVariant> ScalarFieldsOnFrame::find(const QString& name) const
 {
     const std::string key = toLatin1(name);
-    const BufferApi::I_Component* const component = findTypedScalar(*m_frame, key);
+    BufferApi::I_Component* const component = findTypedScalar(*m_frame, key);
     if (component == nullptr) {
         return nullptr;
     }
@@ -272,22 +289,19 @@ std::shared_ptr<ScalarFieldVariant> ScalarFieldsOnFrame::find(const QString& nam
     return visitTypedScalar(plane.GetDataType(), view);
 }
 
-/// Its scale may have been changed by the field of another plane meanwhile.
+/// Meanwhile the scale may have been changed by the field of another plane. Even the component may be another
+/// one, made by another view, whose pixels happen to lie where those of the last one were.
 std::shared_ptr<ScalarFieldVariant> ScalarFieldsOnFrame::known(const QString& name,
-                                                               const BufferApi::I_Component& component) const
+                                                               BufferApi::I_Component& component) const
 {
     const QString key = stored(name);
     if (!ScalarFields::Contains(key)) {
         return nullptr;
     }
     auto field = std::const_pointer_cast<ScalarFieldVariant>(ScalarFields::Get(key));
-    if (!looksAt(*field, typedScalarPlane(component, m_plane))) {
-        return nullptr;
-    }
-    if (!(field->GetScaleI() == component.GetScale())) {
-        field->SetScaleI(component.GetScale());
-    }
-    return field;
+    const bool isView =
+        visitView(*field, typedScalarPlane(component, m_plane), [&](auto& view) { view.link(component); });
+    return isView ? field : nullptr;
 }
 
 std::shared_ptr<ScalarFieldVariant> ScalarFieldsOnFrame::findAndEnter(const QString& name)
@@ -323,10 +337,12 @@ QList<QString> ScalarFieldsOnFrame::namesLackedBy(const ScalarFields& source) co
     return names;
 }
 
-void ScalarFieldsOnFrame::verifyOverwritableBy(const ScalarFields& source) const
+void ScalarFieldsOnFrame::verifyAssignable(const ScalarFields& source) const
 {
     for (const QString& name : source.GetNames()) {
-        RTE::verify(!Contains(name) || Get(name)->HasSameType(*source.Get(name)), "bad scalar field cast");
+        const auto field = source.Get(name);
+        verifyReadable(*field);
+        RTE::verify(!Contains(name) || Get(name)->HasSameType(*field), "bad scalar field cast");
     }
 }
 
@@ -336,18 +352,12 @@ bool ScalarFieldsOnFrame::hasOnePlane() const
 }
 
 /// Before a component goes: whoever holds its field goes on with the memory.
-void ScalarFieldsOnFrame::leavePixelsToHolders(const QString& name, const BufferApi::I_Component& component)
+void ScalarFieldsOnFrame::leavePixelsToHolders(const QString& name, BufferApi::I_Component& component)
 {
-    const auto field = known(name, component);
-    if (field == nullptr) {
-        return;
+    if (const auto field = known(name, component)) {
+        BufferApi::I_PlaneBase& plane = typedScalarPlane(component, m_plane);
+        visitView(*field, plane, [&](auto& view) { view.takeMemory(plane); });
     }
-    visitTypedScalar(component.GetDataType(), [&](auto tag) {
-        using Field = ScalarFieldOnFrame<typename decltype(tag)::type>;
-        if (auto* const view = dynamic_cast<Field*>(field.get())) {
-            view->takeMemory(*component.GetPlane(m_plane));
-        }
-    });
 }
 
 void ScalarFieldsOnFrame::ThrowOnIntegrityCheckFailure() const

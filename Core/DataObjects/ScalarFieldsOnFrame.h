@@ -40,7 +40,9 @@ public:
     /// on itself. All checks come first: when they raise, the frame is as it was.
     /// \throws RTE::VerificationFailed "Source's frame size must be identical to target's frame size."
     /// \throws RTE::VerificationFailed "Assignment not possible: Removing scalar fields of multi-plane-frames
-    /// is not supported." \throws RTE::VerificationFailed "bad scalar field cast" when types differ
+    /// is not supported." \throws RTE::VerificationFailed "bad scalar field cast" when types differ,
+    /// "data-pointer is null" when a field of `source` gave its pixels up \throws RTE::Exception "Unsupported
+    /// scalar field type"
     ScalarFields& operator=(const ScalarFields& source) override;
     ScalarFieldsOnFrame& operator=(const ScalarFieldsOnFrame& source);
     using ScalarFields::operator=;
@@ -96,13 +98,13 @@ public:
 private:
     [[nodiscard]] std::shared_ptr<ScalarFieldVariant> find(const QString& name) const;
     [[nodiscard]] std::shared_ptr<ScalarFieldVariant> known(const QString& name,
-                                                            const BufferApi::I_Component& component) const;
+                                                            BufferApi::I_Component& component) const;
     std::shared_ptr<ScalarFieldVariant> findAndEnter(const QString& name);
     std::shared_ptr<ScalarFieldVariant> addZeros(BufferApi::E_DataType type, const QString& name);
     [[nodiscard]] QList<QString> namesLackedBy(const ScalarFields& source) const;
-    void verifyOverwritableBy(const ScalarFields& source) const;
+    void verifyAssignable(const ScalarFields& source) const;
     [[nodiscard]] bool hasOnePlane() const;
-    void leavePixelsToHolders(const QString& name, const BufferApi::I_Component& component);
+    void leavePixelsToHolders(const QString& name, BufferApi::I_Component& component);
     void ThrowOnIntegrityCheckFailure() const;
 
     BufferApi::I_Frame* m_frame;

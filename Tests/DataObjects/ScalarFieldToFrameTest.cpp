@@ -227,6 +227,16 @@ TEST(ScalarFieldToFrame, MovesTheFieldsOfAllPlanes)
     EXPECT_EQ(GetScalarField(*copy, "a", 1)->GetScaleI(), kelvin);
 }
 
+TEST(ScalarFieldToFrame, AFieldThatServesTwoPlanesIsCopied)
+{
+    auto volume = volumeWithA();
+    volume[1] = volume[0];
+    const auto frame = newFrame(2);
+    MoveScalarFieldsFromVolumeToFrame(volume, *frame);
+    EXPECT_THAT(valuesOf(view<float>(*frame, "a", 0)), Each(1.0F));
+    EXPECT_THAT(valuesOf(view<float>(*frame, "a", 1)), Each(1.0F));
+}
+
 TEST(ScalarFieldToFrame, VolumesFailBeforeAnythingMoves)
 {
     const auto frame = newFrame(2);

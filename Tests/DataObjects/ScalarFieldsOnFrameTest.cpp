@@ -490,4 +490,45 @@ TEST(ScalarFieldsOnFrame, FollowsTheFrameWhereItCan)
                                            [&] { static_cast<void>(other.Get("a")); }));
 }
 
+TEST(ScalarFieldsOnFrame, FollowsWhatAnotherViewReplaced)
+{
+    const auto frame = frameWithA();
+    ScalarFieldsOnFrame fields(*frame, 0);
+    ScalarFieldsOnFrame other(*frame, 0);
+    const auto removed = other.Get("a");
+    other.Remove("a");
+    // New components at other places, the last one with the pixels where they were.
+    other.Add("b");
+    float* const memory = CastScalarFieldTo<float>(*removed).GetDataT().ReleaseRawPointer();
+    frame->AddComponent("TS:a", BufferApi::DT_FLOAT, {memory});
+    EXPECT_EQ(fields.Get("a")->GetScaleI(), component(*frame, "a").GetScale());
+    fields.Get("a")->SetScaleI(kelvin);
+    EXPECT_EQ(component(*frame, "a").GetScale(), kelvin);
+}
+
+TEST(ScalarFieldsOnFrame, MovingLeavesAloneWhatAnotherViewRemoved)
+{
+    const auto frame = frameWithA();
+    ScalarFieldsOnFrame fields(*frame, 0);
+    fields.Add("b", 2.0F);
+    ScalarFieldsOnFrame(*frame, 0).Remove("a");
+    const ScalarFields taken(std::move(static_cast<ScalarFields&>(fields)));
+    EXPECT_THAT(taken.GetNames(), ElementsAre("b"));
+    EXPECT_THAT(CastScalarFieldTo<float>(*taken.Get("b")), Each(2.0F));
+}
+
+TEST(ScalarFieldsOnFrame, AssignmentLooksAtAllFieldsBeforeItRemovesAny)
+{
+    const auto frame = frameWithA();
+    ScalarFieldsOnFrame fields(*frame, 0);
+    ScalarFields source(width, height);
+    source.Add("b");
+    source.Add("strange", std::make_unique<TestSupport::StrangeField>(width, height));
+    EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar field type", [&] { fields = source; }));
+    source.Remove("strange");
+    delete[] CastScalarFieldTo<float>(*source.Get("b")).GetDataT().ReleaseRawPointer();
+    EXPECT_TRUE(raises<VerificationFailed>("data-pointer is null", [&] { fields = source; }));
+    EXPECT_THAT(fields.GetNames(), ElementsAre("a"));
+}
+
 } // namespace
