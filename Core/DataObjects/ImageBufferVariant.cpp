@@ -3,7 +3,6 @@
 
 #include "Core/DataObjects/ImageBuffer.h"
 #include "Core/DataObjects/ImageParts.h"
-#include "Core/DataObjects/TypeIdentifier.h"
 #include "Core/DataObjects/VisitImageType.h"
 
 namespace DataObjects
@@ -13,7 +12,7 @@ ImageBufferVariant::~ImageBufferVariant() = default;
 
 QString ImageBufferVariant::getTypeIdentifier() const
 {
-    return TypeIdentifier::imageBuffer;
+    return QStringLiteral("ImageBufferVariant");
 }
 
 GlobalAndFrameAttributes ImageBufferVariant::getAllAttributes() const

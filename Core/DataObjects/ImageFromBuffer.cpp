@@ -59,6 +59,22 @@ bool masksItself(const I_FrameImage& frame, bool requireMask)
     return !requireMask && !frame.HasMask();
 }
 
+Math::Size2T<unsigned int> sizeOf(const I_FrameImage& frame)
+{
+    return {frame.GetWidth(), frame.GetHeight()};
+}
+
+/// The pixels of a view, which has the size of the frame. A plane out of a file need not have it.
+template <typename T>
+T* pixelsOf(const I_FrameImage& frame, unsigned int z)
+{
+    T* const pixels = Private::GetPlaneData<T>(frame, z);
+    const BufferApi::I_PlaneBase& plane = *Private::findPixelPlane(frame, z);
+    RTE::verify(Math::Size2T<unsigned int>(plane.GetWidth(), plane.GetHeight()) == sizeOf(frame),
+                "Size of image and image plane must be equal.");
+    return pixels;
+}
+
 std::unique_ptr<MaskStrategy> allValidOnDemand(const I_FrameImage& frame)
 {
     return std::make_unique<LazyMask>(frame.GetWidth(), frame.GetHeight(), true);
@@ -69,6 +85,7 @@ Image<T> takePixelsAndMask(I_FrameImage& frame, unsigned int z, bool requireMask
 {
     ImageData<T> pixels = GetImageDataT<T>(std::move(frame), z);
     if (masksItself(frame, requireMask)) {
+        RTE::verify(pixels.GetSize() == sizeOf(frame), "Mask has invalid size.");
         return Image<T>(std::move(pixels), allValidOnDemand(frame));
     }
     Mask mask = Private::MoveOrCreateMask(std::move(frame), z, requireMask);
@@ -90,8 +107,8 @@ Image<T> GetImageT(I_FrameImage& frame, unsigned int z, bool requireMask)
     if (!masksItself(frame, requireMask)) {
         mask = std::make_shared<Mask>(Private::GetOrCreateMask(frame, z, requireMask));
     }
-    T* const pixels = Private::GetPlaneData<T>(frame, z);
-    const Math::Size2T<unsigned int> size(frame.GetWidth(), frame.GetHeight());
+    T* const pixels = pixelsOf<T>(frame, z);
+    const Math::Size2T<unsigned int> size = sizeOf(frame);
     const bool isMaskOwn = mask == nullptr;
     if (isMaskOwn) {
         // Holds the place while the image is built; nobody looks at it.

@@ -36,9 +36,10 @@ namespace DataObjects
 
 /// \name From an image frame
 /// \throws RTE::VerificationFailed "Frame is NULL." for a null pointer; "Frame requires a mask, but has no
-/// mask.", "Z is out of range"; of a view "Z-Plane for given frame not valid", "Pixel-plane of given frame
-/// has not the required type"; of a frame that is given up, before all others, "Invalid plane-index z" with
-/// the number, "Pixel-plane of given frame has not the required type"
+/// mask.", "Z is out of range", "Mask has invalid size."; of a view "Z-Plane for given frame not valid",
+/// "Pixel-plane of given frame has not the required type", "Size of image and image plane must be equal."; of
+/// a frame that is given up, before all others, "Invalid plane-index z" with the number, "Pixel-plane of
+/// given frame has not the required type"
 /// \{
 template <typename T>
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT Image<T> GetImageT(BufferApi::I_FrameImage& frame,

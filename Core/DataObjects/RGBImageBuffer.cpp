@@ -3,7 +3,6 @@
 
 #include "Core/DataObjects/ImageParts.h"
 #include "Core/DataObjects/RGBImageParts.h"
-#include "Core/DataObjects/TypeIdentifier.h"
 
 #include <algorithm>
 
@@ -94,7 +93,7 @@ RGBImageBuffer& RGBImageBuffer::operator=(const Rgb16& value)
 
 QString RGBImageBuffer::getTypeIdentifier() const
 {
-    return TypeIdentifier::rgbImageBuffer;
+    return QStringLiteral("RGBImageBuffer");
 }
 
 std::unique_ptr<Variant> RGBImageBuffer::createCopy() const

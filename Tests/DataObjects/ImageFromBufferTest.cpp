@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageFromBuffer.h"
 
+#include "Core/Buffer/FrameBuilder.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ScalarField.h"
 #include "Tests/Support/AllTypes.h"
@@ -264,6 +265,34 @@ TEST(ImageFromBuffer, FailuresComeInOrder)
         {noMask, [](I_Buffer& b) { static_cast<void>(GetImage(std::move(b), 0, 0, true)); }}};
     for (const Case& failure : cases) {
         EXPECT_TRUE(raises<VerificationFailed>(failure.text, [&] { failure.call(*buffer); }));
+    }
+}
+
+BufferApi::ComponentParts bytesOf(const std::string& name, unsigned int width)
+{
+    BufferApi::ComponentParts parts;
+    parts.name = name;
+    parts.type = BufferApi::DT_BYTE;
+    parts.planes.emplace_back(BufferApi::CreatePlane(BufferApi::DT_BYTE, width, 2));
+    return parts;
+}
+
+TEST(ImageFromBuffer, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
+{
+    for (const bool hasMask : {true, false}) {
+        std::vector<BufferApi::ComponentParts> parts;
+        parts.push_back(bytesOf(I_FrameImage::COMPONENT_PIXEL, hasMask ? 3 : 1));
+        if (hasMask) {
+            parts.push_back(bytesOf(I_Frame::COMPONENT_MASK, 1));
+        }
+        const auto frame = BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
+        auto& image = dynamic_cast<I_FrameImage&>(*frame);
+        const QString oddMask = "Mask has invalid size.";
+        EXPECT_TRUE(
+            raises<VerificationFailed>(hasMask ? oddMask : "Size of image and image plane must be equal.",
+                                       [&] { static_cast<void>(GetImage(image, 0, false)); }));
+        EXPECT_TRUE(raises<VerificationFailed>(
+            oddMask, [&] { static_cast<void>(GetImage(std::move(image), 0, false)); }));
     }
 }
 
