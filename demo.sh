@@ -20,7 +20,7 @@ run() {
 say "1. Installing what is missing and building (the first time takes a few minutes)"
 scripts/install-dependencies.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target qf GenerateParticleImages ReadFrames >build/release/demo-build.log 2>&1 || {
+cmake --build --preset release --target qf GenerateParticleImages SubtractImages >build/release/demo-build.log 2>&1 || {
     tail -n 40 build/release/demo-build.log >&2
     echo "the build failed; all of it stands in build/release/demo-build.log" >&2
     exit 1
@@ -47,8 +47,9 @@ qf info --hash run.qfi | grep -q "sha256:$expected\$" || {
 }
 echo "  yes: sha256sum of the pixels before packing gives the same"
 
-say "6. Six lines of C++ read it (Examples/ReadFrames.cpp)"
-run ReadFrames run.qfi
+say "6. Six lines of C++ subtract the first pulse from the second (Examples/SubtractImages.cpp)"
+run SubtractImages run.qfi
+run qf info difference.tif
 
 say "7. Into the format of other programs and back, checked"
 run qf convert --force run.qfi run.tif

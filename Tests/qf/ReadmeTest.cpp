@@ -17,7 +17,7 @@ TEST(Readme, showsCodeThatCompiles)
                                    QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = block.match(textOf("README.md"));
     ASSERT_TRUE(match.hasMatch());
-    EXPECT_THAT(textOf("Examples/ReadFrames.cpp").toStdString(),
+    EXPECT_THAT(textOf("Examples/SubtractImages.cpp").toStdString(),
                 testing::HasSubstr(match.captured(1).toStdString()));
 }
 
