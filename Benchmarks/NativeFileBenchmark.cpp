@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Native files in /dev/shm beside HDF5's own filters and its own contiguous datasets on the same pixels.
-// "Peer" is the C library as it comes: shuffle and gzip level 1, or contiguous without checksum.
+// Peers are what the C library does as it comes: shuffle and gzip level 1, contiguous without a checksum, or
+// chunks with its own Fletcher32. On tmpfs the syncing of an export costs nothing.
+#include "Benchmarks/Race.h"
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/FrameStream.h"
 #include "Core/Common/Array.h"
@@ -12,12 +14,17 @@
 #include <hdf5.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstring>
+#include <functional>
+#include <map>
 #include <memory>
 #include <random>
 #include <thread>
 #include <vector>
+
+#include <malloc.h>
 
 namespace
 {
@@ -26,7 +33,7 @@ using namespace BufferApi;
 
 constexpr unsigned int width = 1280;
 constexpr unsigned int height = 1024;
-constexpr unsigned int frames = 16;
+constexpr unsigned int images = 16;
 constexpr unsigned long long imageBytes = 2ULL * width * height;
 
 QString path(int number = 0)
@@ -63,19 +70,25 @@ std::vector<unsigned short> particleImage(unsigned int seed)
     return pixels;
 }
 
-const I_Buffer& recording()
+/// Frames of 16 images in turn.
+const I_Buffer& recording(unsigned int frames)
 {
-    static const std::unique_ptr<I_Buffer> buffer = [] {
-        std::unique_ptr<I_Buffer> result(CreateBuffer());
+    static std::map<unsigned int, std::unique_ptr<I_Buffer>> recordings;
+    std::unique_ptr<I_Buffer>& result = recordings[frames];
+    if (!result) {
+        result.reset(CreateBuffer());
         for (unsigned int i = 0; i < frames; ++i) {
             auto* frame = CreateImageFrame(DT_WORD, width, height, 1);
-            const std::vector<unsigned short> pixels = particleImage(i);
-            std::memcpy(frame->GetPlane(0, 0)->GetData(), pixels.data(), imageBytes);
+            const void* image =
+                i < images ? nullptr : result->GetFrame(i - images)->GetPlane(0, 0)->GetData();
+            const std::vector<unsigned short> pixels =
+                image == nullptr ? particleImage(i) : std::vector<unsigned short>();
+            std::memcpy(frame->GetPlane(0, 0)->GetData(), image == nullptr ? pixels.data() : image,
+                        imageBytes);
             result->AddFrame(frame);
         }
-        return result;
-    }();
-    return *buffer;
+    }
+    return *result;
 }
 
 const void* pixelsOf(const I_Buffer& buffer, unsigned int frame)
@@ -83,47 +96,53 @@ const void* pixelsOf(const I_Buffer& buffer, unsigned int frame)
     return buffer.GetFrame(frame)->GetPlane(0, 0)->GetData();
 }
 
-double fileBytes()
+enum class Peer
 {
-    return static_cast<double>(QFile(path()).size());
-}
+    Contiguous,
+    Packed,
+    Checksummed
+};
 
 /// The recording as one dataset written through HDF5's own road.
-void writePeer(bool isPacked)
+void writePeer(const I_Buffer& buffer, Peer kind, const QString& file)
 {
+    const unsigned int frames = buffer.GetFrameCount();
     const hsize_t extents[] = {frames, height, width};
     const hsize_t block[] = {1, height, width};
     const hsize_t chunk[] = {1, height / 3 + 1, width};
-    const hid_t file = H5Fcreate(path().toLatin1().constData(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT);
+    const hid_t id = H5Fcreate(file.toLatin1().constData(), H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT);
     const hid_t space = H5Screate_simple(3, extents, nullptr);
     const hid_t memory = H5Screate_simple(3, block, nullptr);
     const hid_t properties = H5Pcreate(H5P_DATASET_CREATE);
-    if (isPacked) {
+    if (kind != Peer::Contiguous) {
         H5Pset_chunk(properties, 3, chunk);
+    }
+    if (kind == Peer::Packed) {
         H5Pset_shuffle(properties);
         H5Pset_deflate(properties, 1);
+    } else if (kind == Peer::Checksummed) {
+        H5Pset_fletcher32(properties);
     }
-    const hid_t dataset =
-        H5Dcreate2(file, "PIXEL", H5T_STD_U16LE, space, H5P_DEFAULT, properties, H5P_DEFAULT);
+    const hid_t dataset = H5Dcreate2(id, "PIXEL", H5T_STD_U16LE, space, H5P_DEFAULT, properties, H5P_DEFAULT);
     for (hsize_t i = 0; i < frames; ++i) {
         const hsize_t offset[] = {i, 0, 0};
         H5Sselect_hyperslab(space, H5S_SELECT_SET, offset, nullptr, block, nullptr);
         H5Dwrite(dataset, H5T_NATIVE_USHORT, memory, space, H5P_DEFAULT,
-                 pixelsOf(recording(), static_cast<unsigned int>(i)));
+                 pixelsOf(buffer, static_cast<unsigned int>(i)));
     }
     H5Dclose(dataset);
     H5Pclose(properties);
     H5Sclose(memory);
     H5Sclose(space);
-    H5Fclose(file);
+    H5Fclose(id);
 }
 
 /// Reads all frames into fresh arrays, as an importer has to.
-std::vector<std::unique_ptr<unsigned short[]>> readPeer()
+std::vector<std::unique_ptr<unsigned short[]>> readPeer(unsigned int frames, const QString& file)
 {
     const hsize_t block[] = {1, height, width};
-    const hid_t file = H5Fopen(path().toLatin1().constData(), H5F_ACC_RDONLY, H5P_DEFAULT);
-    const hid_t dataset = H5Dopen2(file, "PIXEL", H5P_DEFAULT);
+    const hid_t id = H5Fopen(file.toLatin1().constData(), H5F_ACC_RDONLY, H5P_DEFAULT);
+    const hid_t dataset = H5Dopen2(id, "PIXEL", H5P_DEFAULT);
     const hid_t space = H5Dget_space(dataset);
     const hid_t memory = H5Screate_simple(3, block, nullptr);
     std::vector<std::unique_ptr<unsigned short[]>> planes;
@@ -136,128 +155,176 @@ std::vector<std::unique_ptr<unsigned short[]>> readPeer()
     H5Sclose(memory);
     H5Sclose(space);
     H5Dclose(dataset);
-    H5Fclose(file);
+    H5Fclose(id);
     return planes;
 }
 
-void write(bool isPacked)
+void write(const I_Buffer& buffer, bool isPacked, const QString& file)
 {
-    ExportBuffer(&recording(), path(), {{"PackType", isPacked ? 2 : 0}});
+    ExportBuffer(&buffer, file, {{"PackType", isPacked ? 2 : 0}});
 }
 
-std::unique_ptr<I_Buffer> readAll()
+std::unique_ptr<I_Buffer> readAll(const QString& file)
 {
-    std::unique_ptr<I_Buffer> buffer(ImportBuffer(path()));
+    std::unique_ptr<I_Buffer> buffer(ImportBuffer(file));
     for (unsigned int i = 0; i < buffer->GetFrameCount(); ++i) {
         benchmark::DoNotOptimize(pixelsOf(*buffer, i));
     }
     return buffer;
 }
 
-void setCounters(benchmark::State& state)
+/// All take turns, to and fro; `prepare` is not timed. The time is that of the first, the counters are its
+/// median and those of the others over it.
+void takeTurns(benchmark::State& state, const std::function<void()>& prepare,
+               std::vector<Benchmarks::Contender> contenders)
 {
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(frames * imageBytes));
-    state.counters["file"] = fileBytes() / static_cast<double>(frames * imageBytes);
-    QFile::remove(path());
+    const auto turn = [&](Benchmarks::Contender& contender) {
+        using Clock = std::chrono::steady_clock;
+        prepare();
+        const auto start = Clock::now();
+        contender.run();
+        contender.seconds.push_back(std::chrono::duration<double>(Clock::now() - start).count());
+    };
+    std::for_each(contenders.begin(), contenders.end(), turn);
+    bool isBackward = false;
+    for (auto _ : state) {
+        if (isBackward) {
+            std::for_each(contenders.rbegin(), contenders.rend(), turn);
+        } else {
+            std::for_each(contenders.begin(), contenders.end(), turn);
+        }
+        isBackward = !isBackward;
+        state.SetIterationTime(contenders.front().seconds.back());
+    }
+    const double own = Benchmarks::median(contenders.front().seconds);
+    for (const Benchmarks::Contender& contender : contenders) {
+        const double time = Benchmarks::median(contender.seconds);
+        state.counters[contender.name] = &contender == &contenders.front() ? 1000 * time : time / own;
+    }
+}
+
+std::vector<Peer> peersOf(bool isPacked)
+{
+    return isPacked ? std::vector{Peer::Packed} : std::vector{Peer::Contiguous, Peer::Checksummed};
+}
+
+std::string nameOf(Peer peer)
+{
+    return peer == Peer::Packed ? "gzip1" : peer == Peer::Contiguous ? "contiguous" : "fletcher32";
 }
 
 void Write(benchmark::State& state)
 {
-    static_cast<void>(recording());
-    for (auto _ : state) {
-        QFile::remove(path());
-        write(state.range(0) != 0);
+    const bool isPacked = state.range(0) != 0;
+    const I_Buffer& buffer = recording(static_cast<unsigned int>(state.range(1)));
+    std::vector<Benchmarks::Contender> contenders{{"ms", [&] { write(buffer, isPacked, path()); }}};
+    for (const Peer peer : peersOf(isPacked)) {
+        contenders.push_back({nameOf(peer), [&buffer, peer] { writePeer(buffer, peer, path()); }});
     }
-    setCounters(state);
+    takeTurns(
+        state, [] { QFile::remove(path()); }, contenders);
+    const auto pixelBytes = static_cast<double>(buffer.GetFrameCount() * imageBytes);
+    for (const Benchmarks::Contender& contender : contenders) {
+        contender.run();
+        state.counters[contender.name + "_size"] = static_cast<double>(QFile(path()).size()) / pixelBytes;
+    }
+    QFile::remove(path());
 }
 
-/// As many threads as the argument tells write the recording to a file each.
-void WriteSideBySide(benchmark::State& state)
+/// Whether freed memory stays with the process, so that arrays need not ask the system for it.
+void keepFreedMemory(bool isKept)
 {
-    static_cast<void>(recording());
-    const auto count = static_cast<int>(state.range(0));
-    const int packType = state.range(1) != 0 ? 2 : 0;
-    for (auto _ : state) {
-        std::vector<std::thread> threads;
-        for (int number = 0; number < count; ++number) {
-            QFile::remove(path(number));
-            threads.emplace_back([=] { ExportBuffer(&recording(), path(number), {{"PackType", packType}}); });
+    mallopt(M_MMAP_THRESHOLD, isKept ? 1 << 30 : 1 << 20);
+    mallopt(M_TRIM_THRESHOLD, isKept ? 1 << 30 : 0);
+    malloc_trim(0);
+}
+
+void Read(benchmark::State& state)
+{
+    const bool isPacked = state.range(0) != 0;
+    const auto frames = static_cast<unsigned int>(state.range(1));
+    const I_Buffer& buffer = recording(frames);
+    keepFreedMemory(state.range(2) == 0);
+    write(buffer, isPacked, path());
+    const auto back = readAll(path());
+    const auto isRight = [&](unsigned int i, const void* pixels) {
+        if (std::memcmp(pixels, pixelsOf(buffer, i), imageBytes) != 0) {
+            state.SkipWithError("other pixels came back");
         }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+    };
+    for (unsigned int i = 0; i < frames; ++i) {
+        isRight(i, pixelsOf(*back, i));
     }
-    for (int number = 0; number < count; ++number) {
+    std::vector<Benchmarks::Contender> contenders{{"ms", [] { readAll(path()); }}};
+    for (const Peer peer : peersOf(isPacked)) {
+        const QString file = path(1 + static_cast<int>(peer));
+        writePeer(buffer, peer, file);
+        isRight(frames - 1, readPeer(frames, file).back().get());
+        contenders.push_back({nameOf(peer), [=] { readPeer(frames, file); }});
+    }
+    takeTurns(
+        state, [] {}, contenders);
+    for (int number = 0; number < 4; ++number) {
         QFile::remove(path(number));
     }
-    state.SetBytesProcessed(state.iterations() * count * static_cast<std::int64_t>(frames * imageBytes));
+}
+
+void writeSideBySide(int threads, bool isPacked)
+{
+    std::vector<std::thread> running;
+    for (int number = 0; number < threads; ++number) {
+        running.emplace_back([=] {
+            QFile::remove(path(number));
+            write(recording(images), isPacked, path(number));
+        });
+    }
+    for (std::thread& thread : running) {
+        thread.join();
+    }
+}
+
+/// Two threads write the recording to a file each; `gain` tells how many times the work of one thread they
+/// do.
+void WriteSideBySide(benchmark::State& state)
+{
+    const bool isPacked = state.range(0) != 0;
+    static_cast<void>(recording(images));
+    takeTurns(state, [] {}, {{"ms", [&] { writeSideBySide(2, isPacked); }}, {"one", [&] {
+                                                                                 writeSideBySide(1, isPacked);
+                                                                             }}});
+    state.counters["gain"] = 2 * state.counters["one"];
+    QFile::remove(path(0));
+    QFile::remove(path(1));
 }
 
 /// The same frames one by one, each acknowledged.
 void Stream(benchmark::State& state)
 {
-    static_cast<void>(recording());
+    static_cast<void>(recording(images));
     for (auto _ : state) {
         QFile::remove(path());
         FrameStream stream(path(), {{"PackType", state.range(0) != 0 ? 2 : 0}});
-        for (unsigned int i = 0; i < frames; ++i) {
-            stream.append(*recording().GetFrame(i));
+        for (unsigned int i = 0; i < images; ++i) {
+            stream.append(*recording(images).GetFrame(i));
         }
         stream.finish();
     }
-    setCounters(state);
-}
-
-void WritePeer(benchmark::State& state)
-{
-    static_cast<void>(recording());
-    for (auto _ : state) {
-        QFile::remove(path());
-        writePeer(state.range(0) != 0);
-    }
-    setCounters(state);
-}
-
-void Read(benchmark::State& state)
-{
-    write(state.range(0) != 0);
-    const auto back = readAll();
-    for (unsigned int i = 0; i < frames; ++i) {
-        if (std::memcmp(pixelsOf(*back, i), pixelsOf(recording(), i), imageBytes) != 0) {
-            state.SkipWithError("other pixels came back");
-        }
-    }
-    for (auto _ : state) {
-        readAll();
-    }
-    setCounters(state);
-}
-
-void ReadPeer(benchmark::State& state)
-{
-    writePeer(state.range(0) != 0);
-    const auto back = readPeer();
-    if (std::memcmp(back[frames - 1].get(), pixelsOf(recording(), frames - 1), imageBytes) != 0) {
-        state.SkipWithError("other pixels came back");
-    }
-    for (auto _ : state) {
-        readPeer();
-    }
-    setCounters(state);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(images * imageBytes));
+    QFile::remove(path());
 }
 
 void CopyPixels(benchmark::State& state)
 {
-    static_cast<void>(recording());
+    static_cast<void>(recording(images));
     for (auto _ : state) {
-        for (unsigned int i = 0; i < frames; ++i) {
+        for (unsigned int i = 0; i < images; ++i) {
             const std::unique_ptr<unsigned short[]> copy(
                 RTE::newArray<unsigned short>(std::size_t{width} * height));
-            std::memcpy(copy.get(), pixelsOf(recording(), i), imageBytes);
+            std::memcpy(copy.get(), pixelsOf(recording(images), i), imageBytes);
             benchmark::DoNotOptimize(copy.get());
         }
     }
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(frames * imageBytes));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(images * imageBytes));
 }
 
 /// A file of many small frames, each with four attributes.
@@ -316,16 +383,21 @@ void bothForms(benchmark::internal::Benchmark* benchmark)
 }
 
 BENCHMARK(CopyPixels)->Unit(benchmark::kMillisecond);
-BENCHMARK(Write)->Apply(bothForms);
-BENCHMARK(WritePeer)->Apply(bothForms);
-BENCHMARK(Stream)->Apply(bothForms);
-BENCHMARK(WriteSideBySide)
-    ->ArgNames({"threads", "packed"})
-    ->ArgsProduct({{1, 2}, {1, 0}})
+BENCHMARK(Write)
+    ->ArgNames({"packed", "frames"})
+    ->Args({1, 16})
+    ->Args({0, 16})
+    ->Args({0, 64})
     ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK(Read)->Apply(bothForms);
-BENCHMARK(ReadPeer)->Apply(bothForms);
+    ->UseManualTime();
+BENCHMARK(Stream)->Apply(bothForms);
+BENCHMARK(WriteSideBySide)->Apply(bothForms)->UseManualTime();
+BENCHMARK(Read)
+    ->ArgNames({"packed", "frames", "fresh"})
+    ->Args({1, 16, 0})
+    ->ArgsProduct({{0}, {16, 64}, {0, 1}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime();
 BENCHMARK(OpenManyFrames)->Arg(1)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(OpenManyFramesAndVisitAll)->Arg(1)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(OnePlaneOfMany)->Arg(1)->Arg(1000)->Unit(benchmark::kMillisecond);

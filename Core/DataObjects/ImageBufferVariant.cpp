@@ -3,6 +3,7 @@
 
 #include "Core/DataObjects/ImageBuffer.h"
 #include "Core/DataObjects/ImageParts.h"
+#include "Core/DataObjects/TypeIdentifier.h"
 #include "Core/DataObjects/VisitImageType.h"
 
 namespace DataObjects
@@ -12,7 +13,7 @@ ImageBufferVariant::~ImageBufferVariant() = default;
 
 QString ImageBufferVariant::getTypeIdentifier() const
 {
-    return QStringLiteral("ImageBufferVariant");
+    return TypeIdentifier::imageBuffer;
 }
 
 GlobalAndFrameAttributes ImageBufferVariant::getAllAttributes() const

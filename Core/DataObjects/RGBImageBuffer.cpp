@@ -3,6 +3,7 @@
 
 #include "Core/DataObjects/ImageParts.h"
 #include "Core/DataObjects/RGBImageParts.h"
+#include "Core/DataObjects/TypeIdentifier.h"
 
 #include <algorithm>
 
@@ -93,7 +94,7 @@ RGBImageBuffer& RGBImageBuffer::operator=(const Rgb16& value)
 
 QString RGBImageBuffer::getTypeIdentifier() const
 {
-    return QStringLiteral("RGBImageBuffer");
+    return TypeIdentifier::rgbImageBuffer;
 }
 
 std::unique_ptr<Variant> RGBImageBuffer::createCopy() const

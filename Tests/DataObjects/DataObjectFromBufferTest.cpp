@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/DataObjectFromBuffer.h"
+
+#include "Core/Common/AttributeNames.h"
+#include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/BufferStructureInformation.h"
+#include "Core/DataObjects/ImageBuffer.h"
+#include "Core/DataObjects/RGBImageBuffer.h"
+#include "Core/DataObjects/SetTypeId.h"
+#include "Core/DataObjects/TypeIdentifier.h"
+#include "Tests/Support/Frames.h"
+#include "Tests/Support/ImageFrames.h"
+#include "Tests/Support/PixelTypeList.h"
+#include "Tests/Support/Raises.h"
+#include "Tests/Support/SampleBuffers.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+namespace
+{
+
+using namespace DataObjects;
+using TestSupport::BufferPointer;
+using TestSupport::raises;
+
+const QString notImplemented =
+    QStringLiteral("Conversion from this buffer frame type to a DataObject not implemented yet.");
+
+BufferPointer bufferOf(BufferApi::I_Frame* frame)
+{
+    BufferPointer buffer(BufferApi::CreateBuffer());
+    buffer->AddFrame(frame);
+    return buffer;
+}
+
+/// Four by four words 7, with a text as `RGBFrame`; without one when it is null.
+BufferPointer wordBuffer(const QString& mark = {})
+{
+    auto* const frame = BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 1);
+    auto* const pixels = static_cast<unsigned short*>(TestSupport::pixelsOf(*frame, 0));
+    std::fill(pixels, pixels + 16, static_cast<unsigned short>(7));
+    auto buffer = bufferOf(frame);
+    if (!mark.isNull()) {
+        TestSupport::setText(*frame, Attr::rgbFrame, mark);
+    }
+    return buffer;
+}
+
+BufferPointer colourBuffer()
+{
+    auto* const frame = BufferApi::CreateImageFrame(BufferApi::DT_RGB, 4, 4, 1);
+    std::fill_n(static_cast<BufferApi::RgbQuad*>(TestSupport::pixelsOf(*frame, 0)), 16, BufferApi::RgbQuad{});
+    return bufferOf(frame);
+}
+
+BufferPointer vectorBuffer()
+{
+    auto* const frame = BufferApi::CreateVectorFrame3C(6, 5, 2, 1);
+    frame->SetGridX(16);
+    frame->SetGridY(8);
+    frame->SetGridZ(4);
+    return bufferOf(frame);
+}
+
+TEST(DataObjectFromBuffer, TheFirstFrameDecidesTheKind)
+{
+    EXPECT_EQ(GetDataObjectFromBuffer(colourBuffer())->getTypeIdentifier(), "RGBImageBuffer");
+    EXPECT_EQ(GetDataObjectFromBuffer(wordBuffer())->getTypeIdentifier(), "ImageBufferVariant");
+    EXPECT_EQ(GetDataObjectFromBuffer(wordBuffer("1"))->getTypeIdentifier(), "ImageBufferVariant")
+        << "a mark alone is no wish for colour";
+    EXPECT_EQ(GetDataObjectAsRGBFromBuffer(colourBuffer())->getTypeIdentifier(), "RGBImageBuffer");
+}
+
+TEST(DataObjectFromBuffer, MarkedImagesBecomeColourForWhoeverWantsIt)
+{
+    for (const char* const mark : {"1", "257", "769"}) {
+        EXPECT_EQ(GetDataObjectAsRGBFromBuffer(wordBuffer(mark))->getTypeIdentifier(), "RGBImageBuffer")
+            << mark;
+    }
+    for (const QString& mark : {QString(), QStringLiteral(""), QStringLiteral("0")}) {
+        EXPECT_EQ(GetDataObjectAsRGBFromBuffer(wordBuffer(mark))->getTypeIdentifier(), "ImageBufferVariant")
+            << mark.toStdString();
+    }
+    // A wish that cannot be met is no image either.
+    for (const char* const mark : {"0.0", "abc", " 0", "-1"}) {
+        EXPECT_TRUE(raises<RTE::VerificationFailed>("Invalid RGB frame", [&] {
+            (void)GetDataObjectAsRGBFromBuffer(wordBuffer(mark));
+        })) << mark;
+    }
+    auto bytes = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_BYTE, 4, 4, 1));
+    TestSupport::setText(*bytes->GetFrame(0), Attr::rgbFrame, QStringLiteral("1"));
+    EXPECT_TRUE(raises<RTE::VerificationFailed>(
+        "Invalid RGB image type", [&] { (void)GetDataObjectAsRGBFromBuffer(std::move(bytes)); }));
+}
+
+TEST(DataObjectFromBuffer, AllElseIsNotImplemented)
+{
+    const std::array<std::function<BufferPointer()>, 3> makers = {
+        [] { return BufferPointer(); }, [] { return BufferPointer(BufferApi::CreateBuffer()); },
+        [] { return vectorBuffer(); }};
+    for (const auto& make : makers) {
+        EXPECT_TRUE(raises<RTE::Exception>(notImplemented, [&] { (void)GetDataObjectFromBuffer(make()); }));
+        EXPECT_TRUE(
+            raises<RTE::Exception>(notImplemented, [&] { (void)GetDataObjectAsRGBFromBuffer(make()); }));
+    }
+    auto late = wordBuffer();
+    late->AddFrame(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("Frame of buffer is not from type image!",
+                                                [&] { (void)GetDataObjectFromBuffer(std::move(late)); }));
+}
+
+TEST(DataObjectFromBuffer, ObjectsOwnAllTheyNeed)
+{
+    TestSupport::forEachPixelType([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto type = BufferApi::GetDataType<T>();
+        auto buffer = TestSupport::imageBuffer(type, 2, 2);
+        const void* const pixels = TestSupport::pixelsOf(*buffer->GetFrame(1), 1);
+        const auto object = GetDataObjectFromBuffer(std::move(buffer));
+        auto& recording = dynamic_cast<ImageBuffer<T>&>(*object);
+        EXPECT_EQ(recording.getFrame(1).getPlane(1).GetRawPointer(), pixels) << "moved, not copied";
+        EXPECT_TRUE(recording.HasOwnerShip());
+        EXPECT_TRUE(TestSupport::buffersEqual(*createBufferFromVariant(*object),
+                                              *TestSupport::imageBuffer(type, 2, 2)));
+        // Each of these would write to a frame that is gone.
+        recording.GetGlobalAttributes().set("New", 1);
+        recording.getFrame(0).GetAttributes().set("New", 1);
+        recording.getFrame(0).GetScaleX().setFactor(2.0);
+        recording.AddScalarField(QStringLiteral("New"), recording.getFrame(0).GetScaleI());
+        EXPECT_EQ(recording.getFrame(0).getPlane(1).GetScalarFields().size(), 3U);
+    });
+    const auto colour = GetDataObjectFromBuffer(colourBuffer());
+    auto& images = dynamic_cast<RGBImageBuffer&>(*colour);
+    images.GetGlobalAttributes().set("New", 1);
+    images.getFrame(0).GetAttributes().set("New", 1);
+    EXPECT_EQ(images.getFrame(0)(3, 3), Rgb16(0, 0, 0));
+}
+
+/// Says that it is of some kind.
+class OtherVariant : public Variant
+{
+public:
+    explicit OtherVariant(const QString& identifier) : m_identifier(identifier) {}
+    [[nodiscard]] QString getTypeIdentifier() const override { return m_identifier; }
+    [[nodiscard]] GlobalAndFrameAttributes getAllAttributes() const override { return {}; }
+    [[nodiscard]] std::unique_ptr<Variant> createCopy() const override
+    {
+        return std::make_unique<OtherVariant>(m_identifier);
+    }
+
+private:
+    QString m_identifier;
+};
+
+TEST(DataObjectFromBuffer, BuffersAreMadeOfImagesAndColours)
+{
+    const Image<float> image(3, 2, 1.5F, true);
+    const auto ofImages = createBufferFromVariant(ImageBuffer<float>(image, AttributesContainer()));
+    EXPECT_EQ(ofImages->GetFrame(0)->GetDataType(), BufferApi::DT_FLOAT);
+    EXPECT_TRUE(ofImages->GetFrame(0)->HasMask());
+    const auto ofColours = createBufferFromVariant(RGBImageBuffer(4, 4, 2, Rgb16(10, 20, 30), true));
+    EXPECT_EQ(ofColours->GetFrameCount(), 2U);
+    EXPECT_EQ(ofColours->GetFrame(0)->GetDataType(), BufferApi::DT_WORD);
+    EXPECT_EQ(GetDataObjectAsRGBFromBuffer(
+                  createBufferFromVariant(RGBImageBuffer(4, 4, 2, Rgb16(10, 20, 30), true)))
+                  ->getTypeIdentifier(),
+              "RGBImageBuffer");
+    for (const QString& identifier :
+         {TypeIdentifier::scatterPlot, TypeIdentifier::invalid, QString(), QStringLiteral("Other")}) {
+        EXPECT_EQ(createBufferFromVariant(OtherVariant(identifier)), nullptr);
+    }
+}
+
+TEST(BufferStructureInformation, TellsTheFirstFrame)
+{
+    auto images = TestSupport::imageBuffer(BufferApi::DT_INT32, 3, 2);
+    images->AddFrame(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
+    const auto ofImages = GetBufferStructureInformationForBuffer(*images);
+    EXPECT_EQ(ofImages.frameCount, 3U);
+    EXPECT_EQ(std::vector({ofImages.width, ofImages.height, ofImages.depth}), std::vector({31U, 17U, 3U}));
+    EXPECT_EQ(ofImages.dataType, BufferApi::DT_INT32);
+    EXPECT_EQ(std::vector({ofImages.gridX, ofImages.gridY, ofImages.gridZ}), std::vector({0U, 0U, 1U}));
+    EXPECT_EQ(std::vector({ofImages.isImage, ofImages.isVector, ofImages.isVector3C, ofImages.hasMask}),
+              std::vector({true, false, false, true}));
+    EXPECT_EQ(ofImages.name, "Recording");
+
+    const auto ofColours = GetBufferStructureInformationForBuffer(*colourBuffer());
+    EXPECT_EQ(ofColours.dataType, BufferApi::DT_RGB);
+    EXPECT_TRUE(ofColours.isImage);
+    EXPECT_FALSE(ofColours.hasMask);
+
+    const auto ofVectors = GetBufferStructureInformationForBuffer(*vectorBuffer());
+    EXPECT_EQ(std::vector({ofVectors.gridX, ofVectors.gridY, ofVectors.gridZ}), std::vector({16U, 8U, 4U}));
+    EXPECT_EQ(std::vector({ofVectors.width, ofVectors.height, ofVectors.depth}), std::vector({6U, 5U, 2U}));
+    EXPECT_EQ(ofVectors.dataType, BufferApi::DT_FLOAT);
+    EXPECT_EQ(std::vector({ofVectors.isImage, ofVectors.isVector, ofVectors.isVector3C}),
+              std::vector({false, true, true}));
+    EXPECT_FALSE(GetBufferStructureInformationForBuffer(*bufferOf(BufferApi::CreateVectorFrame2C(2, 2, 1, 1)))
+                     .isVector3C);
+
+    const BufferPointer none(BufferApi::CreateBuffer());
+    const auto ofNone = GetBufferStructureInformationForBuffer(*none);
+    EXPECT_EQ(ofNone.frameCount + ofNone.width + ofNone.depth + ofNone.gridX, 0U);
+    EXPECT_EQ(ofNone.dataType, BufferApi::DT_UNKNOWN);
+    EXPECT_FALSE(ofNone.isImage || ofNone.isVector);
+}
+
+TEST(SetTypeId, NamesAreThoseInFiles)
+{
+    EXPECT_EQ(SetTypeId::recording, "SET_TYPE_ID_RECORDING");
+    EXPECT_EQ(SetTypeId::plot, "SET_TYPE_ID_PLOT");
+    EXPECT_EQ(SetTypeId::flameFront, "SET_TYPE_ID_FLAMEFRONT");
+    EXPECT_EQ(SetTypeId::nullSet, "NullSet");
+}
+
+} // namespace

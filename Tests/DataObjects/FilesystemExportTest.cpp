@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Core/DataObjects/FilesystemExport.h"
+
+#include "Core/DataObjects/FilesystemImport.h"
+#include "Core/DataObjects/ImageFromBuffer.h"
+#include "Core/DataObjects/ImageToBuffer.h"
+#include "Core/DataObjects/LazyMask.h"
+#include "Tests/DataObjects/StrangeField.h"
+#include "Tests/Support/Files.h"
+#include "Tests/Support/Frames.h"
+#include "Tests/Support/ImageFrames.h"
+#include "Tests/Support/PixelTypeList.h"
+#include "Tests/Support/Raises.h"
+#include "Tests/Support/SamePixels.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <functional>
+
+namespace
+{
+
+using namespace DataObjects;
+using TestSupport::raises;
+using TestSupport::samePixels;
+
+template <typename Pixels>
+auto spanOf(const Pixels& pixels)
+{
+    return std::span(pixels.begin(), static_cast<std::size_t>(pixels.size()));
+}
+
+/// Every function that writes a file, by a path.
+const std::vector<std::pair<std::string, std::function<void(const QString&)>>>& allExports()
+{
+    static const std::vector<std::pair<std::string, std::function<void(const QString&)>>> exports = {
+        {"ExportImage", [](const QString& path) { ExportImage(Image<float>(3, 2, 1.0F, true), path); }},
+        {"ExportImageBuffer",
+         [](const QString& path) { ExportImageBuffer(ImageBuffer<int>(3, 2, 1, 2, 7, true), path); }},
+        {"ExportImageData", [](const QString& path) { ExportImageData(ImageData<int>(3, 2, 7), path); }},
+        {"ExportImageVolume",
+         [](const QString& path) {
+             ExportImageVolume(ImageVolume<int>({3, 2, 2}, 7, true), path);
+         }},
+        {"ExportMask", [](const QString& path) { ExportMask(Mask(3, 2, true), path); }},
+        {"ExportScalarField", [](const QString& path) {
+             ScalarField<double> field(3, 2, Zt::LinearScale(Zt::ScalePreset::I));
+             field.InitializeWithZeros();
+             ExportScalarField(field, path);
+         }}};
+    return exports;
+}
+
+class FilesystemExport : public testing::Test
+{
+protected:
+    [[nodiscard]] QString path(const QString& name) const { return m_folder.filePath(name); }
+    [[nodiscard]] QStringList files() const
+    {
+        return QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_F(FilesystemExport, NamesWithoutASuffixGetTheNativeOne)
+{
+    const std::vector<std::pair<QString, QString>> names = {
+        {"name", "name.qfi"},   {"run.1", "run.1"}, {"a.b", "a.b"},     {"a.b.c", "a.b.c"},
+        {"name.", "name..qfi"}, {".name", ".name"}, {"é", "é.qfi"},     {"name.QFI", "name.QFI"},
+        {"x.qfv", "x.qfv"},     {"a b", "a b.qfi"}, {"n.TIF", "n.TIF"}, {"p.png", "p.png"}};
+    for (const auto& [name, expected] : names) {
+        ExportImageData(ImageData<unsigned char>(3, 2, 7), path(name));
+        EXPECT_EQ(files(), QStringList{expected}) << name.toStdString();
+        EXPECT_EQ(ImportImageDataT<int>(path(expected), 0, 0)(2, 1), 7) << name.toStdString();
+        QFile::remove(path(expected));
+    }
+    // A dot in the name of a folder is no suffix of the file.
+    ExportMask(Mask(3, 2, true), path(QStringLiteral("run.1/mask")));
+    EXPECT_TRUE(QFile::exists(path(QStringLiteral("run.1/mask.qfi"))));
+}
+
+TEST_F(FilesystemExport, EveryFunctionMakesItsFoldersAndCompletesThePath)
+{
+    for (const auto& [name, exportTo] : allExports()) {
+        const QString folder = path(QString::fromStdString(name) + QStringLiteral("/sub"));
+        exportTo(folder + QStringLiteral("/name"));
+        EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{QStringLiteral("name.qfi")}) << name;
+    }
+}
+
+TEST_F(FilesystemExport, FoldersThatCannotBeMadeAreRefusedAndNothingIsWritten)
+{
+    const QString file = path(QStringLiteral("file"));
+    TestSupport::writeContent(file, "content");
+    for (const auto& [name, exportTo] : allExports()) {
+        EXPECT_TRUE(raises<RTE::VerificationFailed>("Failed to create directory for export!", [&] {
+            exportTo(file + QStringLiteral("/sub/name"));
+        })) << name;
+        EXPECT_EQ(TestSupport::contentOf(file), "content");
+        EXPECT_EQ(files(), QStringList{QStringLiteral("file")});
+    }
+}
+
+TEST_F(FilesystemExport, FilesThatCannotBeWrittenAreNamedAndTheirFolderStays)
+{
+    const QString taken = path(QStringLiteral("sub/taken.qfi"));
+    ASSERT_TRUE(QDir().mkpath(taken));
+    for (const auto& [name, exportTo] : allExports()) {
+        EXPECT_TRUE(raises<RTE::FileWriteError>(
+            QStringLiteral("Cannot write '%1': it is not a file").arg(taken), [&] { exportTo(taken); }))
+            << name;
+    }
+    EXPECT_THROW(ExportImageData(ImageData<float>(3, 2, 1.0F), path(QStringLiteral("made/float.png"))),
+                 RTE::FileWriteError)
+        << "PNG does not hold floats";
+    EXPECT_TRUE(QDir(path(QStringLiteral("made"))).isEmpty());
+}
+
+TEST_F(FilesystemExport, AFailedExportLeavesTheOldFile)
+{
+    const QString file = path(QStringLiteral("old.qfi"));
+    ExportImageData(ImageData<int>(3, 2, 7), file);
+    ImageBuffer<int> broken(3, 2, 1, 2, 9, true);
+    const std::unique_ptr<int[]> released(broken.getFrame(1).getPlane(0).GetImageData().ReleaseRawPointer());
+    EXPECT_TRUE(
+        raises<RTE::VerificationFailed>("data-pointer is null", [&] { ExportImageBuffer(broken, file); }));
+    EXPECT_EQ(files(), QStringList{QStringLiteral("old.qfi")});
+    EXPECT_EQ(ImportImageDataT<int>(file, 0, 0)(2, 1), 7);
+}
+
+TEST_F(FilesystemExport, ImagesOfAllTypesComeBackBitForBit)
+{
+    TestSupport::forEachPixelType([&](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto frame = TestSupport::imageFrame(BufferApi::GetDataType<T>(), 1);
+        const QString file = path(QStringLiteral("image.qfi"));
+        ExportImage(GetImageT<T>(*frame, 0, true), file);
+        const auto buffer = CreateBufferFromImageT(ImportImageT<T>(file, 0, 0), true);
+        EXPECT_TRUE(TestSupport::framesEqual(*buffer->GetFrame(0), *frame));
+    });
+}
+
+TEST_F(FilesystemExport, MasksAreBytesOf255And0)
+{
+    unsigned char bytes[] = {0, 1, 255, 2, 0, 0};
+    const Mask mask(reinterpret_cast<bool*>(bytes), 3, 2, false);
+    ExportMask(mask, path(QStringLiteral("mask")));
+    const auto picture = ImportImage(path(QStringLiteral("mask.qfi")), 0, 0);
+    const std::vector<unsigned char> expected = {0, 255, 255, 255, 0, 0};
+    EXPECT_TRUE(samePixels(spanOf(dynamic_cast<const Image<unsigned char>&>(*picture)),
+                           std::span<const unsigned char>(expected)));
+    EXPECT_EQ(picture->GetScaleX(), Zt::LinearScale(Zt::ScalePreset::X));
+
+    ExportMask(Mask(40, 30, false), path(QStringLiteral("none.png")));
+    const auto none = ImportImageDataT<int>(path(QStringLiteral("none.png")), 0, 0);
+    EXPECT_TRUE(std::all_of(none.begin(), none.end(), [](int pixel) { return pixel == 0; }));
+
+    Mask released(3, 2, true);
+    const std::unique_ptr<bool[]> pixels(released.ReleaseRawPointer());
+    EXPECT_TRUE(raises<RTE::VerificationFailed>(
+        "data-pointer is null", [&] { ExportMask(released, path(QStringLiteral("released"))); }));
+    EXPECT_FALSE(QFile::exists(path(QStringLiteral("released.qfi"))));
+}
+
+TEST_F(FilesystemExport, ScalarFieldsAreImagesWithTheirScale)
+{
+    const Zt::LinearScale scale(0.5, 2.0, QStringLiteral("K"), QStringLiteral("Temperature"));
+    TestSupport::forEachPixelType([&](auto tag) {
+        using T = typename decltype(tag)::type;
+        ScalarField<T> field(3, 2, scale);
+        std::iota(field.begin(), field.end(), T{10});
+        const ScalarFieldVariant& variant = field;
+        ExportScalarField(variant, path(QStringLiteral("field")));
+        const auto image = ImportImage(path(QStringLiteral("field.qfi")), 0, 0);
+        EXPECT_TRUE(samePixels(spanOf(dynamic_cast<const Image<T>&>(*image)), spanOf(std::as_const(field))));
+        EXPECT_EQ(image->GetScaleI(), scale);
+        EXPECT_TRUE(AllValuesValid(*image));
+    });
+    EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar field type", [&] {
+        ExportScalarField(TestSupport::StrangeField(3, 2), path(QStringLiteral("strange")));
+    }));
+    EXPECT_FALSE(QFile::exists(path(QStringLiteral("strange.qfi"))));
+}
+
+TEST_F(FilesystemExport, OtherFormatsGetTheMasksThatTellSomething)
+{
+    Image<unsigned short> image(3, 2, 7, true);
+    for (const QString& name : {QStringLiteral("a.tif"), QStringLiteral("a.png")}) {
+        ExportImage(image, path(name));
+        const auto read = ImportImage(path(name), 0, 0);
+        EXPECT_EQ(dynamic_cast<const Image<unsigned short>&>(*read)(2, 1), 7);
+        EXPECT_TRUE(AllValuesValid(*read));
+    }
+    image.SetMaskValid(1, 1, false);
+    EXPECT_THROW(ExportImage(image, path(QStringLiteral("b.png"))), RTE::FileWriteError);
+    ImageBuffer<float> recording(3, 2, 1, 2, 1.5F, true);
+    ExportImageBuffer(recording, path(QStringLiteral("run.tif")));
+    EXPECT_EQ(ImportImageBufferT<float>(path(QStringLiteral("run.tif"))).getFrameCount(), 2U);
+}
+
+TEST_F(FilesystemExport, AMaskThatNobodyAskedForIsWrittenAndNotMade)
+{
+    Image<float> image(3, 2, 1.0F, true);
+    image.ReplaceMaskStrategy(std::make_unique<LazyMask>(3U, 2U, true));
+    ExportImage(image, path(QStringLiteral("lazy.tif")));
+    EXPECT_FALSE(image.IsMaskSpawned());
+    ExportImage(image, path(QStringLiteral("lazy.qfi")));
+    const std::unique_ptr<BufferApi::I_Buffer> buffer(
+        BufferApi::ImportBuffer(path(QStringLiteral("lazy.qfi")), {}));
+    EXPECT_TRUE(buffer->GetFrame(0)->HasMask());
+}
+
+} // namespace
