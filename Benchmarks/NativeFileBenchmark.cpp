@@ -14,7 +14,6 @@
 #include <hdf5.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstring>
 #include <functional>
@@ -173,36 +172,6 @@ std::unique_ptr<I_Buffer> readAll(const QString& file)
     return buffer;
 }
 
-/// All take turns, to and fro; `prepare` is not timed. The time is that of the first, the counters are its
-/// median and those of the others over it.
-void takeTurns(benchmark::State& state, const std::function<void()>& prepare,
-               std::vector<Benchmarks::Contender> contenders)
-{
-    const auto turn = [&](Benchmarks::Contender& contender) {
-        using Clock = std::chrono::steady_clock;
-        prepare();
-        const auto start = Clock::now();
-        contender.run();
-        contender.seconds.push_back(std::chrono::duration<double>(Clock::now() - start).count());
-    };
-    std::for_each(contenders.begin(), contenders.end(), turn);
-    bool isBackward = false;
-    for (auto _ : state) {
-        if (isBackward) {
-            std::for_each(contenders.rbegin(), contenders.rend(), turn);
-        } else {
-            std::for_each(contenders.begin(), contenders.end(), turn);
-        }
-        isBackward = !isBackward;
-        state.SetIterationTime(contenders.front().seconds.back());
-    }
-    const double own = Benchmarks::median(contenders.front().seconds);
-    for (const Benchmarks::Contender& contender : contenders) {
-        const double time = Benchmarks::median(contender.seconds);
-        state.counters[contender.name] = &contender == &contenders.front() ? 1000 * time : time / own;
-    }
-}
-
 std::vector<Peer> peersOf(bool isPacked)
 {
     return isPacked ? std::vector{Peer::Packed} : std::vector{Peer::Contiguous, Peer::Checksummed};
@@ -221,7 +190,7 @@ void Write(benchmark::State& state)
     for (const Peer peer : peersOf(isPacked)) {
         contenders.push_back({nameOf(peer), [&buffer, peer] { writePeer(buffer, peer, path()); }});
     }
-    takeTurns(
+    Benchmarks::raceSingly(
         state, [] { QFile::remove(path()); }, contenders);
     const auto pixelBytes = static_cast<double>(buffer.GetFrameCount() * imageBytes);
     for (const Benchmarks::Contender& contender : contenders) {
@@ -262,7 +231,7 @@ void Read(benchmark::State& state)
         isRight(frames - 1, readPeer(frames, file).back().get());
         contenders.push_back({nameOf(peer), [=] { readPeer(frames, file); }});
     }
-    takeTurns(
+    Benchmarks::raceSingly(
         state, [] {}, contenders);
     for (int number = 0; number < 4; ++number) {
         QFile::remove(path(number));
@@ -289,9 +258,9 @@ void WriteSideBySide(benchmark::State& state)
 {
     const bool isPacked = state.range(0) != 0;
     static_cast<void>(recording(images));
-    takeTurns(state, [] {}, {{"ms", [&] { writeSideBySide(2, isPacked); }}, {"one", [&] {
-                                                                                 writeSideBySide(1, isPacked);
-                                                                             }}});
+    Benchmarks::raceSingly(
+        state, [] {},
+        {{"ms", [&] { writeSideBySide(2, isPacked); }}, {"one", [&] { writeSideBySide(1, isPacked); }}});
     state.counters["gain"] = 2 * state.counters["one"];
     QFile::remove(path(0));
     QFile::remove(path(1));

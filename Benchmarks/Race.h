@@ -77,6 +77,36 @@ inline void race(benchmark::State& state, const std::function<void()>& ours, std
                             static_cast<std::int64_t>(bytesPerPixel));
 }
 
+/// The same for work on files, each turn once and after `prepare`, which is not timed. The counter of the
+/// first is its median time in milliseconds.
+inline void raceSingly(benchmark::State& state, const std::function<void()>& prepare,
+                       std::vector<Contender> contenders)
+{
+    const auto turn = [&](Contender& contender) {
+        using Clock = std::chrono::steady_clock;
+        prepare();
+        const auto start = Clock::now();
+        contender.run();
+        contender.seconds.push_back(std::chrono::duration<double>(Clock::now() - start).count());
+    };
+    std::for_each(contenders.begin(), contenders.end(), turn);
+    bool isBackward = false;
+    for (auto _ : state) {
+        if (isBackward) {
+            std::for_each(contenders.rbegin(), contenders.rend(), turn);
+        } else {
+            std::for_each(contenders.begin(), contenders.end(), turn);
+        }
+        isBackward = !isBackward;
+        state.SetIterationTime(contenders.front().seconds.back());
+    }
+    const double own = median(contenders.front().seconds);
+    for (const Contender& contender : contenders) {
+        const double time = median(contender.seconds);
+        state.counters[contender.name] = &contender == &contenders.front() ? 1000 * time : time / own;
+    }
+}
+
 /// Fills with random pixels: all values of the small types, some beyond 16 bits and below 0 in the others.
 template <typename Pixels>
 void randomize(Pixels& pixels, unsigned int seed)
