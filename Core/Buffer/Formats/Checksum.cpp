@@ -18,16 +18,25 @@ constexpr unsigned lanes = 32;
 constexpr unsigned long long stepsPerBlock = 360;
 constexpr unsigned bytesAhead = 1024;
 
-struct Sums
+/// The filter folds carries back in, which leaves 65535 where the remainder of a sum above 0 is 0; swapping
+/// the bytes of the sum is the same as swapping those of every word.
+unsigned int finished(unsigned long long remainder, bool isAllZero)
 {
-    unsigned long long plain = 0;
-    unsigned long long weighted = 0;
-};
+    const auto sum = static_cast<unsigned int>(remainder == 0 && !isAllZero ? modulus : remainder);
+    return ((sum & 0xFFU) << 8U) | (sum >> 8U);
+}
+
+bool isZero(const unsigned char* data, unsigned long long bytes)
+{
+    return bytes == 0 || (data[0] == 0 && std::memcmp(data, data + 1, bytes - 1) == 0);
+}
+
+} // namespace
 
 /// Adds `steps` groups of `lanes` words, weighted by the number of words from each to the end; bytes ahead
 /// are fetched meanwhile.
 DATAOBJECTS_TARGET_CLONES
-Sums sumBlock(const unsigned char* data, unsigned long long steps)
+Fletcher32::Sums Fletcher32::sumBlock(const unsigned char* data, unsigned long long steps)
 {
     unsigned int plain[lanes] = {};
     unsigned int weighted[lanes] = {};
@@ -50,47 +59,51 @@ Sums sumBlock(const unsigned char* data, unsigned long long steps)
     return sums;
 }
 
-void append(Sums& sums, const Sums& block, unsigned long long words)
+void Fletcher32::append(Sums& sums, const Sums& block, unsigned long long words)
 {
     sums.weighted = (sums.weighted + sums.plain * words + block.weighted) % modulus;
     sums.plain = (sums.plain + block.plain) % modulus;
 }
 
-/// The filter folds carries back in, which leaves 65535 where the remainder of a sum above 0 is 0; swapping
-/// the bytes of the sum is the same as swapping those of every word.
-unsigned int finished(unsigned long long remainder, bool isAllZero)
+void Fletcher32::addWords(const unsigned char* data, unsigned long long words)
 {
-    const auto sum = static_cast<unsigned int>(remainder == 0 && !isAllZero ? modulus : remainder);
-    return ((sum & 0xFFU) << 8U) | (sum >> 8U);
-}
-
-bool isZero(const unsigned char* data, unsigned long long bytes)
-{
-    return bytes == 0 || (data[0] == 0 && std::memcmp(data, data + 1, bytes - 1) == 0);
-}
-
-} // namespace
-
-unsigned int fletcher32(const void* source, unsigned long long bytes)
-{
-    const auto* data = static_cast<const unsigned char*>(source);
-    const unsigned long long whole = bytes / (2ULL * lanes) * lanes;
-    Sums sums;
+    const unsigned long long whole = words / lanes * lanes;
     unsigned long long word = 0;
     while (word < whole) {
         const unsigned long long steps = std::min((whole - word) / lanes, stepsPerBlock);
-        append(sums, sumBlock(data + 2 * word, steps), steps * lanes);
+        append(m_sums, sumBlock(data + 2 * word, steps), steps * lanes);
         word += steps * lanes;
     }
-    for (; word < bytes / 2; ++word) {
+    for (; word < words; ++word) {
         const unsigned long long value = data[2 * word] | static_cast<unsigned>(data[2 * word + 1]) << 8U;
-        append(sums, {value, value}, 1);
+        append(m_sums, {value, value}, 1);
     }
+}
+
+void Fletcher32::add(const void* source, unsigned long long bytes)
+{
+    const auto* data = static_cast<const unsigned char*>(source);
+    m_isAllZero = m_isAllZero && isZero(data, bytes);
+    if (m_half && bytes > 0) {
+        const unsigned char word[] = {*m_half, data[0]};
+        m_half.reset();
+        addWords(word, 1);
+        ++data;
+        --bytes;
+    }
+    addWords(data, bytes / 2);
     if (bytes % 2 != 0) {
-        append(sums, {data[bytes - 1], data[bytes - 1]}, 1);
+        m_half = data[bytes - 1];
     }
-    const bool isAllZero = sums.plain == 0 && isZero(data, bytes);
-    return finished(sums.weighted, isAllZero) << 16U | finished(sums.plain, isAllZero);
+}
+
+unsigned int Fletcher32::value() const
+{
+    Sums sums = m_sums;
+    if (m_half) {
+        append(sums, {*m_half, *m_half}, 1);
+    }
+    return finished(sums.weighted, m_isAllZero) << 16U | finished(sums.plain, m_isAllZero);
 }
 
 } // namespace BufferApi::Formats

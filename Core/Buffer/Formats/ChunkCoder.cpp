@@ -13,33 +13,26 @@
 namespace BufferApi::Formats
 {
 
-namespace
+/// HDF5 counts the filters in the order of the pipeline.
+Hdf5::Filters filtersOf(const Hdf5::DatasetLayout& layout, unsigned int filterMask) noexcept
 {
-
-constexpr unsigned checksumBytes = 4;
-
-/// What is left of the filters for one chunk: HDF5 counts them in the order of the pipeline.
-Hdf5::Filters withoutMasked(const Hdf5::Filters& filters, unsigned int mask)
-{
-    Hdf5::Filters left = filters;
+    Hdf5::Filters left = layout.filters;
     unsigned position = 0;
     for (bool* filter : {&left.shuffle, &left.deflate, &left.fletcher32}) {
         if (*filter) {
-            *filter = (mask >> position & 1U) == 0;
+            *filter = (filterMask >> position & 1U) == 0;
             ++position;
         }
     }
     return left;
 }
 
-unsigned int readChecksum(const unsigned char* bytes)
+unsigned int readChecksum(const unsigned char* bytes) noexcept
 {
     unsigned int value = 0;
     std::memcpy(&value, bytes, checksumBytes);
     return value;
 }
-
-} // namespace
 
 unsigned long long chunkBytes(const Hdf5::DatasetLayout& layout) noexcept
 {
@@ -59,10 +52,10 @@ Hdf5::StoredChunk ChunkCoder::encode(const Hdf5::DatasetLayout& layout, const vo
 {
     const unsigned long long whole = chunkBytes(layout);
     const Hdf5::Filters& filters = layout.filters;
-    if (filters == Hdf5::Filters{false, false, true}) {
-        return withChecksum(data, bytes, whole);
-    }
     std::span<const unsigned char> plain(static_cast<const unsigned char*>(data), bytes);
+    if (filters == Hdf5::Filters{false, false, true}) {
+        return {plain, whole - bytes, true};
+    }
     if (filters.shuffle || bytes < whole) {
         unsigned char* copy = m_plain.reserve(whole);
         const auto size = filters.shuffle ? static_cast<unsigned>(Hdf5::elementSize(layout.element)) : 1U;
@@ -73,35 +66,22 @@ Hdf5::StoredChunk ChunkCoder::encode(const Hdf5::DatasetLayout& layout, const vo
         plain = {copy, whole};
     }
     RTE::verify(filters.deflate && !filters.fletcher32, "Unknown form of a chunk");
-    return {m_deflater.pack(plain), {}};
-}
-
-Hdf5::StoredChunk ChunkCoder::withChecksum(const void* data, unsigned long long bytes,
-                                           unsigned long long whole)
-{
-    const auto* plain = static_cast<const unsigned char*>(data);
-    if (bytes < whole) {
-        unsigned char* copy = m_plain.reserve(whole);
-        std::memcpy(copy, data, bytes);
-        std::memset(copy + bytes, 0, whole - bytes);
-        plain = copy;
-    }
-    const unsigned int checksum = fletcher32(plain, whole);
-    std::memcpy(m_checksum.data(), &checksum, checksumBytes);
-    return {{plain, whole}, m_checksum};
+    return {m_deflater.pack(plain)};
 }
 
 const char* ChunkCoder::decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,
                                unsigned int filterMask, void* destination, unsigned long long bytes)
 {
     const unsigned long long whole = chunkBytes(layout);
-    const Hdf5::Filters filters = withoutMasked(layout.filters, filterMask);
+    const Hdf5::Filters filters = filtersOf(layout, filterMask);
     if (filters.fletcher32) {
         if (stored.size() < checksumBytes) {
             return "a chunk is too short";
         }
         stored = stored.first(stored.size() - checksumBytes);
-        if (fletcher32(stored.data(), stored.size()) != readChecksum(stored.data() + stored.size())) {
+        Fletcher32 sum;
+        sum.add(stored.data(), stored.size());
+        if (sum.value() != readChecksum(stored.data() + stored.size())) {
             return "checksum mismatch";
         }
     }

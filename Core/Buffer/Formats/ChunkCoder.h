@@ -4,7 +4,6 @@
 #include "Core/Buffer/Formats/Deflate.h"
 #include "Core/Buffer/Formats/Hdf5.h"
 
-#include <array>
 #include <memory>
 #include <mutex>
 #include <span>
@@ -25,8 +24,8 @@ public:
     ChunkCoder();
     ~ChunkCoder();
 
-    /// The bytes to store, packed or with a checksum behind them; valid until the next call, and where they
-    /// are the given ones as long as these.
+    /// The bytes to store: packed ones, which are valid until the next call, or the given ones with a
+    /// checksum behind them.
     [[nodiscard]] Hdf5::StoredChunk encode(const Hdf5::DatasetLayout& layout, const void* data,
                                            unsigned long long bytes);
     /// Fills the destination with the leading `bytes` of the chunk. \param filterMask bit n set: the stored
@@ -39,17 +38,22 @@ public:
     [[nodiscard]] unsigned char* storedBytes(unsigned long long bytes) { return m_stored.reserve(bytes); }
 
 private:
-    [[nodiscard]] Hdf5::StoredChunk withChecksum(const void* data, unsigned long long bytes,
-                                                 unsigned long long whole);
     [[nodiscard]] const char* inflate(std::span<const unsigned char> source, unsigned char* destination,
                                       unsigned long long bytes);
 
     std::unique_ptr<inflate_state> m_inflate;
     Deflater m_deflater;
-    std::array<unsigned char, 4> m_checksum{};
     Scratch m_plain;
     Scratch m_stored;
 };
+
+inline constexpr unsigned long long checksumBytes = 4;
+
+/// What is left of the filters of a layout for a chunk that did not go through those of the mask.
+[[nodiscard]] Hdf5::Filters filtersOf(const Hdf5::DatasetLayout& layout, unsigned int filterMask) noexcept;
+
+/// The checksum that stands in the file.
+[[nodiscard]] unsigned int readChecksum(const unsigned char* bytes) noexcept;
 
 /// Bytes of a whole chunk before the filters.
 [[nodiscard]] unsigned long long chunkBytes(const Hdf5::DatasetLayout& layout) noexcept;

@@ -35,6 +35,9 @@ std::mutex& libraryMutex()
     return mutex;
 }
 
+/// How many guards of this thread hold the lock.
+thread_local unsigned int holds = 0;
+
 herr_t keepInnermost(unsigned position, const H5E_error2_t* error, void* reason)
 {
     if (position == 0 && error->desc != nullptr) {
@@ -76,12 +79,15 @@ Handle accessProperties(const FileContext& file, const std::shared_ptr<FileBytes
     return properties;
 }
 
-Handle datasetAccess(const FileContext& file)
+/// One list for all datasets; to be called under the lock.
+hid_t datasetAccess()
 {
-    // Chunks pass by the library's cache, so none is set aside for them.
-    Handle properties =
-        checkedHandle(file, "dataset access", H5Pclose, [] { return H5Pcreate(H5P_DATASET_ACCESS); });
-    checked(file, "dataset access", [&] { return H5Pset_chunk_cache(properties.get(), 1, 0, 1.0); });
+    static const hid_t properties = [] {
+        // Chunks pass by the library's cache, so none is set aside for them.
+        const hid_t id = H5Pcreate(H5P_DATASET_ACCESS);
+        H5Pset_chunk_cache(id, 1, 0, 1.0);
+        return id;
+    }();
     return properties;
 }
 
@@ -128,15 +134,37 @@ Handle openRoot(const FileContext& context, const Handle& file)
 
 } // namespace
 
-Serial::Serial() : m_lock(libraryMutex())
+Serial::Serial()
 {
-    H5Eget_auto2(H5E_DEFAULT, &m_printer, &m_printerData);
-    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+    if (holds++ == 0) {
+        libraryMutex().lock();
+        H5Eget_auto2(H5E_DEFAULT, &m_printer, &m_printerData);
+        H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+    }
 }
 
 Serial::~Serial()
 {
-    H5Eset_auto2(H5E_DEFAULT, m_printer, m_printerData);
+    if (holds == 1) {
+        H5Eset_auto2(H5E_DEFAULT, m_printer, m_printerData);
+        libraryMutex().unlock();
+    }
+    --holds;
+}
+
+Unlocked::Unlocked() : m_depth(std::exchange(holds, 0))
+{
+    if (m_depth > 0) {
+        libraryMutex().unlock();
+    }
+}
+
+Unlocked::~Unlocked()
+{
+    if (m_depth > 0) {
+        libraryMutex().lock();
+    }
+    holds = m_depth;
 }
 
 QString failureReason()
@@ -227,6 +255,7 @@ unsigned long long elementSize(Element element) noexcept
 
 void FileContext::fail(const QString& reason, RTE::SourceLocation location) const
 {
+    const Unlocked unlocked;
     if (m_storage) {
         RTE::raise(RTE::FileWriteError(QStringLiteral("Cannot write '%1': %2").arg(m_path, reason)),
                    location);
@@ -269,14 +298,22 @@ hid_t Handle::release() noexcept
     return std::exchange(m_id, H5I_INVALID_HID);
 }
 
-Dataset::Dataset(Handle handle, ContextPointer file, std::string name, Handle twin)
-    : Object(std::move(handle), std::move(file), std::move(name), std::move(twin))
+Dataset::Dataset(Handle handle, ContextPointer file, std::string name)
+    : Object(std::move(handle), std::move(file), std::move(name))
 {
     readLayout();
 }
 
+Dataset::Dataset(Handle handle, ContextPointer file, std::string name, DatasetLayout layout, Handle twin)
+    : Object(std::move(handle), std::move(file), std::move(name), std::move(twin)),
+      m_layout(std::move(layout)),
+      m_libraryChunkBytes(saturatingProduct(m_layout.chunk, elementSize(m_layout.element)))
+{
+}
+
 void Dataset::readLayout()
 {
+    const Serial serial;
     const Handle space =
         checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
     const int rank = checked(*m_file, m_name, [&] { return H5Sget_simple_extent_ndims(space.get()); });
@@ -340,29 +377,28 @@ void Dataset::resize(const Extents& extents)
     m_layout.extents = extents;
 }
 
-unsigned long long Dataset::storedChunkBytes(const Extents& offset) const
+std::optional<PlacedChunk> Dataset::findChunk(const Extents& offset) const
 {
-    hsize_t bytes = 0;
-    checked(*m_file, m_name,
-            [&] { return H5Dget_chunk_storage_size(m_handle.get(), offset.data(), &bytes); });
-    return bytes;
+    InputBytes& file = *m_file->input();
+    std::optional<FilePiece> piece;
+    uint32_t mask = 0;
+    checked(*m_file, m_name, [&] {
+        char nowhere = 0;
+        file.expectChunk(&nowhere);
+        const herr_t result = H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, &nowhere);
+        piece = file.takePlace();
+        hsize_t bytes = 0;
+        const bool isMissing = result < 0 && !piece &&
+                               H5Dget_chunk_storage_size(m_handle.get(), offset.data(), &bytes) >= 0 &&
+                               bytes == 0;
+        return isMissing ? 0 : result;
+    });
+    return piece ? std::optional(PlacedChunk{*piece, mask}) : std::nullopt;
 }
 
-unsigned int Dataset::readChunk(const Extents& offset, void* destination) const
+void Dataset::readStored(const FilePiece& piece, void* destination) const
 {
-    uint32_t mask = 0;
-    InputBytes& file = *m_file->input();
-    std::optional<FilePiece> place;
-    checked(*m_file, m_name, [&] {
-        file.expectChunk(destination);
-        const herr_t result = H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, destination);
-        place = file.takePlace();
-        return result;
-    });
-    if (place) {
-        file.readChunk(*place, destination);
-    }
-    return mask;
+    m_file->input()->readStored(piece, destination);
 }
 
 FilePiece Dataset::writeChunk(const Extents& offset, const StoredChunk& stored,
@@ -439,12 +475,12 @@ Group Group::openGroup(const std::string& name) const
 
 Dataset Group::openDataset(const std::string& name) const
 {
+    const Serial serial;
     if (!contains(name)) {
         m_file->fail(QStringLiteral("there is no dataset '%1'").arg(QString::fromStdString(name)));
     }
-    const Handle access = datasetAccess(*m_file);
     return Dataset(checkedHandle(*m_file, name, H5Dclose,
-                                 [&] { return H5Dopen2(m_handle.get(), name.c_str(), access.get()); }),
+                                 [&] { return H5Dopen2(m_handle.get(), name.c_str(), datasetAccess()); }),
                    m_file, name);
 }
 
@@ -479,8 +515,8 @@ Group Group::createGroup(const std::string& name)
 
 Dataset Group::createDataset(const std::string& name, const DatasetLayout& layout)
 {
+    const Serial serial;
     const Handle properties = datasetProperties(*m_file, layout);
-    const Handle access = datasetAccess(*m_file);
     const Handle space = checkedHandle(*m_file, name, H5Sclose, [&] {
         return H5Screate_simple(static_cast<int>(layout.extents.size()), layout.extents.data(),
                                 layout.maximum.data());
@@ -488,10 +524,10 @@ Dataset Group::createDataset(const std::string& name, const DatasetLayout& layou
     const auto make = [&](hid_t parent) {
         return checkedHandle(*m_file, name, H5Dclose, [&] {
             return H5Dcreate2(parent, name.c_str(), typeOf(layout.element), space.get(), H5P_DEFAULT,
-                              properties.get(), access.get());
+                              properties.get(), datasetAccess());
         });
     };
-    return {make(m_handle.get()), m_file, name, madeInTwin(m_twin, make)};
+    return {make(m_handle.get()), m_file, name, layout, madeInTwin(m_twin, make)};
 }
 
 void Group::remove(const std::string& name)

@@ -208,14 +208,27 @@ struct DatasetLayout
     Filters filters;
 };
 
-/// The bytes of a chunk as they are stored, which may lie in two places.
+/// The bytes of a chunk as they are to be stored.
 struct StoredChunk
 {
     std::span<const unsigned char> bytes;
-    /// What follows them, such as a checksum.
-    std::span<const unsigned char> tail;
+    /// So many zeros follow them.
+    unsigned long long zeros = 0;
+    /// The Fletcher32 of both follows these; it is taken while they are written.
+    bool hasChecksum = false;
 
-    [[nodiscard]] std::size_t size() const noexcept { return bytes.size() + tail.size(); }
+    [[nodiscard]] unsigned long long size() const noexcept
+    {
+        return bytes.size() + zeros + (hasChecksum ? sizeof(unsigned int) : 0);
+    }
+};
+
+/// A chunk in a file.
+struct PlacedChunk
+{
+    FilePiece piece;
+    /// Bit n set: the stored bytes did not go through filter n.
+    unsigned int filterMask = 0;
 };
 
 /// An array in a file.
@@ -223,7 +236,10 @@ class Dataset : public Object
 {
 public:
     using Object::Object;
-    Dataset(Handle handle, ContextPointer file, std::string name, Handle twin = {});
+    /// An array that is in the file.
+    Dataset(Handle handle, ContextPointer file, std::string name);
+    /// An array that was just made. \param twin as for Object
+    Dataset(Handle handle, ContextPointer file, std::string name, DatasetLayout layout, Handle twin);
 
     [[nodiscard]] const Extents& extents() const noexcept { return m_layout.extents; }
     /// The layout; `chunk` is empty when the chunks cannot be read as raw bytes of our kinds, so that
@@ -234,11 +250,10 @@ public:
     /// chunks.
     [[nodiscard]] unsigned long long libraryChunkBytes() const noexcept { return m_libraryChunkBytes; }
 
-    /// Bytes of the chunk at this offset as they are stored; 0 when it was never written.
-    [[nodiscard]] unsigned long long storedChunkBytes(const Extents& offset) const;
-    /// Reads the stored bytes, `storedChunkBytes` of them, and gives the mask of the filters that they did
-    /// not go through.
-    unsigned int readChunk(const Extents& offset, void* destination) const;
+    /// Where the chunk at this offset lies; nothing when it was never written.
+    [[nodiscard]] std::optional<PlacedChunk> findChunk(const Extents& offset) const;
+    /// Reads stored bytes without the lock.
+    void readStored(const FilePiece& piece, void* destination) const;
     /// \param replaced where the chunk at this offset lay, whose space is then used for others; a chunk of
     /// the same size would be written over it, which a lasting file refuses
     FilePiece writeChunk(const Extents& offset, const StoredChunk& stored,

@@ -155,6 +155,7 @@ std::vector<std::string> Object::attributeNames() const
 
 std::optional<Attribute> Object::findAttribute(const std::string& name) const
 {
+    const Serial serial;
     const std::string what = m_name + "@" + name;
     if (checked(*m_file, what, [&] { return H5Aexists(m_handle.get(), name.c_str()); }) == 0) {
         return {};
@@ -186,6 +187,7 @@ std::optional<double> Object::findNumber(const std::string& name) const
 
 void Object::writeText(const std::string& name, const QByteArray& utf8)
 {
+    const Serial serial;
     const std::string what = m_name + "@" + name;
     const Handle type = textType(*m_file, what, static_cast<unsigned long long>(utf8.size()));
     const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
@@ -195,6 +197,7 @@ void Object::writeText(const std::string& name, const QByteArray& utf8)
 
 void Object::writeNumbers(const std::string& name, Element element, const QByteArray& bytes)
 {
+    const Serial serial;
     const std::string what = m_name + "@" + name;
     const auto count = static_cast<unsigned long long>(bytes.size()) / elementSize(element);
     const Handle type = copyOf(*m_file, what, element);
@@ -206,6 +209,7 @@ void Object::writeNumbers(const std::string& name, Element element, const QByteA
 
 void Object::writeScalar(const std::string& name, Element element, const void* value)
 {
+    const Serial serial;
     const std::string what = m_name + "@" + name;
     const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
     const Handle type = copyOf(*m_file, what, element);

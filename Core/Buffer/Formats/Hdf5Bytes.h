@@ -58,13 +58,13 @@ public:
     [[nodiscard]] bool read(unsigned long long offset, void* destination, unsigned long long bytes) override;
     void write(unsigned long long, const void*, unsigned long long) override {}
 
-    /// The library's next read to this destination, which is that of a chunk, is only noted: it can be done
-    /// without the lock. To be called under the lock, as `takePlace`.
+    /// The library's next read to this destination, which is that of a chunk, is only noted and nothing
+    /// written there: it can be done without the lock. To be called under the lock, as `takePlace`.
     void expectChunk(const void* destination) noexcept { m_chunk = destination; }
-    /// Where the expected chunk lies; nothing when the library did not read it.
+    /// Where the expected chunk lies; nothing when the library did not get so far.
     [[nodiscard]] std::optional<FilePiece> takePlace() noexcept;
-    /// Reads the chunk without the lock. \throws RTE::FileReadError
-    void readChunk(const FilePiece& place, void* destination) const
+    /// Reads what the library gave the place of, without the lock. \throws RTE::FileReadError
+    void readStored(const FilePiece& place, void* destination) const
     {
         m_file.read(place.address, destination, place.bytes);
     }

@@ -8,7 +8,8 @@
 namespace BufferApi::Hdf5
 {
 
-/// Holds the one lock of the C library and keeps the library from printing meanwhile.
+/// Holds the one lock of the C library and keeps the library from printing meanwhile. A thread that holds it
+/// already goes on, so that several calls can be made for the price of one lock.
 class Serial
 {
 public:
@@ -18,9 +19,22 @@ public:
     ~Serial();
 
 private:
-    std::scoped_lock<std::mutex> m_lock;
     H5E_auto2_t m_printer = nullptr;
     void* m_printerData = nullptr;
+};
+
+/// Gives the lock away while it lives, whether the thread holds it or not: who raises an error may call for
+/// the application's log, which may wait for other threads.
+class Unlocked
+{
+public:
+    Unlocked();
+    Unlocked(const Unlocked&) = delete;
+    Unlocked& operator=(const Unlocked&) = delete;
+    ~Unlocked();
+
+private:
+    unsigned int m_depth;
 };
 
 /// What the library says about its latest failure, of which it forgets; to be called under the lock of the

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Formats/Hdf5Storage.h"
 
+#include "Core/Buffer/Formats/Checksum.h"
 #include "Core/Common/Raise.h"
 
 #include <algorithm>
@@ -21,6 +22,9 @@ constexpr unsigned long long firstAddress = 1024;
 // The system copies whole pages fastest; for smaller pieces the gaps would count.
 constexpr unsigned long long pageBytes = 4096;
 constexpr unsigned long long smallestAligned = 1ULL << 17U;
+// What was written is still in the cache when its checksum is taken. The other way round takes longer: the
+// system waits for its stores anyway and reads meanwhile.
+constexpr unsigned long long bytesPerWrite = 1ULL << 17U;
 
 } // namespace
 
@@ -198,6 +202,9 @@ unsigned long long Storage::allocate(unsigned long long bytes)
 
 void Storage::write(unsigned long long offset, const void* source, unsigned long long bytes)
 {
+    if (bytes == 0) {
+        return;
+    }
     m_fileSize = std::max(m_fileSize, offset + bytes);
     if (m_failure.isNull() && !m_file.tryOverwrite(offset, source, bytes)) {
         m_failure = qt_error_string(errno);
@@ -223,13 +230,32 @@ FilePiece Storage::writeChunk(const std::optional<FilePiece>& replaced)
 {
     RTE::verify(m_place && m_place->bytes == m_chunk.size(), "A chunk was not placed");
     RTE::verify(m_isPlaceNew || !m_isLasting, "A chunk would be written over");
-    write(m_place->address, m_chunk.bytes.data(), m_chunk.bytes.size());
-    write(m_place->address + m_chunk.bytes.size(), m_chunk.tail.data(), m_chunk.tail.size());
+    writeStored(m_chunk, m_place->address);
     m_chunk = {};
     if (replaced) {
         m_givenUp.push_back(*replaced);
     }
     return *m_place;
+}
+
+void Storage::writeStored(const StoredChunk& chunk, unsigned long long address)
+{
+    Formats::Fletcher32 sum;
+    const unsigned long long step = chunk.hasChecksum ? bytesPerWrite : chunk.bytes.size();
+    for (unsigned long long done = 0; done < chunk.bytes.size(); done += step) {
+        const auto piece = chunk.bytes.subspan(done, std::min(step, chunk.bytes.size() - done));
+        write(address + done, piece.data(), piece.size());
+        if (chunk.hasChecksum) {
+            sum.add(piece.data(), piece.size());
+        }
+    }
+    QByteArray tail(static_cast<qsizetype>(chunk.zeros), '\0');
+    if (chunk.hasChecksum) {
+        sum.add(tail.constData(), chunk.zeros);
+        const unsigned int checksum = sum.value();
+        tail.append(reinterpret_cast<const char*>(&checksum), sizeof(checksum));
+    }
+    write(address + chunk.bytes.size(), tail.constData(), static_cast<unsigned long long>(tail.size()));
 }
 
 void Storage::commit()

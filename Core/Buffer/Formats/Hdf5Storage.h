@@ -122,6 +122,7 @@ private:
     [[nodiscard]] Contents& contents(Table table) noexcept { return table == Table::Main ? m_main : m_twin; }
     [[nodiscard]] unsigned long long allocate(unsigned long long bytes);
     void write(unsigned long long offset, const void* source, unsigned long long bytes);
+    void writeStored(const StoredChunk& chunk, unsigned long long address);
     void resize(unsigned long long bytes);
 
     Formats::OutputFile m_file;

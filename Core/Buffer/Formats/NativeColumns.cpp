@@ -98,17 +98,11 @@ void ColumnWriter::writeChunk()
     const auto bytes = static_cast<unsigned long long>(m_waiting.size());
     Hdf5::StoredChunk stored = m_coder.encode(layout, m_waiting.constData(), bytes);
     if (m_replaced && m_replaced->bytes == stored.size()) {
-        stored = asAnotherSize(stored);
+        // HDF5 writes a chunk of the same size over the old one, which a lasting file still needs. What
+        // follows the end of a deflate stream is not looked at.
+        ++stored.zeros;
     }
     m_replaced = m_dataset.writeChunk({first}, stored, m_replaced);
-}
-
-/// HDF5 writes a chunk of the same size over the old one, which a lasting file still needs. What follows the
-/// end of a deflate stream is not looked at.
-Hdf5::StoredChunk ColumnWriter::asAnotherSize(const Hdf5::StoredChunk& stored)
-{
-    static constexpr unsigned char more[] = {0};
-    return {stored.bytes, more};
 }
 
 Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name)
@@ -180,29 +174,30 @@ void ColumnReader::loadChunk(unsigned long long chunk) const
     }
     const Hdf5::DatasetLayout& layout = m_dataset.layout();
     const Hdf5::Extents offset{chunk * layout.chunk[0]};
-    const unsigned long long stored = checkedChunkSize(m_dataset, offset, m_fileBytes);
-    unsigned char* bytes = m_coder.storedBytes(stored);
-    const unsigned int mask = m_dataset.readChunk(offset, bytes);
+    const auto [piece, mask] = checkedChunk(m_dataset, offset, m_fileBytes);
+    unsigned char* stored = m_coder.storedBytes(piece.bytes);
+    m_dataset.readStored(piece, stored);
     m_loaded.reset();
     m_chunk.resize(static_cast<qsizetype>(chunkBytes(layout)));
     if (const char* reason =
-            m_coder.decode(layout, {bytes, stored}, mask, m_chunk.data(), chunkBytes(layout))) {
+            m_coder.decode(layout, {stored, piece.bytes}, mask, m_chunk.data(), chunkBytes(layout))) {
         m_dataset.fail(QLatin1String(reason));
     }
     m_loaded = chunk;
 }
 
-unsigned long long checkedChunkSize(const Hdf5::Dataset& dataset, const Hdf5::Extents& offset,
-                                    unsigned long long fileBytes)
+Hdf5::PlacedChunk checkedChunk(const Hdf5::Dataset& dataset, const Hdf5::Extents& offset,
+                               unsigned long long fileBytes)
 {
-    const unsigned long long stored = dataset.storedChunkBytes(offset);
-    if (stored == 0) {
+    const auto chunk = dataset.findChunk(offset);
+    if (!chunk) {
         dataset.fail(QStringLiteral("a part of the data is missing"));
     }
-    if (stored > fileBytes || chunkBytes(dataset.layout()) / mostPerPackedByte > stored) {
+    const unsigned long long stored = chunk->piece.bytes;
+    if (stored == 0 || stored > fileBytes || chunkBytes(dataset.layout()) / mostPerPackedByte > stored) {
         dataset.fail(QStringLiteral("a chunk has an impossible size"));
     }
-    return stored;
+    return *chunk;
 }
 
 } // namespace BufferApi::Formats::Native

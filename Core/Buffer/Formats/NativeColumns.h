@@ -47,7 +47,6 @@ public:
 private:
     ColumnWriter(Hdf5::Dataset dataset, ChunkCoder& coder);
     void writeChunk();
-    [[nodiscard]] static Hdf5::StoredChunk asAnotherSize(const Hdf5::StoredChunk& stored);
 
     Hdf5::Dataset m_dataset;
     ChunkCoder& m_coder;
@@ -95,9 +94,9 @@ private:
     mutable std::optional<unsigned long long> m_loaded;
 };
 
-/// Checks the stored size of a chunk before it is read: it is there, it is no larger than the file, and what
-/// it unpacks to is possible. \returns the stored size
-[[nodiscard]] unsigned long long checkedChunkSize(const Hdf5::Dataset& dataset, const Hdf5::Extents& offset,
-                                                  unsigned long long fileBytes);
+/// Finds a chunk and checks its stored size before it is read: it is there, it is no larger than the file,
+/// and what it unpacks to is possible.
+[[nodiscard]] Hdf5::PlacedChunk checkedChunk(const Hdf5::Dataset& dataset, const Hdf5::Extents& offset,
+                                             unsigned long long fileBytes);
 
 } // namespace BufferApi::Formats::Native

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Formats/NativePlanes.h"
 
+#include "Core/Buffer/Formats/Checksum.h"
 #include "Core/Buffer/Formats/NativeColumns.h"
 #include "Core/Buffer/LazyPlane.h"
 
@@ -15,29 +16,28 @@ namespace
 {
 
 // A chunk and what it is coded to should stay in the processor's second cache.
-constexpr unsigned long long packedChunkBytes = 1ULL << 20U;
-constexpr unsigned long long plainChunkBytes = 1ULL << 19U;
+constexpr unsigned long long mostChunkBytes = 1ULL << 20U;
+// What was read last is still in the cache when its checksum is taken.
+constexpr unsigned long long bytesPerRead = 1ULL << 17U;
 constexpr unsigned long long mostPerPackedByte = 1032;
 
-/// Rows of a chunk of about so many bytes, such that the last chunk of a plane is nearly as full as the
-/// others.
-unsigned long long chunkRows(const PlaneGeometry& geometry, unsigned long long wantedBytes)
+/// Rows of a chunk, such that the last chunk of a plane is nearly as full as the others.
+unsigned long long chunkRows(const PlaneGeometry& geometry)
 {
     const unsigned long long height = std::max(1U, geometry.component().height);
     const unsigned long long rowBytes = std::max(1ULL, geometry.rowBytes());
-    const unsigned long long most = std::clamp(wantedBytes / rowBytes, 1ULL, height);
+    const unsigned long long most = std::clamp(mostChunkBytes / rowBytes, 1ULL, height);
     const unsigned long long chunks = (height + most - 1) / most;
     return (height + chunks - 1) / chunks;
 }
 
 Hdf5::DatasetLayout layoutOf(const PlaneGeometry& geometry, bool isPacked)
 {
-    Hdf5::DatasetLayout layout{
-        geometry.element(),
-        geometry.extents(0),
-        geometry.extents(Hdf5::unlimited),
-        geometry.block(chunkRows(geometry, isPacked ? packedChunkBytes : plainChunkBytes)),
-        {}};
+    Hdf5::DatasetLayout layout{geometry.element(),
+                               geometry.extents(0),
+                               geometry.extents(Hdf5::unlimited),
+                               geometry.block(chunkRows(geometry)),
+                               {}};
     const bool hasSeveralBytes = Hdf5::elementSize(layout.element) > 1;
     layout.filters = {isPacked && hasSeveralBytes, isPacked, !isPacked};
     for (std::size_t i = 0; i < layout.maximum.size(); ++i) {
@@ -230,38 +230,69 @@ void PlaneReader::read(const PlanePosition& position, unsigned char* destination
         const unsigned long long rows = std::min(step, height - y);
         unsigned char* pixels = destination + y * memoryRow;
         if (component.type != DT_RGB) {
-            readRows(position, y, rows, pixels, (height - y) * memoryRow, *coder);
+            readRows(position, y, rows, pixels, *coder);
             continue;
         }
-        const unsigned long long bytes = rows * m_geometry.rowBytes();
-        readRows(position, y, rows, channels.reserve(bytes), bytes, *coder);
+        readRows(position, y, rows, channels.reserve(rows * m_geometry.rowBytes()), *coder);
         fromChannels(channels.reserve(0), rows * component.width, component.channels, pixels);
     }
 }
 
 void PlaneReader::readRows(const PlanePosition& position, unsigned long long y, unsigned long long rows,
-                           unsigned char* destination, unsigned long long room, ChunkCoder& coder) const
+                           unsigned char* destination, ChunkCoder& coder) const
 {
     const Hdf5::Extents offset = m_geometry.offset(position, y);
     if (m_chunkRows == 0) {
         return m_dataset.readThroughLibrary(offset, m_geometry.block(rows), m_geometry.element(),
                                             destination);
     }
-    const Hdf5::DatasetLayout& layout = m_dataset.layout();
-    const unsigned long long stored = checkedChunkSize(m_dataset, offset, m_file->bytes);
-    // Bytes that are stored as they are go straight to their place; a checksum behind them is overwritten by
-    // the rows that follow.
-    const bool isDirect = !layout.filters.shuffle && !layout.filters.deflate && stored <= room;
-    unsigned char* bytes = isDirect ? destination : coder.storedBytes(stored);
-    const unsigned int mask = m_dataset.readChunk(offset, bytes);
-    const char* reason =
-        coder.decode(layout, {bytes, stored}, mask, destination, rows * m_geometry.rowBytes());
+    const unsigned long long bytes = rows * m_geometry.rowBytes();
+    const Hdf5::PlacedChunk chunk = checkedChunk(m_dataset, offset, m_file->bytes);
+    const Hdf5::Filters filters = filtersOf(m_dataset.layout(), chunk.filterMask);
+    const char* reason = filters.shuffle || filters.deflate
+                             ? readCoded(chunk, destination, bytes, coder)
+                             : readAsItIs(chunk.piece, filters.fletcher32, destination, bytes, coder);
     if (reason != nullptr) {
         m_dataset.fail(QStringLiteral("frame row %1, plane %2: %3")
                            .arg(position.row)
                            .arg(position.z)
                            .arg(QLatin1String(reason)));
     }
+}
+
+const char* PlaneReader::readCoded(const Hdf5::PlacedChunk& chunk, unsigned char* destination,
+                                   unsigned long long bytes, ChunkCoder& coder) const
+{
+    unsigned char* stored = coder.storedBytes(chunk.piece.bytes);
+    m_dataset.readStored(chunk.piece, stored);
+    return coder.decode(m_dataset.layout(), {stored, chunk.piece.bytes}, chunk.filterMask, destination,
+                        bytes);
+}
+
+const char* PlaneReader::readAsItIs(const Hdf5::FilePiece& piece, bool hasChecksum,
+                                    unsigned char* destination, unsigned long long bytes,
+                                    ChunkCoder& coder) const
+{
+    const unsigned long long whole = chunkBytes(m_dataset.layout());
+    if (piece.bytes != whole + (hasChecksum ? checksumBytes : 0)) {
+        return "a chunk has the wrong size";
+    }
+    Fletcher32 sum;
+    for (unsigned long long done = 0; done < bytes; done += bytesPerRead) {
+        const unsigned long long count = std::min(bytesPerRead, bytes - done);
+        m_dataset.readStored({piece.address + done, count}, destination + done);
+        if (hasChecksum) {
+            sum.add(destination + done, count);
+        }
+    }
+    if (!hasChecksum) {
+        return nullptr;
+    }
+    const unsigned long long missing = whole - bytes;
+    unsigned char* tail = coder.storedBytes(missing + checksumBytes);
+    m_dataset.readStored({piece.address + bytes, missing + checksumBytes}, tail);
+    sum.add(tail, missing);
+    return sum.value() == readChecksum(tail + missing) ? nullptr : "checksum mismatch";
 }
 
 } // namespace BufferApi::Formats::Native

@@ -96,7 +96,13 @@ private:
     void checkExtents() const;
     void checkChunks();
     void readRows(const PlanePosition& position, unsigned long long y, unsigned long long rows,
-                  unsigned char* destination, unsigned long long room, ChunkCoder& coder) const;
+                  unsigned char* destination, ChunkCoder& coder) const;
+    /// These give the reason when the stored bytes are damaged, null otherwise.
+    [[nodiscard]] const char* readCoded(const Hdf5::PlacedChunk& chunk, unsigned char* destination,
+                                        unsigned long long bytes, ChunkCoder& coder) const;
+    [[nodiscard]] const char* readAsItIs(const Hdf5::FilePiece& piece, bool hasChecksum,
+                                         unsigned char* destination, unsigned long long bytes,
+                                         ChunkCoder& coder) const;
 
     // Declared first, so that the file is closed after its dataset.
     std::shared_ptr<OpenFile> m_file;
