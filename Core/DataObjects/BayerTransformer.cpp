@@ -3,6 +3,7 @@
 
 #include "Core/Common/AttributeNames.h"
 #include "Core/Common/TargetClones.h"
+#include "Core/DataObjects/CacheLines.h"
 #include "Core/DataObjects/RGBImageParts.h"
 
 #include <algorithm>
@@ -178,8 +179,14 @@ RGBImage BayerTransformer::toColour(const Image<unsigned short>& mosaic) const
     RGBImage image(Private::copyOfMask(mosaic));
     RowWindow rows(mosaic);
     const std::size_t width = mosaic.GetWidth();
+    const bool streams = Private::isWorthStreaming(mosaic.size() * (sizeof(unsigned short) + sizeof(Rgb16)));
+    std::vector<Rgb16> row(streams ? width : 0);
     for (unsigned int y = 0; y < mosaic.GetHeight(); ++y) {
-        Private::demosaicRow(rows.at(y), width, sitesOf(y), image.GetRawPointer() + y * width);
+        Rgb16* const pixels = image.GetRawPointer() + y * width;
+        Private::demosaicRow(rows.at(y), width, sitesOf(y), streams ? row.data() : pixels);
+        if (streams) {
+            Private::copyPastCache(row.data(), width, pixels);
+        }
     }
     Private::copyParts(mosaic, image);
     image.GetAttributes().remove(Attr::rgbFrame);

@@ -2,6 +2,7 @@
 #include "Core/DataObjects/RGBImage.h"
 
 #include "Core/Common/AttributeNames.h"
+#include "Core/DataObjects/ColorRange.h"
 #include "Core/DataObjects/ImageParts.h"
 #include "Core/DataObjects/RGBImageParts.h"
 #include "Core/DataObjects/RgbKernels.h"
@@ -239,7 +240,7 @@ void RGBImage::ApplyColorRange(double minimum, double maximum)
     const double range = maximum - minimum;
     if (range > 0) {
         const double top = std::exp2(GetBitDepth()) - 1;
-        Private::applyColorRange(GetRawPointer(), size(), {minimum, range, top});
+        Private::applyColorRange(&m_pixels.data()->red, 3 * size(), {minimum, range, top});
     }
 }
 

@@ -5,13 +5,13 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
-#include <vector>
+#include <cstdint>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "Core/DataObjects/RgbKernels.cpp"
 #include <hwy/foreach_target.h>
 
+#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 #ifndef DATAOBJECTS_RGB_KERNELS
@@ -72,6 +72,7 @@ void takeOneChannel(const Rgb16* pixels, std::size_t count, Channel channel, uns
     const Words d;
     std::size_t i = 0;
     for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        prefetchAhead(wordsOf(pixels + i), 3 * hn::Lanes(d));
         Vector red;
         Vector green;
         Vector blue;
@@ -118,35 +119,60 @@ void joinAllChannels(const unsigned short* red, const unsigned short* green, con
     }
 }
 
-void allIntensities(const Rgb16* pixels, std::size_t count, float* values)
-{
-    std::size_t i = 0;
 #if HWY_TARGET != HWY_SCALAR
+/// From `i` on, as far as whole vectors go; how far that is.
+template <bool streams>
+std::size_t intensityVectors(const Rgb16* pixels, std::size_t i, std::size_t count, float* values)
+{
     const Words d;
     const hn::Half<Words> dHalf;
     const hn::RepartitionToWide<Words> dWide;
     const hn::RebindToSigned<decltype(dWide)> dInt;
     const hn::RebindToFloat<decltype(dWide)> dFloat;
-    const auto three = hn::Set(dFloat, 3.0F);
-    const auto third = [&](auto red, auto green, auto blue) {
+    const auto store = [&](auto red, auto green, auto blue, float* to) {
         const auto sum = hn::Add(hn::Add(hn::PromoteTo(dWide, red), hn::PromoteTo(dWide, green)),
                                  hn::PromoteTo(dWide, blue));
-        return hn::Div(hn::ConvertTo(dFloat, hn::BitCast(dInt, sum)), three);
+        const auto mean = hn::Div(hn::ConvertTo(dFloat, hn::BitCast(dInt, sum)), hn::Set(dFloat, 3.0F));
+        if constexpr (streams) {
+            hn::Stream(mean, dFloat, to);
+        } else {
+            hn::StoreU(mean, dFloat, to);
+        }
     };
     for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        prefetchAhead(wordsOf(pixels + i), 3 * hn::Lanes(d));
         Vector red;
         Vector green;
         Vector blue;
         hn::LoadInterleaved3(d, wordsOf(pixels + i), red, green, blue);
-        hn::StoreU(third(hn::LowerHalf(dHalf, red), hn::LowerHalf(dHalf, green), hn::LowerHalf(dHalf, blue)),
-                   dFloat, values + i);
-        hn::StoreU(third(hn::UpperHalf(dHalf, red), hn::UpperHalf(dHalf, green), hn::UpperHalf(dHalf, blue)),
-                   dFloat, values + i + hn::Lanes(dFloat));
+        store(hn::LowerHalf(dHalf, red), hn::LowerHalf(dHalf, green), hn::LowerHalf(dHalf, blue), values + i);
+        store(hn::UpperHalf(dHalf, red), hn::UpperHalf(dHalf, green), hn::UpperHalf(dHalf, blue),
+              values + i + hn::Lanes(dFloat));
     }
+    return i;
+}
 #endif
-    for (; i < count; ++i) {
+
+void eachIntensity(const Rgb16* pixels, std::size_t from, std::size_t to, float* values)
+{
+    for (std::size_t i = from; i < to; ++i) {
         values[i] = pixels[i].Intensity();
     }
+}
+
+void allIntensities(const Rgb16* pixels, std::size_t count, float* values)
+{
+    std::size_t done = pixelsBeforeLine(values, count);
+    eachIntensity(pixels, 0, done, values);
+#if HWY_TARGET != HWY_SCALAR
+    if (isWorthStreaming(count * (sizeof(Rgb16) + sizeof(float)))) {
+        done = intensityVectors<true>(pixels, done, count, values);
+        hwy::FlushStream();
+    } else {
+        done = intensityVectors<false>(pixels, done, count, values);
+    }
+#endif
+    eachIntensity(pixels, done, count, values);
 }
 
 unsigned short maxWord(const unsigned short* words, std::size_t count)
@@ -182,16 +208,6 @@ void subtractWords(unsigned short* words, std::size_t count, const unsigned shor
     }
 }
 
-void mapWords(unsigned short* words, std::size_t count, const ColorRange& colorRange)
-{
-    const auto [minimum, range, top] = colorRange;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double t = (words[i] - minimum) / range;
-        const double raised = t > 0 ? t : 0;
-        words[i] = static_cast<unsigned short>(static_cast<int>(top * (raised < 1 ? raised : 1)));
-    }
-}
-
 void unpackQuads(const BufferApi::RgbQuad* quads, std::size_t count, Rgb16* pixels)
 {
     for (std::size_t i = 0; i < count; ++i) {
@@ -210,23 +226,25 @@ void packQuads(const Rgb16* pixels, std::size_t count, unsigned int shift, Buffe
 }
 
 #if HWY_TARGET != HWY_SCALAR
-/// \name Truncated means that need no wider type
-/// \{
-Vector meanOfVectors(Vector a, Vector b)
+/// The truncated mean of two words, and in its lowest bit what was cut off.
+struct Mean
 {
-    return hn::Add(hn::And(a, b), hn::ShiftRight<1>(hn::Xor(a, b)));
-}
+    Mean(Vector a, Vector b) : rest(hn::Xor(a, b))
+    {
+        value = hn::Sub(hn::AverageRound(a, b), hn::And(rest, hn::Set(Words(), 1)));
+    }
 
-Vector meanOfVectors(Vector a, Vector b, Vector c, Vector d)
+    Vector value;
+    Vector rest;
+};
+
+/// The truncated mean of four: that of both means, plus 1 when only all that was cut off makes up for it.
+Vector meanOfMeans(const Mean& a, const Mean& b)
 {
-    const auto low = hn::Set(Words(), 3);
-    const auto rest =
-        hn::Add(hn::Add(hn::And(a, low), hn::And(b, low)), hn::Add(hn::And(c, low), hn::And(d, low)));
-    const auto whole = hn::Add(hn::Add(hn::ShiftRight<2>(a), hn::ShiftRight<2>(b)),
-                               hn::Add(hn::ShiftRight<2>(c), hn::ShiftRight<2>(d)));
-    return hn::Add(whole, hn::ShiftRight<2>(rest));
+    const Mean mean(a.value, b.value);
+    const auto allCutOff = hn::And(hn::And(a.rest, b.rest), mean.rest);
+    return hn::Add(mean.value, hn::And(allCutOff, hn::Set(Words(), 1)));
 }
-/// \}
 
 /// How many pixels were done.
 template <Channel colour, unsigned int parity>
@@ -238,16 +256,14 @@ std::size_t demosaicVectors(const MosaicRows& rows, std::size_t width, Rgb16* pi
     };
     std::size_t x = 0;
     for (; x + hn::Lanes(d) <= width; x += hn::Lanes(d)) {
-        const auto above = hn::LoadU(d, rows.above + x + 1);
-        const auto left = hn::LoadU(d, rows.row + x);
-        const auto middle = hn::LoadU(d, rows.row + x + 1);
-        const auto right = hn::LoadU(d, rows.row + x + 2);
-        const auto below = hn::LoadU(d, rows.below + x + 1);
-        const auto diagonal = meanOfVectors(hn::LoadU(d, rows.above + x), hn::LoadU(d, rows.above + x + 2),
-                                            hn::LoadU(d, rows.below + x), hn::LoadU(d, rows.below + x + 2));
-        const auto own = select(middle, meanOfVectors(left, right));
-        const auto green = select(meanOfVectors(above, below, left, right), middle);
-        const auto other = select(diagonal, meanOfVectors(above, below));
+        const auto pixel = hn::LoadU(d, rows.row + x + 1);
+        const Mean horizontal(hn::LoadU(d, rows.row + x), hn::LoadU(d, rows.row + x + 2));
+        const Mean vertical(hn::LoadU(d, rows.above + x + 1), hn::LoadU(d, rows.below + x + 1));
+        const Mean above(hn::LoadU(d, rows.above + x), hn::LoadU(d, rows.above + x + 2));
+        const Mean below(hn::LoadU(d, rows.below + x), hn::LoadU(d, rows.below + x + 2));
+        const auto own = select(pixel, horizontal.value);
+        const auto green = select(meanOfMeans(horizontal, vertical), pixel);
+        const auto other = select(meanOfMeans(above, below), vertical.value);
         if constexpr (colour == Channel::Red) {
             hn::StoreInterleaved3(own, green, other, d, wordsOf(pixels + x));
         } else {
@@ -276,6 +292,18 @@ void demosaicOneRow(const MosaicRows& rows, std::size_t width, const MosaicSites
     }
 }
 
+void streamWords(const unsigned short* source, std::size_t count, unsigned short* target)
+{
+    const Words d;
+    std::size_t i = pixelsBeforeLine(target, count);
+    std::copy_n(source, i, target);
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        hn::Stream(hn::LoadU(d, source + i), d, target + i);
+    }
+    hwy::FlushStream();
+    std::copy(source + i, source + count, target + i);
+}
+
 } // namespace DataObjects::Private::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -293,10 +321,10 @@ HWY_EXPORT(allIntensities);
 HWY_EXPORT(maxWord);
 HWY_EXPORT(addWords);
 HWY_EXPORT(subtractWords);
-HWY_EXPORT(mapWords);
 HWY_EXPORT(unpackQuads);
 HWY_EXPORT(packQuads);
 HWY_EXPORT(demosaicOneRow);
+HWY_EXPORT(streamWords);
 
 constexpr std::size_t components = 3;
 
@@ -360,25 +388,6 @@ void subtractValue(Rgb16* pixels, std::size_t count, Rgb16 value)
     withValue(pixels, count, value, subtractPixels);
 }
 
-void applyColorRange(Rgb16* pixels, std::size_t count, const ColorRange& colorRange)
-{
-    constexpr std::size_t entries = 0x10000;
-    constexpr std::size_t worthATable = 4 * entries;
-    unsigned short* const words = wordsOf(pixels);
-    const std::size_t wordCount = components * count;
-    if (wordCount < worthATable) {
-        HWY_DYNAMIC_DISPATCH(mapWords)(words, wordCount, colorRange);
-        return;
-    }
-    std::vector<unsigned short> table(entries);
-    std::iota(table.begin(), table.end(), static_cast<unsigned short>(0));
-    HWY_DYNAMIC_DISPATCH(mapWords)(table.data(), entries, colorRange);
-    const unsigned short* const mapped = table.data();
-    for (std::size_t i = 0; i < wordCount; ++i) {
-        words[i] = mapped[words[i]];
-    }
-}
-
 void fromQuads(const BufferApi::RgbQuad* quads, std::size_t count, Rgb16* pixels)
 {
     HWY_DYNAMIC_DISPATCH(unpackQuads)(quads, count, pixels);
@@ -392,6 +401,11 @@ void toQuads(const Rgb16* pixels, std::size_t count, unsigned int shift, BufferA
 void demosaicRow(const MosaicRows& rows, std::size_t width, const MosaicSites& sites, Rgb16* pixels)
 {
     HWY_DYNAMIC_DISPATCH(demosaicOneRow)(rows, width, sites, pixels);
+}
+
+void copyPastCache(const Rgb16* source, std::size_t count, Rgb16* target)
+{
+    HWY_DYNAMIC_DISPATCH(streamWords)(wordsOf(source), components * count, wordsOf(target));
 }
 
 } // namespace DataObjects::Private

@@ -40,17 +40,6 @@ void addValue(Rgb16* pixels, std::size_t count, Rgb16 value);
 void subtractValue(Rgb16* pixels, std::size_t count, Rgb16 value);
 /// \}
 
-/// Maps a component c to trunc(top * t), with t = (c - minimum) / range kept between 0 and 1.
-struct ColorRange
-{
-    double minimum;
-    double range;
-    double top;
-};
-
-/// Maps every component. Of many it makes a table first, of 128 KiB.
-void applyColorRange(Rgb16* pixels, std::size_t count, const ColorRange& colorRange);
-
 /// \name Packed colour, 8 bits a channel
 /// \{
 void fromQuads(const BufferApi::RgbQuad* quads, std::size_t count, Rgb16* pixels);
@@ -76,5 +65,8 @@ struct MosaicSites
 /// The colours of a row: components that a site does not have are the truncated means of its neighbours that
 /// have them.
 void demosaicRow(const MosaicRows& rows, std::size_t width, const MosaicSites& sites, Rgb16* pixels);
+
+/// For a row of an image that is larger than the cache.
+void copyPastCache(const Rgb16* source, std::size_t count, Rgb16* target);
 
 } // namespace DataObjects::Private
