@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Passes over colour images beside memcpy of the same bytes: it copies half of what a pass reads and writes,
-// so that both move as much.
+// so that both move as much. What makes an image copies a mask, too: one byte more is read and written.
 #include "Benchmarks/Race.h"
 #include "Core/Common/Array.h"
 #include "Core/Common/AttributeNames.h"
@@ -109,7 +109,7 @@ void intensityImage(benchmark::State& state)
         return;
     }
     raceCopy(
-        state, [&] { benchmark::DoNotOptimize(image.IntensityImage().GetRawPointer()); }, 6 + 4, true);
+        state, [&] { benchmark::DoNotOptimize(image.IntensityImage().GetRawPointer()); }, 6 + 4 + 2, true);
 }
 
 void redImage(benchmark::State& state)
@@ -119,7 +119,7 @@ void redImage(benchmark::State& state)
         return;
     }
     raceCopy(
-        state, [&] { benchmark::DoNotOptimize(image.RedImage().GetRawPointer()); }, 6 + 2, true);
+        state, [&] { benchmark::DoNotOptimize(image.RedImage().GetRawPointer()); }, 6 + 2 + 2, true);
 }
 
 void demosaic(benchmark::State& state)
@@ -141,7 +141,7 @@ void demosaic(benchmark::State& state)
     raceCopy(
         state,
         [&] { benchmark::DoNotOptimize(DataObjects::createRGBImageFromImage(mosaic).GetRawPointer()); },
-        2 + 6, true);
+        2 + 6 + 2, true);
 }
 
 void remosaic(benchmark::State& state)
@@ -162,7 +162,7 @@ void remosaic(benchmark::State& state)
             benchmark::DoNotOptimize(
                 DataObjects::createBayerPatternImageFromRGBImage(image, 1).GetRawPointer());
         },
-        6 + 2, true);
+        6 + 2 + 2, true);
 }
 
 void addValue(benchmark::State& state)
@@ -187,7 +187,7 @@ void copy(benchmark::State& state)
         return;
     }
     raceCopy(
-        state, [&] { benchmark::DoNotOptimize(RGBImage(image).GetRawPointer()); }, 12, true);
+        state, [&] { benchmark::DoNotOptimize(RGBImage(image).GetRawPointer()); }, 12 + 2, true);
 }
 
 void sides(benchmark::internal::Benchmark* benchmark)

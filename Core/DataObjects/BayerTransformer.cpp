@@ -102,19 +102,22 @@ struct RowShares
     Row diagonal; ///< to the four diagonals
 };
 
+/// \param sites all bits set where the row has a site of red or blue, else 0
 /// \param own component of the colour that the row has sites of \param other component of the third colour
 DATAOBJECTS_TARGET_CLONES void
-distribute(std::size_t width, unsigned int parity, const unsigned short* __restrict own,
+distribute(std::size_t width, const unsigned short* __restrict sites, const unsigned short* __restrict own,
            const unsigned short* __restrict green, const unsigned short* __restrict other,
            unsigned short* __restrict center, unsigned short* __restrict beside,
            unsigned short* __restrict straight, unsigned short* __restrict diagonal)
 {
+    const auto select = [](unsigned short site, unsigned short atSites, unsigned short between) {
+        return static_cast<unsigned short>((site & atSites) | (~site & between));
+    };
     for (std::size_t x = 0; x < width; ++x) {
-        const bool isSite = (x & 1U) == parity;
-        center[x] = isSite ? own[x] : green[x];
-        beside[x] = isSite ? green[x] : own[x];
-        straight[x] = isSite ? green[x] : other[x];
-        diagonal[x] = isSite ? other[x] : static_cast<unsigned short>(0);
+        center[x] = select(sites[x], own[x], green[x]);
+        beside[x] = select(sites[x], green[x], own[x]);
+        straight[x] = select(sites[x], green[x], other[x]);
+        diagonal[x] = select(sites[x], other[x], 0);
     }
 }
 
@@ -126,15 +129,17 @@ void doubleEnds(Row& shares)
     }
 }
 
-/// Adds `times` times what comes straight and from both sides; sums wrap.
-DATAOBJECTS_TARGET_CLONES void addShares(std::size_t width, unsigned int times,
+/// Adds what comes straight and from both sides, with twice as large shares from a row at the edge: the row
+/// beyond it is mirrored. Sums wrap.
+DATAOBJECTS_TARGET_CLONES void addShares(std::size_t width, bool isTwice,
                                          const unsigned short* __restrict straight,
                                          const unsigned short* __restrict aside,
                                          unsigned short* __restrict mosaic)
 {
+    const unsigned int shift = isTwice ? 1 : 0;
     for (std::size_t x = 0; x < width; ++x) {
         const auto share = static_cast<unsigned short>(straight[x] + aside[x] + aside[x + 2]);
-        mosaic[x] = static_cast<unsigned short>(mosaic[x] + times * share);
+        mosaic[x] = static_cast<unsigned short>(mosaic[x] + (share << shift));
     }
 }
 
@@ -142,14 +147,20 @@ DATAOBJECTS_TARGET_CLONES void addShares(std::size_t width, unsigned int times,
 class RowSplitter
 {
 public:
-    explicit RowSplitter(std::size_t width) : m_red(width), m_green(width), m_blue(width), m_shares(width) {}
+    explicit RowSplitter(std::size_t width)
+        : m_red(width), m_green(width), m_blue(width), m_evenSites(width + 1), m_shares(width)
+    {
+        for (std::size_t x = 0; x <= width; x += 2) {
+            m_evenSites[x] = 0xFFFF;
+        }
+    }
 
     const RowShares& split(const Rgb16* pixels, const Private::MosaicSites& sites)
     {
         const std::size_t width = m_red.size();
         Private::splitChannels(pixels, width, m_red.data(), m_green.data(), m_blue.data());
         const bool isRed = sites.colour == Private::Channel::Red;
-        distribute(width, sites.parity, (isRed ? m_red : m_blue).data(), m_green.data(),
+        distribute(width, m_evenSites.data() + sites.parity, (isRed ? m_red : m_blue).data(), m_green.data(),
                    (isRed ? m_blue : m_red).data(), m_shares.center.data(), m_shares.beside.data() + 1,
                    m_shares.straight.data(), m_shares.diagonal.data() + 1);
         doubleEnds(m_shares.beside);
@@ -161,6 +172,7 @@ private:
     Row m_red;
     Row m_green;
     Row m_blue;
+    Row m_evenSites;
     RowShares m_shares;
 };
 
@@ -203,14 +215,13 @@ Image<unsigned short> BayerTransformer::toMosaic(const RGBImage& image) const
     for (unsigned int y = 0; y < height; ++y) {
         const RowShares& shares = splitter.split(image.GetRawPointer() + y * width, sitesOf(y));
         unsigned short* const row = mosaic.GetRawPointer() + y * width;
-        addShares(width, 1, shares.center.data(), shares.beside.data(), row);
-        // The rows beyond the edges are mirrored too.
-        const unsigned int times = y == 0 || y + 1 == height ? 2 : 1;
+        addShares(width, false, shares.center.data(), shares.beside.data(), row);
+        const bool isEdge = y == 0 || y + 1 == height;
         if (y > 0) {
-            addShares(width, times, shares.straight.data(), shares.diagonal.data(), row - width);
+            addShares(width, isEdge, shares.straight.data(), shares.diagonal.data(), row - width);
         }
         if (y + 1 < height) {
-            addShares(width, times, shares.straight.data(), shares.diagonal.data(), row + width);
+            addShares(width, isEdge, shares.straight.data(), shares.diagonal.data(), row + width);
         }
     }
     Image<unsigned short> result = Private::withPartsOf(image, std::move(mosaic));
