@@ -103,24 +103,24 @@ TEST(RGBImageBufferToBufferTest, EightBitsComeBackThroughAFile)
 TEST(RGBImageBufferToBufferTest, TheHighBitsOfTheDeepestFrameRemain)
 {
     RGBImageBuffer buffer = recording(8);
-    RGBImage& deep = buffer.getFrame(1);
+    RGBImage& deep = buffer.getFrame(0);
     deep = Rgb16(4095, 2047, 15);
     deep.GetAttributes().set(Attr::cameraMaxIntensity, 4095);
     deep(1, 0) = Rgb16(65535, 4096, 16);
-    buffer.getFrame(0)(0, 0) = Rgb16(255, 15, 16);
+    buffer.getFrame(1)(0, 0) = Rgb16(255, 15, 16);
     const RGBImageBuffer read = createRGBImageBufferFromBuffer(*createRGB32BufferFromRGBImageBuffer(buffer));
     expectCompanions(read);
-    EXPECT_EQ(read.getFrame(1)(0, 0), Rgb16(255, 127, 0));
-    EXPECT_EQ(read.getFrame(1)(1, 0), Rgb16(255, 255, 1));
-    EXPECT_EQ(read.getFrame(0)(0, 0), Rgb16(15, 0, 1));
-    EXPECT_EQ(read.getFrame(1).GetBitDepth(), 8);
-    EXPECT_EQ(read.getFrame(1).GetAttributes().attributeValue(Attr::cameraMaxIntensity).value<int>(), 255);
+    EXPECT_EQ(read.getFrame(0)(0, 0), Rgb16(255, 127, 0));
+    EXPECT_EQ(read.getFrame(0)(1, 0), Rgb16(255, 255, 1));
+    EXPECT_EQ(read.getFrame(1)(0, 0), Rgb16(15, 0, 1));
+    EXPECT_EQ(read.getFrame(0).GetBitDepth(), 8);
+    EXPECT_EQ(read.getFrame(0).GetAttributes().attributeValue(Attr::cameraMaxIntensity).value<int>(), 255);
     for (const auto& frame : read) {
         EXPECT_EQ(frame->GetScaleI(),
                   Zt::LinearScale(48.0, 4.0, QStringLiteral("counts"), QStringLiteral("I")));
     }
-    EXPECT_EQ(buffer.getFrame(1)(0, 0), Rgb16(4095, 2047, 15));
-    EXPECT_EQ(buffer.getFrame(1).GetScaleI(), scaleI);
+    EXPECT_EQ(buffer.getFrame(0)(0, 0), Rgb16(4095, 2047, 15));
+    EXPECT_EQ(buffer.getFrame(0).GetScaleI(), scaleI);
 }
 
 TEST(RGBImageBufferToBufferTest, WordFramesAreMosaics)

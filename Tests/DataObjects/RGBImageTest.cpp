@@ -352,6 +352,7 @@ TEST(RGBImageTest, AppliesColourRangesExactly)
                                    {1000, infinity, 10},
                                    {3, 3000, 16},
                                    {60000, 60001, 9},
+                                   {59999.5, 60000.2, 9},
                                    {-5, -1, 8}}) {
             onEachTarget([&] {
                 RGBImage result = image;
