@@ -3,6 +3,8 @@
 
 #include "Core/DataObjects/BufferLibDataAccess.h"
 #include "Core/DataObjects/ImageFrameAccess.h"
+#include "Core/DataObjects/Latin1.h"
+#include "Core/DataObjects/TypedScalars.h"
 
 namespace DataObjects
 {
@@ -11,6 +13,7 @@ namespace
 {
 
 using BufferApi::I_Buffer;
+using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
 using BufferApi::I_PlaneBase;
 
@@ -30,6 +33,16 @@ I_PlaneBase& pixelPlane(const I_FrameImage& frame, unsigned int z)
         RTE::raise(RTE::VerificationFailed(QStringLiteral("Invalid plane-index %1").arg(z)));
     }
     return *plane;
+}
+
+I_PlaneBase& typedScalarPlane(const I_Frame& frame, const std::string& name, unsigned int z)
+{
+    const BufferApi::I_Component* const component = Private::findTypedScalar(frame, name);
+    if (component == nullptr) {
+        RTE::raise(RTE::VerificationFailed(
+            QStringLiteral("No typed scalar of name '%1' found.").arg(Private::fromLatin1(name))));
+    }
+    return Private::typedScalarPlane(*component, z);
 }
 
 /// The pixels in the frame's type, taken out of the plane when `Frame` is no reference.
@@ -91,6 +104,18 @@ ImageData<T> GetImageDataT(I_Buffer&& buffer, unsigned int frame, unsigned int z
     return GetImageDataT<T>(std::move(Private::getImageFrame(buffer, frame, notImage)), z);
 }
 
+template <typename T>
+ImageData<T> GetImageDataFromTypedScalarT(I_Frame& frame, const std::string& name, unsigned int z)
+{
+    return GetImageDataT<T>(typedScalarPlane(frame, name, z));
+}
+
+template <typename T>
+ImageData<T> GetImageDataFromTypedScalarT(I_Frame&& frame, const std::string& name, unsigned int z)
+{
+    return GetImageDataT<T>(std::move(typedScalarPlane(frame, name, z)));
+}
+
 std::unique_ptr<ImageDataVariant> GetImageData(I_FrameImage& frame, unsigned int z)
 {
     return getVariant(frame, z);
@@ -128,7 +153,9 @@ std::unique_ptr<const ImageDataVariant> GetImageData(const I_Buffer& buffer, uns
     template ImageData<type> GetImageDataT(I_FrameImage&, unsigned int);                                     \
     template ImageData<type> GetImageDataT(I_FrameImage&&, unsigned int);                                    \
     template ImageData<type> GetImageDataT(I_Buffer&, unsigned int, unsigned int);                           \
-    template ImageData<type> GetImageDataT(I_Buffer&&, unsigned int, unsigned int);
+    template ImageData<type> GetImageDataT(I_Buffer&&, unsigned int, unsigned int);                          \
+    template ImageData<type> GetImageDataFromTypedScalarT(I_Frame&, const std::string&, unsigned int);       \
+    template ImageData<type> GetImageDataFromTypedScalarT(I_Frame&&, const std::string&, unsigned int);
 DATAOBJECTS_PIXEL_TYPES(DATAOBJECTS_INSTANTIATE)
 #undef DATAOBJECTS_INSTANTIATE
 

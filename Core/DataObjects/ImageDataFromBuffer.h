@@ -3,9 +3,12 @@
 
 #include "Core/DataObjects/ImageData.h"
 
+#include <string>
+
 namespace BufferApi
 {
 class I_Buffer;
+class I_Frame;
 class I_FrameImage;
 class I_PlaneBase;
 } // namespace BufferApi
@@ -62,6 +65,18 @@ template <typename T>
 template <typename T>
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT ImageData<T> GetImageDataT(BufferApi::I_Buffer&& buffer,
                                                                         unsigned int frame, unsigned int z);
+/// \}
+
+/// \name From a typed scalar of a frame
+/// \throws RTE::VerificationFailed "No typed scalar of name 'name' found.", "Invalid plane index z" with the
+/// number, and as from a plane
+/// \{
+template <typename T>
+[[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT ImageData<T>
+GetImageDataFromTypedScalarT(BufferApi::I_Frame& frame, const std::string& name, unsigned int z);
+template <typename T>
+[[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT ImageData<T>
+GetImageDataFromTypedScalarT(BufferApi::I_Frame&& frame, const std::string& name, unsigned int z);
 /// \}
 
 /// \name In the type of the frame

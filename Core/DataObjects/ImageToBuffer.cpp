@@ -4,6 +4,7 @@
 #include "Core/DataObjects/BufferLibDataAccess.h"
 #include "Core/DataObjects/FrameWriting.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
+#include "Core/DataObjects/TypedScalars.h"
 #include "Core/DataObjects/VisitImageType.h"
 
 namespace DataObjects
@@ -15,6 +16,8 @@ namespace
 using BufferApi::I_Buffer;
 using BufferApi::I_FrameImage;
 using Private::FramePointer;
+
+const char* const otherSize = "Size of image and image plane must be equal.";
 
 template <typename T>
 FramePointer frameOf(const ImageData<T>& data)
@@ -113,8 +116,7 @@ void CopyImageDataToFrameT(const ImageData<T>& data, I_FrameImage& frame, unsign
 {
     const BufferApi::I_PlaneBase* const plane = Private::findPixelPlane(frame, z);
     RTE::verify(plane != nullptr, "Invalid destination plane.");
-    RTE::verify(plane->GetWidth() == data.GetWidth() && plane->GetHeight() == data.GetHeight(),
-                "Size of image and image plane must be equal.");
+    RTE::verify(plane->GetWidth() == data.GetWidth() && plane->GetHeight() == data.GetHeight(), otherSize);
     RTE::verify(BufferApi::IsOfType<T>(*plane), "Date type of image and image plane must be equal.");
     Private::copyPixels(data, *plane);
 }
@@ -143,6 +145,28 @@ void CopyImageToFrame(const ImageVariant& image, I_FrameImage& frame, unsigned i
     });
 }
 
+template <typename T>
+void CopyImageDataToTypedScalarT(const ImageData<T>& data, BufferApi::I_Frame& frame, const std::string& name,
+                                 unsigned int z)
+{
+    Private::copyToTypedScalar(data, frame, name, z, otherSize);
+}
+
+void CopyImageDataToTypedScalar(const ImageDataVariant& data, BufferApi::I_Frame& frame,
+                                const std::string& name, unsigned int z)
+{
+    Private::visitImageDataType(data.GetDataType(), [&](auto tag) {
+        CopyImageDataToTypedScalarT(CastImageDataTo<typename decltype(tag)::type>(data), frame, name, z);
+    });
+}
+
+void CopyImageToTypedScalar(const ImageVariant& image, BufferApi::I_Frame& frame, const std::string& name,
+                            unsigned int z)
+{
+    Private::verifyImageType(image.GetDataType());
+    CopyImageDataToTypedScalar(image.GetImageData(), frame, name, z);
+}
+
 BufferApi::E_DataType GetImageDataType(const ImageDataVariant& data) noexcept
 {
     return storedType(data.GetDataType());
@@ -159,7 +183,9 @@ BufferApi::E_DataType GetImageDataType(const ImageVariant& image) noexcept
     template std::unique_ptr<I_Buffer> CreateBufferFromImageDataT(const ImageData<type>&);                   \
     template std::unique_ptr<I_Buffer> CreateBufferFromImageT(const Image<type>&, bool);                     \
     template void CopyImageDataToFrameT(const ImageData<type>&, I_FrameImage&, unsigned int);                \
-    template void CopyImageToFrameT(const Image<type>&, I_FrameImage&, unsigned int);
+    template void CopyImageToFrameT(const Image<type>&, I_FrameImage&, unsigned int);                        \
+    template void CopyImageDataToTypedScalarT(const ImageData<type>&, BufferApi::I_Frame&,                   \
+                                              const std::string&, unsigned int);
 DATAOBJECTS_PIXEL_TYPES(DATAOBJECTS_INSTANTIATE)
 #undef DATAOBJECTS_INSTANTIATE
 

@@ -6,6 +6,7 @@
 namespace BufferApi
 {
 class I_Buffer;
+class I_Frame;
 class I_FrameImage;
 } // namespace BufferApi
 
@@ -81,6 +82,25 @@ DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageToFrameT(const Image<T>& image, Buf
                                                       unsigned int z);
 DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageToFrame(const ImageVariant& image,
                                                      BufferApi::I_FrameImage& frame, unsigned int z);
+/// \}
+
+/// \name Into a typed scalar of a frame
+/// Copies the pixels alone, as ScalarFieldToFrame.h tells of typed scalars; scales stay.
+/// \throws RTE::VerificationFailed "Invalid plane index z" with the number, "Size of image and image plane
+/// must be equal."
+/// \{
+template <typename T>
+DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageDataToTypedScalarT(const ImageData<T>& data,
+                                                                BufferApi::I_Frame& frame,
+                                                                const std::string& name, unsigned int z);
+/// \throws RTE::Exception "Unsupported image data type" unless it is one of the six
+DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageDataToTypedScalar(const ImageDataVariant& data,
+                                                               BufferApi::I_Frame& frame,
+                                                               const std::string& name, unsigned int z);
+/// The pixels of the image alone. \throws RTE::Exception "Unsupported image type" unless it is one of the six
+DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageToTypedScalar(const ImageVariant& image,
+                                                           BufferApi::I_Frame& frame, const std::string& name,
+                                                           unsigned int z);
 /// \}
 
 /// The frame store's type of the pixels; `DT_UNKNOWN` for a type that is none of the six.

@@ -22,11 +22,7 @@ namespace
 
 BufferApi::I_PlaneBase& planeOf(const BufferApi::I_Frame& frame, const std::string& name, unsigned int z)
 {
-    const BufferApi::I_Component* const component = Private::findTypedScalar(frame, name);
-    if (component == nullptr) {
-        raiseNamed("No typed scalar of name '%1' found.", name);
-    }
-    return Private::typedScalarPlane(*component, z);
+    return Private::typedScalarPlane(*Private::findTypedScalar(frame, name), z);
 }
 
 void verifyMovable(const BufferApi::I_PlaneBase& plane, const Math::Size2T<unsigned int>& size)
@@ -84,25 +80,5 @@ void MoveScalarFieldFromFrame(ScalarFields& fields, BufferApi::I_Frame&& frame, 
         fields.Add(Private::fromLatin1(name), std::move(field));
     }
 }
-
-template <typename T>
-ImageData<T> GetImageDataFromTypedScalarT(BufferApi::I_Frame& frame, const std::string& name, unsigned int z)
-{
-    return GetImageDataT<T>(planeOf(frame, name, z));
-}
-
-template <typename T>
-ImageData<T> GetImageDataFromTypedScalarT(BufferApi::I_Frame&& frame, const std::string& name, unsigned int z)
-{
-    return GetImageDataT<T>(std::move(planeOf(frame, name, z)));
-}
-
-#define DATAOBJECTS_INSTANTIATE(T, number, name)                                                             \
-    template ImageData<T> GetImageDataFromTypedScalarT<T>(BufferApi::I_Frame&, const std::string&,           \
-                                                          unsigned int);                                     \
-    template ImageData<T> GetImageDataFromTypedScalarT<T>(BufferApi::I_Frame&&, const std::string&,          \
-                                                          unsigned int);
-DATAOBJECTS_PIXEL_TYPES(DATAOBJECTS_INSTANTIATE)
-#undef DATAOBJECTS_INSTANTIATE
 
 } // namespace DataObjects

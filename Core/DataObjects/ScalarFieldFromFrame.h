@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Core/DataObjects/ImageData.h"
 #include "Core/DataObjects/ScalarFields.h"
 
 #include <string>
@@ -46,18 +45,5 @@ GetScalarFields(BufferApi::I_Frame& frame, unsigned int plane);
 /// size.", "data-pointer is null" when memory was given up before \throws RTE::Exception as GetScalarField
 DATAOBJECTS_DATAOBJECTS_EXPORT void MoveScalarFieldFromFrame(ScalarFields& fields, BufferApi::I_Frame&& frame,
                                                              unsigned int plane);
-
-/// \name The pixels alone
-/// A view, or with `&&` the memory of the plane.
-/// \throws RTE::VerificationFailed "No typed scalar of name 'name' found.", "Invalid plane index z" with the
-/// number, and as GetImageDataT from a plane
-/// \{
-template <typename T>
-[[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT ImageData<T>
-GetImageDataFromTypedScalarT(BufferApi::I_Frame& frame, const std::string& name, unsigned int z);
-template <typename T>
-[[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT ImageData<T>
-GetImageDataFromTypedScalarT(BufferApi::I_Frame&& frame, const std::string& name, unsigned int z);
-/// \}
 
 } // namespace DataObjects

@@ -19,42 +19,9 @@ namespace
 {
 
 using BufferApi::I_Frame;
+using Private::copyToTypedScalar;
 
 constexpr const char* otherFieldSize = "Size of TS and plane must be equal.";
-
-/// Size of the plane that is to be overwritten or made. One that was read from a file need not have that of
-/// the frame.
-Math::Size2T<unsigned int> planeSize(const I_Frame& frame, const std::string& name, unsigned int z,
-                                     BufferApi::E_DataType type)
-{
-    const BufferApi::I_Component* const existing = Private::findTypedScalar(frame, name);
-    if (existing == nullptr || existing->GetDataType() != type) {
-        return {frame.GetWidth(), frame.GetHeight()};
-    }
-    const BufferApi::I_PlaneBase& plane = Private::typedScalarPlane(*existing, z);
-    return {plane.GetWidth(), plane.GetHeight()};
-}
-
-template <typename T>
-void verifyFits(const ImageData<T>& data, const I_Frame& frame, const std::string& name, unsigned int z,
-                const char* otherSize, RTE::SourceLocation location = RTE::SourceLocation::current())
-{
-    ScalarFieldMap::verifyName(Private::fromLatin1(name));
-    Private::verifyPlaneIndex(frame, z, location);
-    RTE::verify(data.GetSize() == planeSize(frame, name, z, BufferApi::GetDataType<T>()), otherSize,
-                location);
-    RTE::verify(data.GetRawPointer() != nullptr, "data-pointer is null", location);
-}
-
-template <typename T>
-void copyPixels(const ImageData<T>& data, I_Frame& frame, const std::string& name, unsigned int z,
-                const char* otherSize)
-{
-    verifyFits(data, frame, name, z, otherSize);
-    BufferApi::CreateTypedScalarInFrame(&frame, name, BufferApi::GetDataType<T>());
-    auto plane = GetImageDataFromTypedScalarT<T>(frame, name, z);
-    plane = data;
-}
 
 void setScale(I_Frame& frame, const std::string& name, const Zt::LinearScale& scale)
 {
@@ -98,13 +65,13 @@ template <typename T>
 void movePixels(const std::vector<ImageData<T>*>& planes, I_Frame& frame, const std::string& name)
 {
     for (unsigned int z = 0; z < planes.size(); ++z) {
-        verifyFits(*planes[z], frame, name, z, otherFieldSize);
+        Private::verifyFitsTypedScalar(*planes[z], frame, name, z, otherFieldSize);
     }
     if (giveArrays(planes, frame, name)) {
         return;
     }
     for (unsigned int z = 0; z < planes.size(); ++z) {
-        copyPixels(*planes[z], frame, name, z, otherFieldSize);
+        copyToTypedScalar(*planes[z], frame, name, z, otherFieldSize);
     }
 }
 
@@ -150,32 +117,10 @@ void moveField(const FieldOfPlanes& fields, I_Frame& frame, const std::string& n
 } // namespace
 
 template <typename T>
-void CopyImageDataToTypedScalarT(const ImageData<T>& data, I_Frame& frame, const std::string& name,
-                                 unsigned int z)
-{
-    copyPixels(data, frame, name, z, "Size of image and image plane must be equal.");
-}
-
-void CopyImageDataToTypedScalar(const ImageDataVariant& data, I_Frame& frame, const std::string& name,
-                                unsigned int z)
-{
-    Private::visitImageDataType(data.GetDataType(), [&](auto tag) {
-        CopyImageDataToTypedScalarT(CastImageDataTo<typename decltype(tag)::type>(data), frame, name, z);
-    });
-}
-
-void CopyImageToTypedScalar(const ImageVariant& image, I_Frame& frame, const std::string& name,
-                            unsigned int z)
-{
-    Private::verifyImageType(image.GetDataType());
-    CopyImageDataToTypedScalar(image.GetImageData(), frame, name, z);
-}
-
-template <typename T>
 void CopyScalarFieldToFrameTypedScalarT(const ScalarField<T>& field, I_Frame& frame, const std::string& name,
                                         unsigned int plane)
 {
-    copyPixels(field.GetDataT(), frame, name, plane, otherFieldSize);
+    copyToTypedScalar(field.GetDataT(), frame, name, plane, otherFieldSize);
     setScale(frame, name, field.GetScaleI());
 }
 
@@ -230,8 +175,6 @@ void MoveScalarFieldsFromVolumeToFrame(ImageVolumeVariant& volume, BufferApi::I_
 }
 
 #define DATAOBJECTS_INSTANTIATE(T, number, text)                                                             \
-    template void CopyImageDataToTypedScalarT<T>(const ImageData<T>&, I_Frame&, const std::string&,          \
-                                                 unsigned int);                                              \
     template void CopyScalarFieldToFrameTypedScalarT<T>(const ScalarField<T>&, I_Frame&, const std::string&, \
                                                         unsigned int);                                       \
     template void MoveScalarFieldToFrameT<T>(ImageData<T>&, I_Frame&, const QString&);

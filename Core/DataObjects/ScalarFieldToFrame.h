@@ -26,25 +26,6 @@ namespace DataObjects
 /// All functions throw RTE::VerificationFailed "Empty scalar field names are not allowed.", and "data-pointer
 /// is null" for pixels or a plane whose memory was given up.
 
-/// \name Copying pixels
-/// Scales stay.
-/// \throws RTE::VerificationFailed "Invalid plane index z" with the number, "Size of image and image plane
-/// must be equal."
-/// \{
-template <typename T>
-DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageDataToTypedScalarT(const ImageData<T>& data,
-                                                                BufferApi::I_Frame& frame,
-                                                                const std::string& name, unsigned int z);
-/// \throws RTE::Exception "Unsupported image data type" unless it is one of the six
-DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageDataToTypedScalar(const ImageDataVariant& data,
-                                                               BufferApi::I_Frame& frame,
-                                                               const std::string& name, unsigned int z);
-/// The pixels of the image alone. \throws RTE::Exception "Unsupported image type" unless it is one of the six
-DATAOBJECTS_DATAOBJECTS_EXPORT void CopyImageToTypedScalar(const ImageVariant& image,
-                                                           BufferApi::I_Frame& frame, const std::string& name,
-                                                           unsigned int z);
-/// \}
-
 /// \name Copying a scalar field
 /// Pixels into one plane, and the scale, which is that of all planes.
 /// \throws RTE::VerificationFailed "Invalid plane index z" with the number, "Size of TS and plane must be

@@ -4,6 +4,7 @@
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/FrameBuilder.h"
 #include "Core/Buffer/LazyPlane.h"
+#include "Core/DataObjects/ImageDataFromBuffer.h"
 #include "Core/DataObjects/ScalarField.h"
 #include "Core/DataObjects/ScalarFieldToFrame.h"
 #include "Tests/Support/AllTypes.h"

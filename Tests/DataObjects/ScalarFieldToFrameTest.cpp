@@ -3,6 +3,8 @@
 
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/FrameBuilder.h"
+#include "Core/DataObjects/ImageDataFromBuffer.h"
+#include "Core/DataObjects/ImageToBuffer.h"
 #include "Core/DataObjects/ImageVolume.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 #include "Tests/DataObjects/StrangeField.h"
@@ -143,6 +145,24 @@ TEST(ScalarFieldToFrame, FailuresComeInOrderAndLeaveTheFrame)
     }));
     EXPECT_EQ(frame->GetComponentCount(), 1U);
     EXPECT_THAT(valuesOf(larger), Each(1.0F));
+}
+
+TEST(ScalarFieldToFrame, PixelsAloneFailInTheFilesOfImages)
+{
+    const auto frame = newFrame(1);
+    const ImageData<float> wide(4, 2, 1.0F);
+    for (const auto& [file, call] :
+         {std::pair<const char*, std::function<void()>>{
+              "ImageToBuffer", [&] { CopyImageDataToTypedScalar(wide, *frame, "a", 0); }},
+          {"ImageToBuffer", [&] { CopyImageDataToTypedScalarT(wide, *frame, "a", 1); }},
+          {"ImageDataFromBuffer", [&] { static_cast<void>(view<float>(*frame, "a")); }}}) {
+        try {
+            call();
+            ADD_FAILURE();
+        } catch (const VerificationFailed& failure) {
+            EXPECT_EQ(failure.locationFile(), QStringLiteral("Core/DataObjects/%1").arg(file));
+        }
+    }
 }
 
 TEST(ScalarFieldToFrame, APlaneOutOfAFileNeedNotHaveTheSizeOfItsFrame)
