@@ -58,6 +58,13 @@ void handOver(MovingArrays<T>& arrays, Take take)
 /// \throws RTE::VerificationFailed "Invalid data type for image frame." for null
 [[nodiscard]] FramePointer verifiedFrame(BufferApi::I_FrameImage* frame, RTE::SourceLocation location);
 
+/// \throws RTE::VerificationFailed "data-pointer is null" for an image that was moved from
+inline void verifyNotMovedFrom(const ImageVariant& image,
+                               RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    RTE::verify(image.GetImageDataSPtr() != nullptr, "data-pointer is null", location);
+}
+
 /// A frame with pixels of its own, uninitialised.
 template <typename T>
 [[nodiscard]] FramePointer newFrame(const Math::Size2T<unsigned int>& size, unsigned int depth,

@@ -7,6 +7,8 @@
 #include "Core/DataObjects/ImageVolumeToFrame.h"
 #include "Core/DataObjects/VisitImageType.h"
 
+#include <unordered_map>
+
 namespace DataObjects
 {
 
@@ -54,6 +56,37 @@ QString nameOf(const ImageBufferVariant& recording)
     return Private::visitImageType(recording.GetDataType(), [&](auto tag) {
         return static_cast<const ImageBuffer<typename decltype(tag)::type>&>(recording).GetName();
     });
+}
+
+/// The last frame that has each of the planes: two frames may share one.
+using LastFrames = std::unordered_map<const ImageDataVariant*, unsigned int>;
+
+template <typename Visitor>
+void visitPlanes(const ImageVolumeVariant& volume, Visitor visitor)
+{
+    for (unsigned int z = 0; z < volume.GetDepth(); ++z) {
+        visitor(volume.getPlane(z).GetImageDataSPtr().get());
+    }
+}
+
+LastFrames lastFramesOf(const ImageBufferVariant& recording)
+{
+    LastFrames last;
+    for (unsigned int frame = 0; frame < recording.getFrameCount(); ++frame) {
+        visitPlanes(recording.getFrame(frame), [&](const ImageDataVariant* plane) { last[plane] = frame; });
+    }
+    return last;
+}
+
+/// A new frame, by moving unless a later one shares its planes.
+I_FrameImage* frameMoved(ImageBufferVariant& recording, unsigned int frame, const LastFrames& last,
+                         bool withMask)
+{
+    ImageVolumeVariant& volume = recording.getFrame(frame);
+    bool isLast = true;
+    visitPlanes(volume, [&](const ImageDataVariant* plane) { isLast = isLast && last.at(plane) == frame; });
+    return isLast ? CreateFrameFromImageVolume(std::move(volume), withMask)
+                  : CreateFrameFromImageVolume(std::as_const(volume), withMask);
 }
 
 /// A buffer with the frame that `makeFrame` makes of each index.
@@ -117,9 +150,9 @@ std::unique_ptr<I_Buffer> CreateBufferFromImageBuffer(const ImageBufferVariant& 
 
 std::unique_ptr<I_Buffer> CreateBufferFromImageBuffer(ImageBufferVariant&& recording, bool withMask)
 {
-    return bufferOf(recording, [&](unsigned int frame) {
-        return CreateFrameFromImageVolume(std::move(recording.getFrame(frame)), withMask);
-    });
+    const LastFrames last = lastFramesOf(recording);
+    return bufferOf(recording,
+                    [&](unsigned int frame) { return frameMoved(recording, frame, last, withMask); });
 }
 
 #define DATAOBJECTS_INSTANTIATE(type, number, name)                                                          \

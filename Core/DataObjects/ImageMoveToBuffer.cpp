@@ -47,6 +47,7 @@ FramePointer frameOf(ImageData<T>& data)
 template <typename T>
 FramePointer frameOf(Image<T>& image, bool withMask)
 {
+    Private::verifyNotMovedFrom(image);
     FramePointer frame = frameOf(image.GetImageData());
     if (withMask) {
         Private::moveMasks({&image}, *frame);

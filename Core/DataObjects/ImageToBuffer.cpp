@@ -30,6 +30,7 @@ FramePointer frameOf(const ImageData<T>& data)
 template <typename T>
 FramePointer frameOf(const Image<T>& image, bool withMask)
 {
+    Private::verifyNotMovedFrom(image);
     FramePointer frame = frameOf(image.GetImageData());
     if (withMask) {
         Private::addMasks({&image}, *frame);
@@ -124,6 +125,7 @@ void CopyImageDataToFrameT(const ImageData<T>& data, I_FrameImage& frame, unsign
 template <typename T>
 void CopyImageToFrameT(const Image<T>& image, I_FrameImage& frame, unsigned int z)
 {
+    Private::verifyNotMovedFrom(image);
     Private::assignScales(image, frame);
     if (isViewOf(image, frame, z)) {
         return;
@@ -164,6 +166,7 @@ void CopyImageToTypedScalar(const ImageVariant& image, BufferApi::I_Frame& frame
                             unsigned int z)
 {
     Private::verifyImageType(image.GetDataType());
+    Private::verifyNotMovedFrom(image);
     CopyImageDataToTypedScalar(image.GetImageData(), frame, name, z);
 }
 

@@ -38,6 +38,7 @@ CreateFrameFromImageData(const ImageDataVariant& data);
 /// \name A new frame with scales, attributes and scalar fields
 /// Of depth 1, owned by the caller; the mask only when it is asked for.
 /// \throws RTE::Exception "Unsupported image type"
+/// \throws RTE::VerificationFailed "data-pointer is null" for an image that was moved from
 /// \{
 template <typename T>
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT BufferApi::I_FrameImage*

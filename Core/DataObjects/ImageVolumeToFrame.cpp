@@ -18,8 +18,15 @@ using BufferApi::I_FrameImage;
 using Private::FramePointer;
 
 template <typename T>
+void verifyHasPlanes(const ImageVolume<T>& volume)
+{
+    RTE::verify(volume.GetDepth() > 0, "ImageVolume must have at least one z-plane");
+}
+
+template <typename T>
 void verifyFits(const ImageVolume<T>& volume, const I_FrameImage& frame)
 {
+    verifyHasPlanes(volume);
     const BufferApi::I_PlaneBase* const plane = Private::findPixelPlane(frame, 0);
     RTE::verify(plane != nullptr, "Z-Plane for given frame not valid!");
     RTE::verify(BufferApi::IsOfType<T>(*plane), "Pixel-plane of given frame has not the required type!");
@@ -76,6 +83,7 @@ void copyVolume(const ImageVolume<T>& volume, bool withMasks, I_FrameImage& fram
 template <typename T>
 FramePointer frameOf(const ImageVolume<T>& volume, bool withMask)
 {
+    verifyHasPlanes(volume);
     FramePointer frame = newFrameFor(volume);
     if (withMask) {
         Private::addMasks(planesOf<const ImageVariant>(volume), *frame);
@@ -105,6 +113,7 @@ FramePointer pixelsMoved(ImageVolume<T>& volume)
 template <typename T>
 FramePointer frameOf(ImageVolume<T>& volume, bool withMask)
 {
+    verifyHasPlanes(volume);
     FramePointer frame = pixelsMoved(volume);
     if (withMask) {
         Private::moveMasks(planesOf<ImageVariant>(volume), *frame);

@@ -18,7 +18,8 @@ namespace DataObjects
 /// its own, and likewise those of the masks and of the scalar fields; else they are copied, those of planes
 /// that own them too, and stay. A moved-from volume may only be destroyed or assigned to; that is so, too,
 /// when something is raised, and nothing leaks then. The templates exist for the six element types; a volume
-/// of another type raises RTE::Exception "Unsupported image type".
+/// of another type raises RTE::Exception "Unsupported image type", one that was moved from
+/// RTE::VerificationFailed "ImageVolume must have at least one z-plane".
 
 /// \name A new frame
 /// Owned by the caller, with scales, attributes and scalar fields; the mask only when it is asked for.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageBufferFromBuffer.h"
 
+#include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Frames.h"
@@ -22,6 +23,7 @@ using BufferApi::I_Buffer;
 using RTE::VerificationFailed;
 using TestSupport::buffersEqual;
 using TestSupport::forAllTypes;
+using TestSupport::framesEqual;
 using TestSupport::imageBuffer;
 using TestSupport::pixelsOf;
 using TestSupport::raises;
@@ -84,6 +86,20 @@ TEST(ImageBufferFromBuffer, ARecordingTakenOutStandsByItselfAndGoesBackByMoving)
         EXPECT_TRUE(buffersEqual(*CreateBufferFromImageBuffer(*GetImageBuffer(std::move(*moved), true), true),
                                  *expected));
     });
+}
+
+TEST(ImageBufferFromBuffer, FramesThatSharePlanesAreMovedLast)
+{
+    const auto expected = imageBuffer(BufferApi::DT_WORD, 2, 1);
+    auto source = imageBuffer(BufferApi::DT_WORD, 2, 1);
+    const void* const pixels = pixelsOf(*source->GetFrame(0), 1);
+    auto taken = GetImageBufferT<unsigned short>(std::move(*source), true);
+    const auto volume = std::make_shared<ImageVolume<unsigned short>>(std::move(taken.getFrame(0)));
+    ImageBuffer<unsigned short> recording({volume, volume}, std::make_unique<AttributesContainer>());
+    const auto moved = CreateBufferFromImageBuffer(std::move(recording), true);
+    EXPECT_TRUE(framesEqual(*moved->GetFrame(0), *expected->GetFrame(0)));
+    EXPECT_TRUE(framesEqual(*moved->GetFrame(1), *expected->GetFrame(0)));
+    EXPECT_EQ(pixelsOf(*moved->GetFrame(1), 1), pixels);
 }
 
 TEST(ImageBufferFromBuffer, PlanesOfAFileAreReadBeforeItGoes)

@@ -3,6 +3,8 @@
 
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ImageFromBuffer.h"
+#include "Core/DataObjects/ImageMoveToBuffer.h"
+#include "Core/DataObjects/ImageVolumeToFrame.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 #include "Tests/DataObjects/StrangeImage.h"
@@ -13,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -201,6 +204,28 @@ TEST(ImageToBuffer, PixelsThatWereGivenUpAreNotRead)
     const std::unique_ptr<float[]> taken(data.ReleaseRawPointer());
     EXPECT_TRUE(raises<VerificationFailed>("data-pointer is null",
                                            [&] { static_cast<void>(CreateFrameFromImageDataT(data)); }));
+}
+
+TEST(ImageToBuffer, WhatWasMovedFromIsNotRead)
+{
+    Image<float> image(8, 4, 1.0F, true);
+    const Image<float> taken(std::move(image));
+    ImageVolume<float> volume(8, 4, 2, true);
+    const ImageVolume<float> planes(std::move(volume));
+    const std::unique_ptr<I_FrameImage> frame(BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 8, 4, 1));
+    const QString noPixels = "data-pointer is null";
+    const QString noPlanes = "ImageVolume must have at least one z-plane";
+    for (const auto& [text, call] :
+         {std::pair<QString, std::function<void()>>{
+              noPixels, [&] { static_cast<void>(CreateFrameFromImage(image, true)); }},
+          {noPixels, [&] { static_cast<void>(CreateFrameFromImage(std::move(image), true)); }},
+          {noPixels, [&] { CopyImageToFrame(image, *frame, 0); }},
+          {noPixels, [&] { CopyImageToTypedScalar(image, *frame, "a", 0); }},
+          {noPlanes, [&] { static_cast<void>(CreateFrameFromImageVolume(volume, true)); }},
+          {noPlanes, [&] { static_cast<void>(CreateFrameFromImageVolume(std::move(volume), true)); }},
+          {noPlanes, [&] { CopyImageVolumeToFrame(volume, *frame); }}}) {
+        EXPECT_TRUE(raises<VerificationFailed>(text, call));
+    }
 }
 
 } // namespace
