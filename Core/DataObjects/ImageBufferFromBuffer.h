@@ -53,9 +53,9 @@ GetImageBuffer(const BufferApi::I_Buffer& buffer);
 /// \}
 
 /// \name A buffer of a recording
-/// Copies all, or moves what each frame owns, the last one where frames share planes; masks only when they are
-/// asked for. A recording without frames gives a buffer without.
-/// \throws RTE::Exception "Unsupported image type"
+/// Copies all, or moves what each frame owns, the last one where frames share planes; masks only when they
+/// are asked for. A recording without frames gives a buffer without. \throws RTE::Exception "Unsupported
+/// image type"
 /// \{
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT std::unique_ptr<BufferApi::I_Buffer>
 CreateBufferFromImageBuffer(const ImageBufferVariant& recording, bool withMask);
