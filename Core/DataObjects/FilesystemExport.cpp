@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/FilesystemExport.h"
 
-#include "Core/Buffer/ImportExport.h"
+#include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/KnownFormats.h"
+#include "Core/DataObjects/FrameView.h"
 #include "Core/DataObjects/ImageMoveToBuffer.h"
 #include "Core/DataObjects/ImageToBuffer.h"
-#include "Core/DataObjects/ImageVolumeToFrame.h"
 #include "Core/DataObjects/RecordingFrames.h"
-#include "Core/DataObjects/ScalarFieldAccess.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -33,10 +32,20 @@ void write(const BufferApi::I_Buffer& buffer, const QString& preparedPath)
     BufferApi::ExportBuffer(&buffer, preparedPath, {{"PackType", 2}});
 }
 
-/// Whether masks without an invalid pixel are written too: other formats would refuse them.
-bool hasAllMasks(const QString& preparedPath)
+/// Other formats would refuse masks, also those that tell nothing.
+Private::MasksInFrame masksFor(const QString& preparedPath)
 {
-    return &BufferApi::formatOfName(preparedPath) == &BufferApi::knownFormats().front();
+    const bool isNative = &BufferApi::formatOfName(preparedPath) == &BufferApi::knownFormats().front();
+    return isNative ? Private::MasksInFrame::All : Private::MasksInFrame::IfInvalid;
+}
+
+/// The only frame of a file; ends before what it views.
+void write(std::unique_ptr<BufferApi::I_Frame> frame, const QString& preparedPath)
+{
+    const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
+    buffer->AddFrame(frame.get());
+    static_cast<void>(frame.release());
+    write(*buffer, preparedPath);
 }
 
 } // namespace
@@ -44,13 +53,13 @@ bool hasAllMasks(const QString& preparedPath)
 void ExportImage(const ImageVariant& image, const QString& path)
 {
     const QString prepared = preparedPath(path);
-    write(*CreateBufferFromImage(image, hasAllMasks(prepared) || Private::hasInvalidPixels(image)), prepared);
+    write(Private::viewAsFrame(image, masksFor(prepared)), prepared);
 }
 
 void ExportImageBuffer(const ImageBufferVariant& recording, const QString& path)
 {
     const QString prepared = preparedPath(path);
-    write(Private::RecordingFrames(recording, hasAllMasks(prepared)), prepared);
+    write(Private::RecordingFrames(recording, masksFor(prepared)), prepared);
 }
 
 void ExportImageData(const ImageDataVariant& data, const QString& path)
@@ -61,8 +70,7 @@ void ExportImageData(const ImageDataVariant& data, const QString& path)
 void ExportImageVolume(const ImageVolumeVariant& volume, const QString& path)
 {
     const QString prepared = preparedPath(path);
-    write(*CreateBufferFromImageVolume(volume, hasAllMasks(prepared) || Private::hasInvalidPixels(volume)),
-          prepared);
+    write(Private::viewAsFrame(volume, masksFor(prepared)), prepared);
 }
 
 void ExportMask(const Mask& mask, const QString& path)

@@ -15,7 +15,8 @@ namespace DataObjects
 /// are made, and stay when the export fails. The old file or the whole new one stands there afterwards;
 /// exports to one path at the same time are not guarded against each other.
 ///
-/// Files have everything: pixels, masks, scales, attributes and scalar fields. A native file always has the
+/// Files have everything: pixels, masks, scales, attributes and scalar fields. Pixels and masks of images,
+/// volumes and recordings are written from where they are, without a copy. A native file always has the
 /// masks; one of another format has those that tell something, for a missing mask reads as all valid.
 /// \throws RTE::VerificationFailed "Failed to create directory for export!", with nothing written
 /// \throws RTE::Exception with file and reason when the file cannot be written or its format cannot hold the
@@ -28,7 +29,7 @@ namespace DataObjects
 
 /// One frame of depth 1.
 DATAOBJECTS_DATAOBJECTS_EXPORT void ExportImage(const ImageVariant& image, const QString& path);
-/// A frame for each, with name and global attributes; needs the memory of one frame more.
+/// A frame for each, with name and global attributes.
 DATAOBJECTS_DATAOBJECTS_EXPORT void ExportImageBuffer(const ImageBufferVariant& recording,
                                                       const QString& path);
 /// Pixels alone, with default scales.

@@ -4,29 +4,13 @@
 #include "Core/Buffer/BufferApi.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ImageBuffer.h"
-#include "Core/DataObjects/ImageVolumeToFrame.h"
 #include "Core/DataObjects/VisitImageType.h"
 
 namespace DataObjects::Private
 {
 
-bool hasInvalidPixels(const ImageVariant& image)
-{
-    return image.IsMaskSpawned() && !AllValuesValid(image);
-}
-
-bool hasInvalidPixels(const ImageVolumeVariant& volume)
-{
-    for (unsigned int z = 0; z < volume.GetDepth(); ++z) {
-        if (hasInvalidPixels(volume.getPlane(z))) {
-            return true;
-        }
-    }
-    return false;
-}
-
-RecordingFrames::RecordingFrames(const ImageBufferVariant& recording, bool withAllMasks)
-    : m_recording(recording), m_withAllMasks(withAllMasks), m_description(BufferApi::CreateBuffer())
+RecordingFrames::RecordingFrames(const ImageBufferVariant& recording, MasksInFrame masks)
+    : m_recording(recording), m_masks(masks), m_description(BufferApi::CreateBuffer())
 {
     visitImageType(recording.GetDataType(), [&](auto tag) {
         using Recording = ImageBuffer<typename decltype(tag)::type>;
@@ -43,10 +27,7 @@ BufferApi::I_Frame* RecordingFrames::GetFrame(unsigned int index) const
         return nullptr;
     }
     if (m_frame == nullptr || m_index != index) {
-        // Ends before the next begins, which then gets its memory.
-        m_frame.reset();
-        const ImageVolumeVariant& volume = m_recording.getFrame(index);
-        m_frame.reset(CreateFrameFromImageVolume(volume, m_withAllMasks || hasInvalidPixels(volume)));
+        m_frame = viewAsFrame(m_recording.getFrame(index), m_masks);
         m_index = index;
     }
     return m_frame.get();

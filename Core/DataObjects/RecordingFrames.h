@@ -1,23 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Core/Buffer/I_Buffer.h"
+#include "Core/DataObjects/FrameView.h"
 #include "Core/DataObjects/ImageBufferVariant.h"
 
 namespace DataObjects::Private
 {
 
-/// Whether a mask of the object tells something; no mask is made to find out.
-[[nodiscard]] bool hasInvalidPixels(const ImageVariant& image);
-[[nodiscard]] bool hasInvalidPixels(const ImageVolumeVariant& volume);
-
-/// A recording as a buffer for the writer of a file, which asks for one frame after the other: each is made
-/// when it is asked for and ends when another is, so that there is never a second copy of the recording.
+/// A recording as a buffer for the writer of a file, which asks for one frame after the other: each is a view
+/// of the recording that is made when it is asked for and ends when another is.
 class RecordingFrames final : public BufferApi::I_Buffer
 {
 public:
-    /// \param withAllMasks also those without an invalid pixel
-    RecordingFrames(const ImageBufferVariant& recording, bool withAllMasks);
+    RecordingFrames(const ImageBufferVariant& recording, MasksInFrame masks);
     ~RecordingFrames() override;
 
     /// Owned by the buffer until another frame is asked for.
@@ -55,7 +50,7 @@ public:
 
 private:
     const ImageBufferVariant& m_recording;
-    bool m_withAllMasks;
+    MasksInFrame m_masks;
     /// Name and attributes, without frames.
     std::unique_ptr<BufferApi::I_Buffer> m_description;
     mutable std::unique_ptr<BufferApi::I_Frame> m_frame;

@@ -6,6 +6,7 @@
 #include "Core/DataObjects/ImageToBuffer.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Tests/DataObjects/StrangeField.h"
+#include "Tests/Support/Allocations.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
@@ -208,10 +209,32 @@ TEST_F(FilesystemExport, AMaskThatNobodyAskedForIsWrittenAndNotMade)
     image.ReplaceMaskStrategy(std::make_unique<LazyMask>(3U, 2U, true));
     ExportImage(image, path(QStringLiteral("lazy.tif")));
     EXPECT_FALSE(image.IsMaskSpawned());
-    ExportImage(image, path(QStringLiteral("lazy.qfi")));
-    const std::unique_ptr<BufferApi::I_Buffer> buffer(
-        BufferApi::ImportBuffer(path(QStringLiteral("lazy.qfi")), {}));
-    EXPECT_TRUE(buffer->GetFrame(0)->HasMask());
+    for (const QString& name : {QStringLiteral("lazy.qfi"), QStringLiteral("lazy.1")}) {
+        ExportImage(image, path(name));
+        const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::ImportBuffer(path(name), {}));
+        EXPECT_TRUE(buffer->GetFrame(0)->HasMask());
+        EXPECT_TRUE(AllValuesValid(*ImportImage(path(name), 0, 0)));
+    }
+    EXPECT_FALSE(image.IsMaskSpawned());
+}
+
+TEST_F(FilesystemExport, PixelsAndMasksAreWrittenFromWhereTheyAre)
+{
+    constexpr unsigned int side = 1000;
+    ImageVolume<float> volume({side, side, 2}, 1.5F, true);
+    volume.SetMaskValid(3, 4, 1, false);
+    TestSupport::forgetLargestAllocation();
+    ExportImageVolume(volume, path(QStringLiteral("plain.qfi")));
+    EXPECT_LT(TestSupport::largestAllocation(), 4ULL * side * side);
+    const auto read = ImportImageVolumeT<float>(path(QStringLiteral("plain.qfi")), 0);
+    EXPECT_EQ(read.GetVoxel(999, 999, 1), 1.5F);
+    EXPECT_FALSE(read.IsMaskValid(3, 4, 1));
+    EXPECT_TRUE(AllValuesValid(read.getPlane(0)));
+    volume.getPlane(1).ReplaceMaskStrategy(std::make_unique<LazyMask>(2U, 2U, true));
+    (void)volume.getPlane(1).GetMask();
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("Source and destination have different sizes.", [&] {
+        ExportImageVolume(volume, path(QStringLiteral("plain.qfi")));
+    }));
 }
 
 } // namespace
