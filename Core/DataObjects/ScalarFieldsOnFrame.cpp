@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr const char* wrongSize = "Source scalar field has wrong size.";
+constexpr const char* inconsistent = "Inconsistent scalar fields beween DataObjects and I_Frame.";
 
 /// The name as the frame gives it back.
 QString stored(const QString& name)
@@ -124,12 +125,18 @@ std::shared_ptr<const ScalarFieldVariant> ScalarFieldsOnFrame::operator[](const 
 ScalarFieldMap::const_iterator ScalarFieldsOnFrame::begin() const
 {
     ThrowOnIntegrityCheckFailure();
+    for (const QString& name : GetNames()) {
+        RTE::verify(known(name, *findTypedScalar(*m_frame, toLatin1(name))) != nullptr, inconsistent);
+    }
     return ScalarFields::begin();
 }
 
 ScalarFieldMap::iterator ScalarFieldsOnFrame::begin()
 {
     ThrowOnIntegrityCheckFailure();
+    for (const QString& name : GetNames()) {
+        findAndEnter(name);
+    }
     return ScalarFields::begin();
 }
 
@@ -362,8 +369,7 @@ void ScalarFieldsOnFrame::leavePixelsToHolders(const QString& name, BufferApi::I
 
 void ScalarFieldsOnFrame::ThrowOnIntegrityCheckFailure() const
 {
-    RTE::verify(sorted(GetNames()) == sorted(ScalarFields::GetNames()),
-                "Inconsistent scalar fields beween DataObjects and I_Frame.");
+    RTE::verify(sorted(GetNames()) == sorted(ScalarFields::GetNames()), inconsistent);
 }
 
 } // namespace DataObjects::Private

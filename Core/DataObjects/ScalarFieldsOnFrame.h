@@ -55,6 +55,8 @@ public:
     [[nodiscard]] std::shared_ptr<const ScalarFieldVariant> operator[](const QString& name) const override;
     /// \throws RTE::VerificationFailed "Inconsistent scalar fields beween DataObjects and I_Frame." when the
     /// frame has other names than the map; so do end and the forms that are not const
+    /// A field whose component was replaced by another view raises it too here, and is looked up anew by the
+    /// form that is not const.
     [[nodiscard]] ScalarFieldMap::const_iterator begin() const override;
     [[nodiscard]] ScalarFieldMap::iterator begin() override;
     [[nodiscard]] ScalarFieldMap::const_iterator end() const override;

@@ -506,6 +506,17 @@ TEST(ScalarFieldsOnFrame, FollowsWhatAnotherViewReplaced)
     EXPECT_EQ(component(*frame, "a").GetScale(), kelvin);
 }
 
+TEST(ScalarFieldsOnFrame, IteratorsLeadToNothingThatAnotherViewReplaced)
+{
+    const auto frame = frameWithA();
+    ScalarFieldsOnFrame fields(*frame, 0);
+    ScalarFieldsOnFrame(*frame, 0).Add(BufferApi::DT_DOUBLE, "a", nullptr);
+    EXPECT_TRUE(
+        raises<VerificationFailed>(inconsistent, [&] { static_cast<void>(std::as_const(fields).begin()); }));
+    EXPECT_THAT(CastScalarFieldTo<double>(*fields.begin()->second), Each(0.0));
+    EXPECT_EQ(std::as_const(fields).begin()->second, fields.Get("a"));
+}
+
 TEST(ScalarFieldsOnFrame, MovingLeavesAloneWhatAnotherViewRemoved)
 {
     const auto frame = frameWithA();
