@@ -228,7 +228,11 @@ TEST_F(TiffFormat, RefusesWhatItCannotHold)
     CreateTypedScalarInFrame(&addNoise(*scalars, DT_BYTE, 2, 2), "Height", DT_FLOAT);
     BufferPointer hollow(CreateBuffer());
     hollow->AddFrame(CreateImageFrame(DT_BYTE, 0, 2, 1));
+    BufferPointer colours(CreateBuffer());
+    auto* last = static_cast<RgbQuad*>(addNoise(*colours, DT_RGB, 3, 2).GetPlane(0, 0)->GetData()) + 5;
+    last->reserved = 1;
     const std::vector<std::pair<const I_Buffer*, const char*>> cases = {
+        {colours.get(), "the fourth byte of colours, which is not 0 everywhere"},
         {vectors.get(), "vectors"},
         {masked.get(), "the component 'MASK'"},
         {scalars.get(), "the component 'TS:Height'"},

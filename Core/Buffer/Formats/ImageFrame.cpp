@@ -50,6 +50,25 @@ const I_Component& onlyPixels(const I_Frame& frame, const OutputFile& file, cons
     return *pixels;
 }
 
+void refuseFourthByte(const I_PlaneBase& plane, const unsigned char* pixels, const OutputFile& file,
+                      const QString& format)
+{
+    if (plane.GetDataType() != DT_RGB) {
+        return;
+    }
+    const auto* colours = reinterpret_cast<const RgbQuad*>(pixels);
+    const unsigned long long count = 1ULL * plane.GetWidth() * plane.GetHeight();
+    unsigned int all = 0;
+    for (unsigned long long i = 0; i < count; ++i) {
+        all |= colours[i].reserved;
+    }
+    if (all != 0) {
+        file.refuse(QStringLiteral("%1 cannot hold the fourth byte of colours, which is not 0 everywhere; a "
+                                   ".qfi file can")
+                        .arg(format));
+    }
+}
+
 PlanePixels::PlanePixels(const I_PlaneBase& plane)
 {
     if (isUnread(plane)) {

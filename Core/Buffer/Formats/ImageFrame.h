@@ -22,6 +22,11 @@ namespace BufferApi::Formats
 [[nodiscard]] const I_Component& onlyPixels(const I_Frame& frame, const OutputFile& file,
                                             const QString& format);
 
+/// Raises RTE::FileWriteError for a plane of packed colour whose fourth byte carries something: files of
+/// three channels would lose it. \param pixels all those of the plane \param format for people
+void refuseFourthByte(const I_PlaneBase& plane, const unsigned char* pixels, const OutputFile& file,
+                      const QString& format);
+
 /// The pixels of a plane for a writer; a plane that is unread stays so.
 class PlanePixels
 {

@@ -66,6 +66,7 @@ void PngWriter::append(const I_Frame& frame)
     m_height = plane.GetHeight();
     std::vector<unsigned char> pixels(planeBytes(m_type, m_width, m_height));
     readPlane(plane, pixels.data());
+    refuseFourthByte(plane, pixels.data(), m_file, QStringLiteral("PNG"));
     m_pixels = std::move(pixels);
     m_record.add(frame);
 }

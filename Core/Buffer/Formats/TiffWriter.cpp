@@ -124,6 +124,7 @@ void TiffWriter::append(const I_Frame& frame)
 void TiffWriter::appendPage(const I_PlaneBase& plane)
 {
     const PlanePixels pixels(plane);
+    refuseFourthByte(plane, pixels.data(), m_file, QStringLiteral("TIFF"));
     Page page;
     page.type = plane.GetDataType();
     page.width = plane.GetWidth();

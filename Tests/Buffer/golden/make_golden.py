@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Makes the pictures beside it with programs of others: tifffile, Pillow and ImageMagick.
+"""Makes the pictures beside it with programs of others: tifffile, Pillow, ImageMagick and h5py.
 
-Debian: python3-tifffile python3-pil imagemagick. What stands in each picture follows from the
-name and the formulas below, which GoldenImagesTest.cpp repeats.
+Debian: python3-tifffile python3-pil python3-h5py imagemagick. What stands in each picture follows from the
+name and the formulas below, which GoldenPicturesTest.cpp repeats.
 """
+import json
 import pathlib
 import struct
 import subprocess
 import tempfile
 
+import h5py
 import numpy as np
 import tifffile
 from PIL import Image
@@ -144,6 +146,34 @@ def make_tiff():
     tiff_packed("u12-deflate-big.tif", 12, byteorder=">", compression="zlib", rowsperstrip=2)
 
 
+def make_ome():
+    """Two series of one file, as microscopes write them: times of a plane, and a volume."""
+    with tifffile.TiffWriter(FOLDER / "pages.ome.tif", ome=True) as writer:
+        writer.write(np.stack([u16(frame=i) for i in range(3)]),
+                     metadata={"axes": "TYX", "PhysicalSizeX": 0.05, "PhysicalSizeXUnit": "mm"})
+        writer.write(np.stack([u16(frame=i) for i in range(3, 5)]), metadata={"axes": "ZYX"})
+
+
+def make_native():
+    """What docs/FileFormat.md asks of a file of images, and no more."""
+    with h5py.File(FOLDER / "h5py.qfi", "w", libver=("v110", "v110")) as file:
+        file.attrs["qf_format"] = np.bytes_("qf-frames")
+        file.attrs["qf_version"] = np.array([1, 0], "i4")
+        file.attrs["qf_frame"] = np.bytes_("image")
+        file.attrs["qf_size"] = np.array([13, 7, 1], "u4")
+        file.attrs["qf_grid"] = np.array([1, 1, 1], "u4")
+        file.attrs["qf_choices"] = np.uint32(1)
+        file.attrs["qf_datasets"] = np.bytes_(json.dumps(["PIXEL"]))
+        frames = file.create_dataset("frame", data=np.arange(3), maxshape=(None,), chunks=(128,), compression=1)
+        pixels = file.create_dataset("PIXEL", data=np.stack([u16(frame=i)[None] for i in range(3)]),
+                                     maxshape=(None, 1, 7, 13), chunks=(1, 1, 4, 13), fletcher32=True)
+        pixels.attrs["qf_components"] = np.bytes_(json.dumps(["PIXEL"]))
+        pixels.attrs["qf_index"] = np.array([0], "u4")
+        pixels.attrs["qf_role"] = np.bytes_("data")
+        frames.make_scale("frame")
+        pixels.dims[0].attach_scale(frames)
+
+
 def make_png():
     for depth in (1, 2, 4, 8, 16):
         magick(f"u{depth}.png", bits(depth), "-depth", str(depth), "-define", "png:color-type=0",
@@ -191,6 +221,8 @@ def make_pgm():
 
 if __name__ == "__main__":
     make_tiff()
+    make_ome()
+    make_native()
     make_png()
     make_bmp()
     make_pgm()
