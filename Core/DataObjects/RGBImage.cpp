@@ -240,7 +240,7 @@ void RGBImage::ApplyColorRange(double minimum, double maximum)
     const double range = maximum - minimum;
     if (range > 0) {
         const double top = std::exp2(GetBitDepth()) - 1;
-        Private::applyColorRange(&m_pixels.data()->red, 3 * size(), {minimum, range, top});
+        Private::applyColorRange(Private::wordsOf(GetRawPointer()), 3 * size(), {minimum, range, top});
     }
 }
 

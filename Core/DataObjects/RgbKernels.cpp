@@ -19,17 +19,6 @@
 namespace DataObjects::Private
 {
 
-/// A row of pixels is a row of words, red first.
-inline const unsigned short* wordsOf(const Rgb16* pixels)
-{
-    return &pixels->red;
-}
-
-inline unsigned short* wordsOf(Rgb16* pixels)
-{
-    return &pixels->red;
-}
-
 /// A truncated mean.
 inline unsigned short meanOf(int a, int b)
 {

@@ -12,6 +12,16 @@
 namespace DataObjects::Private
 {
 
+/// A row of pixels, which may be null, is a row of words, red first.
+inline const unsigned short* wordsOf(const Rgb16* pixels) noexcept
+{
+    return reinterpret_cast<const unsigned short*>(pixels);
+}
+inline unsigned short* wordsOf(Rgb16* pixels) noexcept
+{
+    return reinterpret_cast<unsigned short*>(pixels);
+}
+
 /// The place of a component in a pixel.
 enum class Channel
 {

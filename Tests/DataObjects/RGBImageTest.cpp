@@ -377,6 +377,12 @@ TEST(RGBImageTest, EmptyColourRangesChangeNothing)
     result.ApplyColorRange(std::numeric_limits<double>::quiet_NaN(), 10);
     EXPECT_TRUE(samePixels(result, image));
 
+    RGBImage empty(std::vector<Rgb16>(), 0, 0);
+    empty.ApplyColorRange(0, 10);
+    empty += Rgb16(1, 1, 1);
+    EXPECT_TRUE(empty.IntensityImage().empty());
+    EXPECT_TRUE(empty.RedImage().empty());
+
     RGBImage unknown(2, 2, Rgb16(1000, 500, 0), true);
     unknown.ApplyColorRange(0, 1000);
     EXPECT_EQ(unknown(1, 1), Rgb16(1023, 511, 0));
