@@ -192,9 +192,11 @@ Image<T>& Image<T>::operator=(Image&& other)
         swap(taken);
         return *this;
     }
-    Private::OwnedArrays own;
-    collectArrays(own);
-    other.copyViewsOf(own);
+    if (other.hasViews()) {
+        Private::OwnedArrays own;
+        collectArrays(own);
+        other.copyViewsOf(own);
+    }
     // Taken before the pixels move, which leaves no size behind.
     const Size size = GetSize();
     const Size otherSize = other.GetSize();
@@ -214,6 +216,13 @@ Image<T>& Image<T>::operator=(Image&& other)
     }
     takeMaskFrom(other, size, otherSize);
     return *this;
+}
+
+template <typename T>
+bool Image<T>::hasViews() const
+{
+    return m_data != nullptr &&
+           (!m_data->HasOwnerShip() || (m_mask->IsMaskSpawned() && !GetMask().HasOwnerShip()));
 }
 
 template <typename T>

@@ -268,6 +268,7 @@ private:
     void buildIfMovedFrom(const Math::Size2T<unsigned int>& size);
     void assignPixelsAndMask(const ImageVariant& source);
     void assignParts(const ImageVariant& source);
+    [[nodiscard]] bool hasViews() const;
     void collectArrays(Private::OwnedArrays& arrays) const;
     void copyViewsOf(const Private::OwnedArrays& arrays);
     void takeMaskFrom(Image& source, const Math::Size2T<unsigned int>& size,

@@ -380,6 +380,9 @@ void ImageBuffer<T>::assignFrom(const ImageBufferVariant& source, const QString&
 template <typename T>
 void ImageBuffer<T>::copyViewsOf(const ImageBuffer& owner)
 {
+    if (std::none_of(m_frames.begin(), m_frames.end(), [](const auto& frame) { return frame->hasViews(); })) {
+        return;
+    }
     Private::OwnedArrays arrays;
     for (const auto& frame : owner.m_frames) {
         frame->collectArrays(arrays);

@@ -152,9 +152,11 @@ ImageVolume<T>& ImageVolume<T>::operator=(ImageVolume&& other)
         return *this;
     }
     if (HasOwnerShip()) {
-        Private::OwnedArrays own;
-        collectArrays(own);
-        other.copyViewsOf(own);
+        if (other.hasViews()) {
+            Private::OwnedArrays own;
+            collectArrays(own);
+            other.copyViewsOf(own);
+        }
         m_planes = std::exchange(other.m_planes, {});
         return *this;
     }
@@ -368,6 +370,12 @@ void ImageVolume<T>::copyPlanes(const ImageVolumeVariant& source)
     Private::assignScales(source, copy);
     copy.shareParts(std::make_shared<AttributesContainer>(source.GetAttributes()));
     m_planes.swap(copy.m_planes);
+}
+
+template <typename T>
+bool ImageVolume<T>::hasViews() const
+{
+    return std::any_of(m_planes.begin(), m_planes.end(), [](const auto& plane) { return plane->hasViews(); });
 }
 
 template <typename T>

@@ -215,6 +215,7 @@ private:
     void shareParts(const std::shared_ptr<Attributes>& attributes);
     void assignPlanes(const ImageVolumeVariant& source);
     void copyPlanes(const ImageVolumeVariant& source);
+    [[nodiscard]] bool hasViews() const;
     void collectArrays(Private::OwnedArrays& arrays) const;
     void copyViewsOf(const Private::OwnedArrays& arrays);
 

@@ -426,7 +426,7 @@ TEST(Image, AnOwnerTakesAllPartsByMove)
         const auto* mask = &source.GetMask();
         const int* pixels = source.GetRawPointer();
         const auto scale = source.GetScaleXShared();
-        target = std::move(source);
+        EXPECT_EQ(TestSupport::allocationsDuring([&] { target = std::move(source); }), 0U);
         EXPECT_EQ(target.GetRawPointer(), pixels);
         EXPECT_EQ(&target.GetMask(), mask) << "mask strategies are exchanged";
         EXPECT_EQ(target.GetScaleXShared(), scale);
