@@ -28,6 +28,17 @@ BufferPointer images(E_DataType type, unsigned int width, unsigned int height, u
     return buffer;
 }
 
+BufferPointer volumes()
+{
+    BufferPointer buffer = images(DT_WORD, 3, 2, 1);
+    for (const unsigned int depth : {3U, 2U}) {
+        auto* frame = CreateImageFrame(DT_WORD, 3, 2, depth);
+        TestSupport::fillWithNoise(*frame, depth);
+        buffer->AddFrame(frame);
+    }
+    return buffer;
+}
+
 BufferPointer mixed()
 {
     BufferPointer buffer = images(DT_BYTE, 3, 2, 2);
@@ -62,6 +73,7 @@ int main(int argc, char** argv)
     write(folder, "native/no-frames.qfi", BufferPointer(CreateBuffer()), 2);
     write(folder, "tiff/words.tif", images(DT_WORD, 8, 6, 2), 0);
     write(folder, "tiff/packed.tif", images(DT_FLOAT, 8, 6, 1), 2);
+    write(folder, "tiff/volumes.tif", volumes(), 0);
     write(folder, "png/words.png", images(DT_WORD, 8, 6, 1), 2);
     return 0;
 }
