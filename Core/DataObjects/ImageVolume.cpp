@@ -6,6 +6,7 @@
 #include "Core/DataObjects/VisitImageType.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace DataObjects
 {
@@ -55,15 +56,27 @@ bool isMovedFrom(const ImageVariant& plane)
     return plane.GetImageDataSPtr() == nullptr;
 }
 
+/// NaN is the same as NaN: planes of one frame have one scale, whatever it is.
+bool isSame(double first, double second)
+{
+    return first == second || (std::isnan(first) && std::isnan(second));
+}
+
+bool isSame(const Zt::LinearScale& first, const Zt::LinearScale& second)
+{
+    return isSame(first.getFactor(), second.getFactor()) && isSame(first.getOffset(), second.getOffset()) &&
+           first.getUnit() == second.getUnit() && first.getDescription() == second.getDescription();
+}
+
 /// Offsets of the Z scale may differ from plane to plane, its factor may not.
 void verifyConsistent(const ImageVariant* plane, const ImageVariant& first)
 {
     RTE::verify(plane != nullptr, "z-plane is NULL");
-    RTE::verify(plane->GetScaleX() == first.GetScaleX(), "x axis has different scaling.");
-    RTE::verify(plane->GetScaleY() == first.GetScaleY(), "y axis has different scaling.");
-    RTE::verify(plane->GetScaleZ().getFactor() == first.GetScaleZ().getFactor(),
+    RTE::verify(isSame(plane->GetScaleX(), first.GetScaleX()), "x axis has different scaling.");
+    RTE::verify(isSame(plane->GetScaleY(), first.GetScaleY()), "y axis has different scaling.");
+    RTE::verify(isSame(plane->GetScaleZ().getFactor(), first.GetScaleZ().getFactor()),
                 "z axis has different scaling.");
-    RTE::verify(plane->GetScaleI() == first.GetScaleI(), "intensity has different scaling.");
+    RTE::verify(isSame(plane->GetScaleI(), first.GetScaleI()), "intensity has different scaling.");
     RTE::verify(plane->GetSize() == first.GetSize(), "z-planes have different sizes.");
     RTE::verify(haveSameNames(plane->GetScalarFields(), first.GetScalarFields()),
                 "scalar field names are different.");

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/FilesystemExport.h"
 
+#include "Core/Buffer/ImportExport.h"
+#include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/FilesystemImport.h"
+#include "Core/DataObjects/ImageBufferFromBuffer.h"
 #include "Core/DataObjects/ImageFromBuffer.h"
 #include "Core/DataObjects/ImageToBuffer.h"
 #include "Core/DataObjects/LazyMask.h"
@@ -143,6 +146,57 @@ TEST_F(FilesystemExport, ImagesOfAllTypesComeBackBitForBit)
         const auto buffer = CreateBufferFromImageT(ImportImageT<T>(file, 0, 0), true);
         EXPECT_TRUE(TestSupport::framesEqual(*buffer->GetFrame(0), *frame));
     });
+}
+
+/// Frames of different size and depth, the middle one of a single plane; NaN and -0.0 in their scales.
+ImageBuffer<float> mixedRecording()
+{
+    std::vector<ImageVolume<float>> volumes;
+    volumes.emplace_back(Math::Size3T<unsigned int>(5, 4, 3), 1.5F, true);
+    volumes.emplace_back(Math::Size3T<unsigned int>(2, 9, 1), -0.0F, true);
+    volumes.emplace_back(Math::Size3T<unsigned int>(5, 4, 3), 2.5F, false);
+    volumes[0].getPlane(1).SetMaskValid(2, 1, false);
+    volumes[1].getPlane(0).ReplaceMaskStrategy(std::make_unique<LazyMask>(2U, 9U, true));
+    volumes[1].getPlane(0).GetScalarFields().Add(QStringLiteral("é"), 7.0F);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    volumes[2].SetScaleX(Zt::LinearScale(nan, -0.0, QStringLiteral("µm"), QStringLiteral("x")));
+    volumes[2].SetScaleY(Zt::LinearScale(-0.0, nan, QString(), QString()));
+    volumes[2].SetScaleZ(Zt::LinearScale(nan, 1.0, QString(), QString()));
+    volumes[2].SetScaleI(
+        Zt::LinearScale(1.0, -std::numeric_limits<double>::infinity(), QString(), QString()));
+    volumes[2].GetAttributes().set("Frame", std::vector<float>{-0.0F, 1.0F});
+    AttributesContainer attributes;
+    attributes.set("Project", QStringLiteral("Jet"));
+    ImageBuffer<float> recording(std::move(volumes), attributes);
+    recording.SetName(QStringLiteral("Mixed"));
+    return recording;
+}
+
+TEST_F(FilesystemExport, RecordingsAreTheFilesOfTheirWholeBuffers)
+{
+    const auto empty = ImageBuffer<float>::CreateEmptyImageBuffer();
+    empty->SetName(QStringLiteral("Empty"));
+    const ImageBuffer<float> mixed = mixedRecording();
+    const ImageBuffer<float> noPixels(0, 3, 2, 2, 1.0F, true);
+    for (const ImageBuffer<float>* const recording : {&std::as_const(*empty), &mixed, &noPixels}) {
+        ExportImageBuffer(*recording, path(QStringLiteral("frames.qfi")));
+        const auto buffer = CreateBufferFromImageBuffer(*recording, true);
+        BufferApi::ExportBuffer(buffer.get(), path(QStringLiteral("whole.qfi")), {{"PackType", 2}});
+        EXPECT_EQ(TestSupport::contentOf(path(QStringLiteral("frames.qfi"))),
+                  TestSupport::contentOf(path(QStringLiteral("whole.qfi"))))
+            << recording->GetName().toStdString();
+    }
+}
+
+TEST_F(FilesystemExport, ScalesOfVolumesNeedNotBeNumbers)
+{
+    const ImageBuffer<float> mixed = mixedRecording();
+    const QString file = path(QStringLiteral("mixed.qfi"));
+    ExportImageBuffer(mixed, file);
+    const auto read = ImportImageBuffer(file);
+    EXPECT_TRUE(TestSupport::buffersEqual(*CreateBufferFromImageBuffer(*read, true),
+                                          *CreateBufferFromImageBuffer(mixed, true)));
+    EXPECT_EQ(ImportImageVolumeT<int>(file, 2).GetDepth(), 3U);
 }
 
 TEST_F(FilesystemExport, MasksAreBytesOf255And0)
