@@ -71,10 +71,12 @@ std::unique_ptr<I_Buffer> createBufferFromVariant(const Variant& variant)
 {
     const QString identifier = variant.getTypeIdentifier();
     if (identifier == TypeIdentifier::imageBuffer) {
-        return CreateBufferFromImageBuffer(dynamic_cast<const ImageBufferVariant&>(variant), true);
+        const auto* const recording = dynamic_cast<const ImageBufferVariant*>(&variant);
+        return recording != nullptr ? CreateBufferFromImageBuffer(*recording, true) : nullptr;
     }
     if (identifier == TypeIdentifier::rgbImageBuffer) {
-        return createBufferFromRGBImageBuffer(dynamic_cast<const RGBImageBuffer&>(variant));
+        const auto* const images = dynamic_cast<const RGBImageBuffer*>(&variant);
+        return images != nullptr ? createBufferFromRGBImageBuffer(*images) : nullptr;
     }
     return nullptr;
 }

@@ -18,8 +18,8 @@ namespace DataObjects
 /// Of the file only the planes that the object needs are read, whatever its length; so one image of a long
 /// recording takes the memory and the time of one image. A frame without a mask gives one that is all valid.
 ///
-/// What cannot be opened or read raises what the frame store raises, RTE::FileOpenError or
-/// RTE::FileReadError with file and reason; a frame, plane or type that does not fit what the conversion
+/// What cannot be opened or read raises what the frame store raises, RTE::FileOpenError, RTE::FileReadError
+/// or RTE::ParseError with file and reason; a frame, plane or type that does not fit what the conversion
 /// raises.
 ///
 /// \code

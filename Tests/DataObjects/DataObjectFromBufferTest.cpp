@@ -170,7 +170,8 @@ TEST(DataObjectFromBuffer, BuffersAreMadeOfImagesAndColours)
                   ->getTypeIdentifier(),
               "RGBImageBuffer");
     for (const QString& identifier :
-         {TypeIdentifier::scatterPlot, TypeIdentifier::invalid, QString(), QStringLiteral("Other")}) {
+         {TypeIdentifier::scatterPlot, TypeIdentifier::invalid, QString(), QStringLiteral("Other"),
+          TypeIdentifier::imageBuffer, TypeIdentifier::rgbImageBuffer}) {
         EXPECT_EQ(createBufferFromVariant(OtherVariant(identifier)), nullptr);
     }
 }
