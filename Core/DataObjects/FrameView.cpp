@@ -4,9 +4,7 @@
 #include "Core/Buffer/FrameBuilder.h"
 #include "Core/Buffer/I_FrameImage.h"
 #include "Core/Buffer/LazyPlane.h"
-#include "Core/DataObjects/BufferAttributes.h"
-#include "Core/DataObjects/ImageData.h"
-#include "Core/DataObjects/ImageParts.h"
+#include "Core/DataObjects/FrameWriting.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 #include "Core/DataObjects/VisitImageType.h"
 
@@ -95,6 +93,8 @@ bool hasInvalidPixels(const ImageVariant* image)
 
 std::unique_ptr<BufferApi::I_Frame> viewAsFrame(const Images& images, MasksInFrame masks)
 {
+    std::for_each(images.begin(), images.end(),
+                  [](const ImageVariant* image) { verifyNotMovedFrom(*image); });
     const ImageVariant& first = *images.front();
     std::vector<BufferApi::ComponentParts> components;
     components.push_back(component(BufferApi::I_FrameImage::COMPONENT_PIXEL, images, pixelsOf));

@@ -17,8 +17,8 @@ enum class MasksInFrame
 };
 
 /// \throws RTE::Exception "Unsupported image type"
-/// \throws RTE::VerificationFailed "data-pointer is null" when pixels or a mask were released, "Source and
-/// destination have different sizes." when they do not fit together
+/// \throws RTE::VerificationFailed "data-pointer is null" when pixels or a mask were released or the image
+/// moved from, "Source and destination have different sizes." when they do not fit together
 [[nodiscard]] std::unique_ptr<BufferApi::I_Frame> viewAsFrame(const ImageVariant& image, MasksInFrame masks);
 [[nodiscard]] std::unique_ptr<BufferApi::I_Frame> viewAsFrame(const ImageVolumeVariant& volume,
                                                               MasksInFrame masks);

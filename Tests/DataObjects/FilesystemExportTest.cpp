@@ -188,6 +188,20 @@ TEST_F(FilesystemExport, RecordingsAreTheFilesOfTheirWholeBuffers)
     }
 }
 
+TEST_F(FilesystemExport, ImagesThatWereMovedFromAreRefused)
+{
+    const QString file = path(QStringLiteral("moved.qfi"));
+    Image<float> image(3, 2, 1.5F, true);
+    const Image<float> target(std::move(image));
+    EXPECT_TRUE(raises<RTE::VerificationFailed>("data-pointer is null", [&] { ExportImage(image, file); }));
+    EXPECT_TRUE(files().isEmpty());
+    ImageVolume<float> volume({3, 2, 2}, 1.5F, true);
+    const Image<float> plane(std::move(volume.getPlane(1)));
+    EXPECT_TRUE(
+        raises<RTE::VerificationFailed>("data-pointer is null", [&] { ExportImageVolume(volume, file); }));
+    EXPECT_TRUE(files().isEmpty());
+}
+
 TEST_F(FilesystemExport, ScalesOfVolumesNeedNotBeNumbers)
 {
     const ImageBuffer<float> mixed = mixedRecording();
