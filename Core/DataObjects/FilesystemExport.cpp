@@ -64,7 +64,8 @@ void ExportImageBuffer(const ImageBufferVariant& recording, const QString& path)
 
 void ExportImageData(const ImageDataVariant& data, const QString& path)
 {
-    write(*CreateBufferFromImageData(data), preparedPath(path));
+    const QString prepared = preparedPath(path);
+    write(*CreateBufferFromImageData(data), prepared);
 }
 
 void ExportImageVolume(const ImageVolumeVariant& volume, const QString& path)
@@ -80,7 +81,8 @@ void ExportMask(const Mask& mask, const QString& path)
     const auto* const bytes = reinterpret_cast<const unsigned char*>(mask.GetRawPointer());
     std::transform(bytes, bytes + mask.size(), picture.begin(),
                    [](unsigned char valid) { return static_cast<unsigned char>(valid != 0 ? 255 : 0); });
-    write(*CreateBufferFromImageData(std::move(picture)), preparedPath(path));
+    const QString prepared = preparedPath(path);
+    write(*CreateBufferFromImageData(std::move(picture)), prepared);
 }
 
 template <typename T>

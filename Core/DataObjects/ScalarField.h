@@ -44,7 +44,7 @@ public:
                 const Zt::LinearScale& scaleI);
     /// Own pixels and an own scale, also of a view.
     ScalarField(const ScalarField& other);
-    /// Takes pixels and scale; `other` is left empty.
+    /// Takes pixels and scale; `other` is left empty, to be destroyed or assigned.
     ScalarField(ScalarField&& other) noexcept;
     ~ScalarField() override;
     /// \}
