@@ -5,6 +5,7 @@
 #include "Core/DataObjects/BayerTransformer.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/BufferLibDataAccess.h"
+#include "Core/DataObjects/FrameWriting.h"
 #include "Core/DataObjects/ImageFrameAccess.h"
 #include "Core/DataObjects/ImageFromBuffer.h"
 #include "Core/DataObjects/MaskFromBuffer.h"
@@ -19,6 +20,7 @@ namespace
 {
 
 using BufferApi::RgbQuad;
+using Size = Math::Size2T<unsigned int>;
 
 const char* const invalidFrame = "Invalid RGB frame";
 const char* const invalidType = "Invalid RGB image type";
@@ -34,8 +36,13 @@ RGBImage fromPackedColour(BufferApi::I_Frame& frame, unsigned int z)
 {
     const BufferApi::I_PlaneBase* const plane = Private::findPixelPlane(frame, z);
     RTE::verify(plane != nullptr && BufferApi::IsOfType<RgbQuad>(*plane), invalidFrame);
+    // Planes out of a file need not have the size of their frame.
+    const Size size(frame.GetWidth(), frame.GetHeight());
+    RTE::verify(Size(plane->GetWidth(), plane->GetHeight()) == size, invalidFrame);
+    Mask mask = ownMask(frame, z);
+    RTE::verify(mask.GetSize() == size, invalidFrame);
     const auto* const quads = static_cast<const RgbQuad*>(plane->GetData());
-    RGBImage image(ownMask(frame, z));
+    RGBImage image(std::move(mask));
     RTE::verify(quads != nullptr || image.empty(), invalidFrame);
     Private::fromQuads(quads, image.size(), image.GetRawPointer());
     Private::copyScales(frame, image);
@@ -48,10 +55,13 @@ RGBImage fromPackedColour(BufferApi::I_Frame& frame, unsigned int z)
 
 RGBImage createRGBImageFromImage(const ImageVariant& image)
 {
+    Private::verifyNotMovedFrom(image);
     RTE::verify(isBayerPatternImage(image), "not a rgb frame");
     Private::verifyImageType(image.GetDataType());
     RTE::verify(static_cast<int>(image.GetDataType()) == PixelTypes::number<unsigned short>, invalidType);
-    return BayerTransformer(image.GetAttributes()).toColour(static_cast<const Image<unsigned short>&>(image));
+    const auto& mosaic = static_cast<const Image<unsigned short>&>(image);
+    Private::verifyHasPixels(mosaic);
+    return BayerTransformer(mosaic.GetAttributes()).toColour(mosaic);
 }
 
 RGBImage createRGBImageFromBuffer(const BufferApi::I_Buffer& buffer, unsigned int frame, unsigned int z)

@@ -39,6 +39,16 @@ template <typename T, typename Source>
     return image;
 }
 
+/// \throws RTE::VerificationFailed "data-pointer is null" for an image that was moved from or gave its pixels
+/// up
+template <typename T>
+void verifyHasPixels(const Image<T>& image, RTE::SourceLocation location = RTE::SourceLocation::current())
+{
+    const bool isWhole =
+        image.GetImageDataSPtr() != nullptr && (image.GetRawPointer() != nullptr || image.empty());
+    RTE::verify(isWhole, "data-pointer is null", location);
+}
+
 /// A mask that nobody asked for is all valid and is not made.
 [[nodiscard]] inline Mask copyOfMask(const ImageVariant& image)
 {

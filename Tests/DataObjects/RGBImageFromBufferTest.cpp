@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/RGBImageFromBuffer.h"
 
+#include "Core/Buffer/FrameBuilder.h"
 #include "Core/Common/AttributeNames.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/BufferLibDataAccess.h"
@@ -19,10 +20,21 @@ namespace
 using namespace DataObjects;
 using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
+using BufferApi::I_FrameImage;
 using BufferApi::RgbQuad;
 using TestSupport::imageBuffer;
 using TestSupport::raises;
 using Failed = RTE::VerificationFailed;
+using Size = Math::Size2T<unsigned int>;
+
+BufferApi::ComponentParts onePlane(const std::string& name, BufferApi::E_DataType type, const Size& size)
+{
+    BufferApi::ComponentParts parts;
+    parts.name = name;
+    parts.type = type;
+    parts.planes.emplace_back(BufferApi::CreatePlane(type, size.width, size.height));
+    return parts;
+}
 
 void mark(const I_Buffer& buffer, unsigned int frame, const AttributeValue& code)
 {
@@ -122,6 +134,41 @@ TEST(RGBImageFromBufferTest, ReleasedPixelsAreRefused)
         static_cast<RgbQuad*>(Private::findPixelPlane(frame, 0)->ReleaseData()));
     EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid RGB frame"),
                                [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
+}
+
+TEST(RGBImageFromBufferTest, MosaicsWithoutPixelsAreRefused)
+{
+    Image<unsigned short> mosaic(4, 3, 1, true);
+    mosaic.GetAttributes().set(Attr::rgbFrame, 1);
+    Image<unsigned short> movedFrom(mosaic);
+    const Image<unsigned short> target(std::move(movedFrom));
+    const std::unique_ptr<unsigned short[]> pixels(mosaic.GetImageData().ReleaseRawPointer());
+    for (const auto* const hollow : {&movedFrom, &mosaic}) {
+        EXPECT_TRUE(raises<Failed>(QStringLiteral("data-pointer is null"),
+                                   [&] { return createRGBImageFromImage(*hollow); }));
+    }
+}
+
+TEST(RGBImageFromBufferTest, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
+{
+    struct Case
+    {
+        Size pixels;
+        Size mask;
+    };
+    const Size size(300, 200);
+    for (const Case& each : {Case{{30, 20}, size}, {{200, 300}, size}, {size, {1, 1}}, {size, {301, 200}}}) {
+        SCOPED_TRACE(testing::Message() << each.pixels.width << ", " << each.mask.width);
+        std::vector<BufferApi::ComponentParts> parts;
+        parts.push_back(onePlane(I_FrameImage::COMPONENT_PIXEL, BufferApi::DT_RGB, each.pixels));
+        parts.push_back(onePlane(I_Frame::COMPONENT_MASK, BufferApi::DT_BYTE, each.mask));
+        const std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());
+        buffer->AddFrame(
+            BufferApi::buildFrame({BufferApi::FrameKind::Rgb, size.width, size.height, 1}, std::move(parts))
+                .release());
+        EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid RGB frame"),
+                                   [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
+    }
 }
 
 TEST(RGBImageFromBufferTest, ReadsWholeBuffers)
