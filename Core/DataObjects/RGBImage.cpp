@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace DataObjects
 {
@@ -22,9 +23,24 @@ using Words = Image<unsigned short>;
 constexpr unsigned short leastBitDepth = 8;
 constexpr unsigned short greatestBitDepth = 16;
 
+/// Checked before memory of this size is asked for.
+const Size& verified(const Size& size, bool isRight, const char* text)
+{
+    RTE::verify(isRight, text);
+    return size;
+}
+
+unsigned long long countOf(const Size& size)
+{
+    return static_cast<unsigned long long>(size.width) * size.height;
+}
+
 /// Valid where all three images are, which have the same size.
 Mask commonMask(const Words& r, const Words& g, const Words& b)
 {
+    for (const Words* const image : {&r, &g, &b}) {
+        Private::verifyHasPixels(*image);
+    }
     RTE::verify(g.GetSize() == r.GetSize() && b.GetSize() == r.GetSize(),
                 "Size of the R/G/B frames aren't equal");
     Mask mask = Private::copyOfMask(r);
@@ -68,9 +84,9 @@ RGBImage::RGBImage(unsigned int width, unsigned int height, const Rgb16& value, 
 {
 }
 
-RGBImage::RGBImage(const std::vector<Rgb16>& pixels, const Size& size) : RGBImage(Mask(size, true))
+RGBImage::RGBImage(const std::vector<Rgb16>& pixels, const Size& size)
+    : RGBImage(Mask(verified(size, pixels.size() == countOf(size), "Invalid sizes"), true))
 {
-    RTE::verify(pixels.size() == m_pixels.size(), "Invalid sizes");
     std::copy(pixels.begin(), pixels.end(), m_pixels.begin());
 }
 
@@ -79,9 +95,9 @@ RGBImage::RGBImage(const std::vector<Rgb16>& pixels, unsigned int width, unsigne
 {
 }
 
-RGBImage::RGBImage(const unsigned int* packed, const Size& size) : RGBImage(Mask(size, true))
+RGBImage::RGBImage(const unsigned int* packed, const Size& size)
+    : RGBImage(Mask(verified(size, packed != nullptr || countOf(size) == 0, "data-pointer is null"), true))
 {
-    RTE::verify(packed != nullptr || empty(), "data-pointer is null");
     std::transform(packed, packed + m_pixels.size(), m_pixels.begin(),
                    [](unsigned int pixel) { return Rgb16(pixel); });
 }
@@ -102,20 +118,27 @@ RGBImage::RGBImage(const Words& r, const Words& g, const Words& b) : RGBImage(co
 }
 
 RGBImage::RGBImage(Mask&& mask)
-    : m_size(mask.GetSize()), m_pixels(mask.size()), m_mask(std::move(mask)),
-      m_scalarFields(std::make_unique<ScalarFields>(m_size))
+    : m_size(mask.GetSize()), m_pixels(mask.size()), m_mask(std::move(mask)), m_scalarFields(m_size)
 {
 }
 
 RGBImage::RGBImage(const RGBImage& other)
-    : m_bitDepth(other.m_bitDepth), m_size(other.m_size), m_pixels(other.m_pixels.size()),
+    : m_bitDepth(other.m_bitDepth.load()), m_size(other.m_size), m_pixels(other.m_pixels.size()),
       m_mask(other.m_mask), m_scaleX(other.m_scaleX), m_scaleY(other.m_scaleY), m_scaleI(other.m_scaleI),
-      m_attributes(other.m_attributes), m_scalarFields(std::make_unique<ScalarFields>(*other.m_scalarFields))
+      m_attributes(other.m_attributes), m_scalarFields(other.m_scalarFields)
 {
     std::copy(other.m_pixels.begin(), other.m_pixels.end(), m_pixels.begin());
 }
 
-RGBImage::RGBImage(RGBImage&& other) noexcept = default;
+RGBImage::RGBImage(RGBImage&& other) noexcept
+    : m_bitDepth(other.m_bitDepth.exchange(0)), m_size(std::exchange(other.m_size, {})),
+      m_pixels(std::move(other.m_pixels)), m_mask(std::move(other.m_mask)),
+      m_scaleX(std::move(other.m_scaleX)), m_scaleY(std::move(other.m_scaleY)),
+      m_scaleI(std::move(other.m_scaleI)), m_attributes(std::move(other.m_attributes)),
+      m_scalarFields(std::move(other.m_scalarFields))
+{
+}
+
 RGBImage::~RGBImage() = default;
 
 std::unique_ptr<RGBImage> RGBImage::CreateCopy() const
@@ -131,7 +154,22 @@ RGBImage& RGBImage::operator=(const RGBImage& other)
     return *this;
 }
 
-RGBImage& RGBImage::operator=(RGBImage&& other) = default;
+RGBImage& RGBImage::operator=(RGBImage&& other)
+{
+    if (this != &other) {
+        // First, as nothing else can raise.
+        m_mask = std::move(other.m_mask);
+        m_bitDepth = other.m_bitDepth.exchange(0);
+        m_size = std::exchange(other.m_size, {});
+        m_pixels = std::move(other.m_pixels);
+        m_scaleX = std::move(other.m_scaleX);
+        m_scaleY = std::move(other.m_scaleY);
+        m_scaleI = std::move(other.m_scaleI);
+        m_attributes = std::move(other.m_attributes);
+        m_scalarFields = std::move(other.m_scalarFields);
+    }
+    return *this;
+}
 
 void RGBImage::DeepCopyFrom(const RGBImage& source)
 {

@@ -7,7 +7,9 @@
 #include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/Image.h"
 #include "Core/DataObjects/Rgb16.h"
+#include "Core/DataObjects/ScalarFields.h"
 
+#include <atomic>
 #include <vector>
 
 namespace DataObjects
@@ -41,8 +43,8 @@ struct PixelAllocator
 /// The bit depth tells how many bits of a component are significant, 8 to 16. Until it is set it is found out
 /// when somebody first needs it, and stays as it is when pixels change later.
 ///
-/// A moved-from image may only be destroyed or assigned to. Access to pixels is unchecked. For one thread at
-/// a time; reading from several is safe once the bit depth is known.
+/// A moved-from image has size 0 × 0 and no attributes and scalar fields. Access to pixels is unchecked. For
+/// one thread at a time; reading from several is safe, also when the bit depth is yet to be found out.
 ///
 /// \code
 /// RGBImage image(red, green, blue);
@@ -70,7 +72,8 @@ public:
     RGBImage(const unsigned int* packed, unsigned int width, unsigned int height);
     /// Size, scales and attributes of `r`; valid where all three are. Scalar fields stay behind.
     /// \throws RTE::VerificationFailed "Size of the R/G/B frames aren't equal", then "X scale of the R/G/B
-    ///         frames aren't equal", and so for Y and I
+    ///         frames aren't equal", and so for Y and I; before all, "data-pointer is null" for an image that
+    ///         was moved from or gave its pixels up
     RGBImage(const Image<unsigned short>& r, const Image<unsigned short>& g, const Image<unsigned short>& b);
     /// New pixels of the mask's size, uninitialised; takes the mask.
     explicit RGBImage(Mask&& mask);
@@ -83,7 +86,7 @@ public:
     /// \name Assignment
     /// \{
 
-    /// All of `other`, of any size.
+    /// All of `other`, of any size; nothing happens on itself.
     RGBImage& operator=(const RGBImage& other);
     RGBImage& operator=(RGBImage&& other);
     /// Takes pixels, mask, scales and attributes; bit depth and scalar fields stay.
@@ -177,8 +180,8 @@ public:
     [[nodiscard]] Attributes& GetAttributes() noexcept { return m_attributes; }
     /// Replaces all attributes.
     void SetAttributes(const Attributes& attributes);
-    [[nodiscard]] const ScalarFields& GetScalarFields() const noexcept { return *m_scalarFields; }
-    [[nodiscard]] ScalarFields& GetScalarFields() noexcept { return *m_scalarFields; }
+    [[nodiscard]] const ScalarFields& GetScalarFields() const noexcept { return m_scalarFields; }
+    [[nodiscard]] ScalarFields& GetScalarFields() noexcept { return m_scalarFields; }
     /// \}
 
     /// \name Arithmetic
@@ -226,7 +229,8 @@ private:
         return static_cast<std::size_t>(y) * m_size.width + x;
     }
 
-    mutable unsigned short m_bitDepth = 0;
+    // All who find it out find the same.
+    mutable std::atomic<unsigned short> m_bitDepth = 0;
     Math::Size2T<unsigned int> m_size;
     Pixels m_pixels;
     Mask m_mask;
@@ -234,8 +238,7 @@ private:
     Zt::LinearScale m_scaleY{Zt::ScalePreset::Y};
     Zt::LinearScale m_scaleI{Zt::ScalePreset::I};
     AttributesContainer m_attributes;
-    // Behind a pointer, as a collection alone cannot be moved without the chance of an exception.
-    std::unique_ptr<ScalarFields> m_scalarFields;
+    ScalarFields m_scalarFields;
 };
 
 /// True when no pixel of the mask is false.

@@ -80,7 +80,15 @@ RGBImageBuffer& RGBImageBuffer::operator=(const RGBImageBuffer& other)
     return *this;
 }
 
-RGBImageBuffer& RGBImageBuffer::operator=(RGBImageBuffer&& other) noexcept = default;
+RGBImageBuffer& RGBImageBuffer::operator=(RGBImageBuffer&& other) noexcept
+{
+    if (this != &other) {
+        m_name = std::move(other.m_name);
+        m_frames = std::move(other.m_frames);
+        m_globalAttributes = std::move(other.m_globalAttributes);
+    }
+    return *this;
+}
 
 RGBImageBuffer& RGBImageBuffer::operator=(const Rgb16& value)
 {

@@ -13,14 +13,11 @@ namespace DataObjects
 namespace
 {
 
-/// What a move takes out of a collection. A plain one only lets go of its fields when it is cleared; another
-/// may end the memory that its views look at, so that these are copied.
+/// What a move takes out of a collection that may end the memory its views look at when it is cleared: these
+/// are copied.
 ScalarFieldMap fieldsToTake(const ScalarFields& source)
 {
     ScalarFieldMap taken = source.GetMapping();
-    if (typeid(source) == typeid(ScalarFields)) {
-        return taken;
-    }
     for (auto& [name, field] : taken) {
         if (!field->GetData().HasOwnerShip()) {
             field = field->CreateCopy();
@@ -68,9 +65,13 @@ ScalarFields& ScalarFields::operator=(ScalarFields&& other)
     if (typeid(*this) != typeid(ScalarFields)) {
         return *this = std::as_const(other);
     }
-    ScalarFieldMap taken = fieldsToTake(other);
-    other.Clear();
-    m_map = std::move(taken);
+    if (typeid(other) == typeid(ScalarFields)) {
+        m_map = std::exchange(other.m_map, {});
+    } else {
+        ScalarFieldMap taken = fieldsToTake(other);
+        other.Clear();
+        m_map = std::move(taken);
+    }
     m_size = std::exchange(other.m_size, {});
     return *this;
 }

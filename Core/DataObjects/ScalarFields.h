@@ -34,7 +34,7 @@ public:
     ///
     /// The fields are the same objects; only views are copied when they come out of a collection that may end
     /// their memory when it is cleared, as that of a frame does. Where clearing `other` raises, nothing
-    /// changes.
+    /// changes. Out of a plain collection the move raises nothing.
     ScalarFields(ScalarFields&& other);
     virtual ~ScalarFields();
     /// Clears, then takes the size and adds deep copies of all fields; nothing happens on itself.

@@ -99,6 +99,8 @@ TEST(RGBImageBufferTest, TravelsAsAVariantByDeepCopies)
     EXPECT_EQ(buffer.getFrame(2)(3, 2), Rgb16(9, 9, 9));
     expectRecording(assigned);
     expectRecording(dynamic_cast<const RGBImageBuffer&>(*copy));
+    RGBImageBuffer& self = assigned;
+    assigned = std::move(self);
     const RGBImageBuffer moved(std::move(assigned));
     expectRecording(moved);
 

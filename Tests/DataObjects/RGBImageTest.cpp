@@ -12,6 +12,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <thread>
 
 namespace
 {
@@ -98,9 +99,12 @@ TEST(RGBImageTest, IsMadeOfValuesVectorsAndPackedColours)
     EXPECT_EQ(unpacked(0, 1), Rgb16(0xFFFF, 1, 2));
 
     const std::vector<Rgb16> five(5);
-    EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid sizes"), [&] { RGBImage(five, Size(3, 2)); }));
-    EXPECT_TRUE(raises<Failed>(QStringLiteral("data-pointer is null"),
-                               [&] { RGBImage(static_cast<const unsigned int*>(nullptr), 3, 2); }));
+    // The larger size must not be asked of the memory.
+    for (const Size& size : {Size(3, 2), Size(0xFFFFFFFFU, 0xFFFFFFFFU)}) {
+        EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid sizes"), [&] { RGBImage(five, size); }));
+        EXPECT_TRUE(raises<Failed>(QStringLiteral("data-pointer is null"),
+                                   [&] { RGBImage(static_cast<const unsigned int*>(nullptr), size); }));
+    }
     EXPECT_TRUE(RGBImage(std::vector<Rgb16>(), 0, 7).empty());
 }
 
@@ -161,6 +165,21 @@ TEST(RGBImageTest, ChecksSizeThenXThenYThenI)
     refuses(QStringLiteral("X scale of the R/G/B frames aren't equal"));
 }
 
+TEST(RGBImageTest, ChannelsWithoutPixelsAreRefused)
+{
+    const Words whole(3, 2, 1, true);
+    Words movedFrom(whole);
+    const Words target(std::move(movedFrom));
+    Words released(whole);
+    const std::unique_ptr<unsigned short[]> pixels(released.GetImageData().ReleaseRawPointer());
+    for (const Words* const hollow : {&movedFrom, &released}) {
+        const QString text = QStringLiteral("data-pointer is null");
+        EXPECT_TRUE(raises<Failed>(text, [&] { RGBImage(*hollow, whole, whole); }));
+        EXPECT_TRUE(raises<Failed>(text, [&] { RGBImage(whole, *hollow, whole); }));
+        EXPECT_TRUE(raises<Failed>(text, [&] { RGBImage(whole, whole, *hollow); }));
+    }
+}
+
 TEST(RGBImageTest, CopiesAreDeepAndOfAnySize)
 {
     RGBImage image = fullImage();
@@ -181,6 +200,38 @@ TEST(RGBImageTest, CopiesAreDeepAndOfAnySize)
     assigned.GetScalarFields().Remove(fieldName);
     EXPECT_TRUE(samePixels(*created, image));
     expectCompanions(image);
+}
+
+TEST(RGBImageTest, MovedFromImagesAreEmpty)
+{
+    RGBImage source = fullImage();
+    source.SetBitDepth(11);
+    const auto field = source.GetScalarFields().Get(fieldName);
+    RGBImage target(1, 1, Rgb16(), true);
+    const auto* const fields = &target.GetScalarFields();
+    target = std::move(source);
+    EXPECT_TRUE(samePixels(target, fullImage()));
+    EXPECT_EQ(target.GetBitDepth(), 11);
+    expectCompanions(target);
+    EXPECT_EQ(&target.GetScalarFields(), fields);
+    EXPECT_EQ(target.GetScalarFields().Get(fieldName), field);
+
+    RGBImage moved(std::move(target));
+    for (const RGBImage* const empty : {&source, &target}) {
+        const RGBImage copy(*empty);
+        EXPECT_EQ(copy.GetSize(), Size(0, 0));
+        EXPECT_TRUE(copy.empty());
+        EXPECT_TRUE(copy.GetAttributes().isEmpty());
+        EXPECT_TRUE(copy.GetScalarFields().empty());
+        EXPECT_EQ(copy.GetBitDepth(), 8);
+        EXPECT_TRUE(empty->IntensityImage().empty());
+        EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid sizes"), [&] { moved += *empty; }));
+    }
+    RGBImage& self = moved;
+    moved = std::move(self);
+    EXPECT_TRUE(samePixels(moved, fullImage()));
+    source = moved;
+    expectCompanions(source);
 }
 
 TEST(RGBImageTest, DeepCopyFromKeepsBitDepthAndScalarFields)
@@ -320,6 +371,18 @@ TEST(RGBImageTest, BitDepthStaysOnceItIsKnown)
     EXPECT_EQ(image.GetBitDepth(), 16);
     image.SetBitDepth(8);
     EXPECT_EQ(image.GetBitDepth(), 8);
+}
+
+TEST(RGBImageTest, ManyThreadsFindOutTheBitDepth)
+{
+    const RGBImage image(64, 64, Rgb16(1000, 0, 0), true);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&] { EXPECT_EQ(image.GetBitDepth(), 10); });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 unsigned short mapped(unsigned short component, double minimum, double maximum, double top)
