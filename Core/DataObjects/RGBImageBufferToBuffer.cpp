@@ -9,6 +9,7 @@
 #include "Core/DataObjects/MaskFromBuffer.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace DataObjects
@@ -43,7 +44,8 @@ unsigned int shiftFor(const RGBImageBuffer& images)
     return depth - 8;
 }
 
-/// What tells of raw values follows their division by a power of two.
+/// What tells of raw values follows their division by a power of two, after which none is above 255: a frame
+/// whose attribute told of more would lose bits once more when it is read and written again.
 void adaptToShift(BufferApi::I_Frame& frame, unsigned int shift)
 {
     const double unit = std::exp2(shift);
@@ -51,9 +53,10 @@ void adaptToShift(BufferApi::I_Frame& frame, unsigned int shift)
     frame.SetScaleI({scale.getFactor() * unit, scale.getOffset(), scale.getUnit(), scale.getDescription()});
     BufferAttributes attributes(frame);
     const AttributeValue maximum = attributes.attributeValue(Attr::cameraMaxIntensity);
-    if (maximum.Count() == 1) {
+    const double value = maximum.Count() == 1 ? maximum.value<double>() : 0;
+    if (maximum.Count() == 1 && (shift > 0 || value > 255)) {
         attributes.remove(Attr::cameraMaxIntensity);
-        attributes.set(Attr::cameraMaxIntensity, std::floor(maximum.value<double>() / unit));
+        attributes.set(Attr::cameraMaxIntensity, std::min(std::floor(value / unit), 255.0));
     }
 }
 
@@ -69,9 +72,7 @@ FramePointer packedFrame(const RGBImage& image, unsigned int shift)
     frame->SetScaleY(image.GetScaleY());
     frame->SetScaleI(image.GetScaleI());
     BufferAttributes(*frame).merge(image.GetAttributes());
-    if (shift > 0) {
-        adaptToShift(*frame, shift);
-    }
+    adaptToShift(*frame, shift);
     GetScalarFields(*frame, 0)->DeepCopyFrom(image.GetScalarFields());
     return frame;
 }

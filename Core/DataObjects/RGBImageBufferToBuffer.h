@@ -33,7 +33,8 @@ createBufferFromRGBImageBuffer(const RGBImageBuffer& buffer, int pattern = 1);
 /// where the depth is the largest GetBitDepth() of all frames, so that frames stay comparable; what lies
 /// beyond the depth becomes 255. (RGBImage::GetPixelAsRGBQUAD() is no help for more than 8 bits: the low
 /// bytes that it takes are noise without the high ones.) The I scale is stretched by the same power of two,
-/// so that intensities stay right, and the attribute Attr::cameraMaxIntensity is divided by it.
+/// so that intensities stay right, and the attribute Attr::cameraMaxIntensity is divided by it, and at most
+/// 255.
 /// \throws what RGBImage::GetBitDepth() does
 [[nodiscard]] DATAOBJECTS_DATAOBJECTS_EXPORT std::unique_ptr<BufferApi::I_Buffer>
 createRGB32BufferFromRGBImageBuffer(const RGBImageBuffer& buffer);

@@ -123,6 +123,27 @@ TEST(RGBImageBufferToBufferTest, TheHighBitsOfTheDeepestFrameRemain)
     EXPECT_EQ(buffer.getFrame(0).GetScaleI(), scaleI);
 }
 
+TEST(RGBImageBufferToBufferTest, WhatWasWrittenOnceLosesNoBitsAgain)
+{
+    struct Case
+    {
+        double maximum;
+        unsigned short depth;
+        Rgb16 expected;
+    };
+    for (const Case& each :
+         {Case{100000, 16, {196, 0, 255}}, {4095, 8, {255, 100, 255}}, {31, 8, {255, 100, 255}}}) {
+        RGBImageBuffer buffer(2, 2, 1, Rgb16(50176, 100, 65535), true);
+        buffer.getFrame(0).GetAttributes().set(Attr::cameraMaxIntensity, each.maximum);
+        buffer.getFrame(0).SetBitDepth(each.depth);
+        for (int i = 0; i < 2; ++i) {
+            buffer = createRGBImageBufferFromBuffer(*createRGB32BufferFromRGBImageBuffer(buffer));
+            EXPECT_EQ(buffer.getFrame(0)(1, 1), each.expected) << each.maximum;
+            EXPECT_EQ(buffer.getFrame(0).GetBitDepth(), 8) << each.maximum;
+        }
+    }
+}
+
 TEST(RGBImageBufferToBufferTest, WordFramesAreMosaics)
 {
     const RGBImageBuffer buffer = recording(12);
