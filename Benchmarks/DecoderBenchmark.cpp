@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// Decoding random frames of n² pixels into an array that exists, beside memcpy of as many words; and into a
-// fresh frame, with and without the reserve of arrays. Bytes processed are those read and written: what
-// memcpy reads and writes is twice the frame.
+// Decoding random frames of n² pixels into an array that exists, in turns with memcpy of the same bytes, half
+// of those read and written, and of as many words; and into a fresh frame, with and without the reserve of
+// arrays. Bytes processed are those read and written.
+#include "Benchmarks/Race.h"
 #include "Core/Common/Array.h"
 #include "Core/DataObjects/DataObjects.h"
 
@@ -63,24 +64,18 @@ void decode(benchmark::State& state)
         state.SkipWithError("wrong result");
         return;
     }
-    for (auto _ : state) {
-        decoder.decode({source.get(), sourceBytes}, destination);
-        benchmark::ClobberMemory();
-    }
+    const std::size_t half = (sourceBytes + 2 * pixels) / 2;
+    const auto from = randomBytes(std::max(half, 2 * pixels));
+    const auto to = randomBytes(std::max(half, 2 * pixels));
+    Benchmarks::race(
+        state,
+        [&] {
+            decoder.decode({source.get(), sourceBytes}, destination);
+        },
+        {{"memcpy", [&] { std::memcpy(to.get(), from.get(), half); }},
+         {"memcpy_words", [&] { std::memcpy(to.get(), from.get(), 2 * pixels); }}},
+        2 * half / pixels);
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(sourceBytes + 2 * pixels));
-}
-
-void copyWords(benchmark::State& state)
-{
-    const auto bytes = static_cast<std::size_t>(2 * state.range(0) * state.range(0));
-    const auto source = randomBytes(bytes);
-    const auto words = array<unsigned short>(bytes / 2);
-    std::memset(words.get(), 0, bytes);
-    for (auto _ : state) {
-        std::memcpy(words.get(), source.get(), bytes);
-        benchmark::ClobberMemory();
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(2 * bytes));
 }
 
 /// Allocates, decodes and frees a frame; without the reserve of arrays the system clears all pages anew.
@@ -105,6 +100,14 @@ void decodeFreshFrame(benchmark::State& state)
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(sourceBytes + frameBytes));
 }
 
+void inTurns(benchmark::internal::Benchmark* benchmark)
+{
+    for (const std::int64_t side : sides) {
+        benchmark->Arg(side);
+    }
+    benchmark->Iterations(21)->UseManualTime();
+}
+
 void overSides(benchmark::internal::Benchmark* benchmark)
 {
     for (const std::int64_t side : sides) {
@@ -112,15 +115,14 @@ void overSides(benchmark::internal::Benchmark* benchmark)
     }
 }
 
-BENCHMARK(copyWords)->Apply(overSides);
-BENCHMARK(decode<Mono10p>)->Apply(overSides);
-BENCHMARK(decode<Mono10pmsb>)->Apply(overSides);
-BENCHMARK(decode<Mono12p>)->Apply(overSides);
-BENCHMARK(decode<Mono12packed>)->Apply(overSides);
-BENCHMARK(decode<Mono12pmsb>)->Apply(overSides);
-BENCHMARK(decode<Raw16>)->Apply(overSides);
-BENCHMARK(decode<Raw8>)->Apply(overSides);
-BENCHMARK(decode<Rgb24>)->Apply(overSides);
+BENCHMARK(decode<Mono10p>)->Apply(inTurns);
+BENCHMARK(decode<Mono10pmsb>)->Apply(inTurns);
+BENCHMARK(decode<Mono12p>)->Apply(inTurns);
+BENCHMARK(decode<Mono12packed>)->Apply(inTurns);
+BENCHMARK(decode<Mono12pmsb>)->Apply(inTurns);
+BENCHMARK(decode<Raw16>)->Apply(inTurns);
+BENCHMARK(decode<Raw8>)->Apply(inTurns);
+BENCHMARK(decode<Rgb24>)->Apply(inTurns);
 BENCHMARK(decodeFreshFrame<true>)->Apply(overSides);
 BENCHMARK(decodeFreshFrame<false>)->Apply(overSides);
 
