@@ -458,7 +458,7 @@ void decodeStrips(Kernel kernel, Run<Kernel>& run, std::size_t stripSteps)
 template <bool streaming, typename Kernel>
 void decodeVectors(const Kernel& kernel, Run<Kernel>& run)
 {
-    constexpr std::size_t strips = 4;
+    constexpr std::size_t strips = 6;
     constexpr std::size_t stripSteps = (64 + 1) * 1024 / vectorBytes;
     while (run.steps() >= strips * stripSteps) {
         decodeStrips<streaming, strips, 2>(kernel, run, stripSteps);
