@@ -24,6 +24,12 @@ namespace
 // Beyond this count attributes move to a heap whose large values carry no checksum.
 constexpr unsigned attributesInHeader = 65535;
 
+// So many links stay in a group's header, where they are found and written fastest, and for these it has room
+// from the start; attributes may take it too.
+constexpr unsigned linksInHeader = 64;
+constexpr unsigned usualLinks = 16;
+constexpr unsigned usualLinkName = 12;
+
 constexpr std::array elements{Element::U8,  Element::U16, Element::I32, Element::U32,
                               Element::F32, Element::F64, Element::I64};
 
@@ -89,6 +95,14 @@ Handle datasetProperties(const FileContext& file, const DatasetLayout& layout)
     return properties;
 }
 
+/// \param properties of a group, or of a file for its root
+herr_t setGroupLayout(hid_t properties)
+{
+    return std::min({H5Pset_link_creation_order(properties, H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED),
+                     H5Pset_link_phase_change(properties, linksInHeader, linksInHeader),
+                     H5Pset_est_link_info(properties, usualLinks, usualLinkName)});
+}
+
 /// Begins a table of contents in the storage of the file.
 Handle createTable(const FileContext& file, const std::shared_ptr<Storage>& storage, Storage::Table table)
 {
@@ -97,7 +111,7 @@ Handle createTable(const FileContext& file, const std::shared_ptr<Storage>& stor
     const Handle properties = creationProperties(file, [] { return static_cast<hid_t>(H5P_FILE_CREATE); });
     checked(file, "properties", [&] {
         const hid_t id = properties.get();
-        herr_t worst = H5Pset_link_creation_order(id, H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
+        herr_t worst = setGroupLayout(id);
         // The storage alone knows when space may be used again.
         if (storage->isLasting()) {
             worst = std::min(worst, H5Pset_file_space_strategy(id, H5F_FSPACE_STRATEGY_NONE, 0, 1));
@@ -332,9 +346,7 @@ Group Group::createGroup(const std::string& name)
 {
     const Handle properties =
         creationProperties(*m_file, [] { return static_cast<hid_t>(H5P_GROUP_CREATE); });
-    checked(*m_file, name, [&] {
-        return H5Pset_link_creation_order(properties.get(), H5P_CRT_ORDER_TRACKED | H5P_CRT_ORDER_INDEXED);
-    });
+    checked(*m_file, name, [&] { return setGroupLayout(properties.get()); });
     const auto make = [&](hid_t parent) {
         return checkedHandle(*m_file, name, H5Gclose, [&] {
             return H5Gcreate2(parent, name.c_str(), H5P_DEFAULT, properties.get(), H5P_DEFAULT);
@@ -346,7 +358,10 @@ Group Group::createGroup(const std::string& name)
 Dataset Group::createDataset(const std::string& name, const DatasetLayout& layout)
 {
     const Serial serial;
-    const Handle properties = datasetProperties(*m_file, layout);
+    Handle& properties = m_datasetProperties[{layout.chunk, layout.filters}];
+    if (!properties.isOpen()) {
+        properties = datasetProperties(*m_file, layout);
+    }
     const Handle space = checkedHandle(*m_file, name, H5Sclose, [&] {
         return H5Screate_simple(static_cast<int>(layout.extents.size()), layout.extents.data(),
                                 layout.maximum.data());

@@ -10,6 +10,7 @@
 
 #include <hdf5.h>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -188,7 +189,7 @@ struct Filters
     bool deflate = false;
     bool fletcher32 = false;
 
-    friend bool operator==(const Filters&, const Filters&) = default;
+    friend auto operator<=>(const Filters&, const Filters&) = default;
 };
 
 inline constexpr unsigned long long unlimited = H5S_UNLIMITED;
@@ -231,6 +232,15 @@ struct PlacedChunk
     unsigned int filterMask = 0;
 };
 
+class Dataset;
+
+/// A dataset and the scale of each of its dimensions.
+struct DatasetScales
+{
+    const Dataset* dataset = nullptr;
+    std::vector<const Dataset*> scales;
+};
+
 /// An array in a file.
 class Dataset : public Object
 {
@@ -266,8 +276,12 @@ public:
     /// Makes it a dimension scale. \param title its name, or what netCDF has instead
     void makeScale(const std::string& title);
     void attachScale(const Dataset& scale, unsigned int dimension);
+    /// Gives datasets that have no scales yet the scales of all their dimensions; nor may the scales be in
+    /// use yet. The same as attaching one by one, but each list of references is written once.
+    static void attachScales(std::span<const DatasetScales> all);
 
 private:
+    static void attachScalesIn(Handle Object::*table, std::span<const DatasetScales> all);
     void readLayout();
     [[nodiscard]] Filters readFilters(hid_t properties, bool& onlyKnown) const;
 
@@ -291,6 +305,10 @@ public:
     [[nodiscard]] Group createGroup(const std::string& name);
     [[nodiscard]] Dataset createDataset(const std::string& name, const DatasetLayout& layout);
     void remove(const std::string& name);
+
+private:
+    /// Many datasets are made alike, and a list takes as long to make as a dataset's header.
+    std::map<std::pair<Extents, Filters>, Handle> m_datasetProperties;
 };
 
 /// An open file; as a group it is the root.

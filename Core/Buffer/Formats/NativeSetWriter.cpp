@@ -114,7 +114,6 @@ SetWriter::TextColumn::TextColumn(Hdf5::Group& group, const char* textName, cons
     : text(group, textName, Hdf5::Element::U8, textPerChunk, coder),
       end(group, endName, Hdf5::Element::I64, framesPerChunk, coder), byte(createDimension(group, byteName))
 {
-    text.dataset().attachScale(byte, 0);
 }
 
 void SetWriter::TextColumn::append(const QByteArray& utf8)
@@ -137,7 +136,6 @@ SetWriter::SetWriter(Hdf5::Group group, const I_Frame& first, FrameStructure str
       m_attributes(m_group, Name::frameAttributes, Name::attributeByte, Name::frameAttributesEnd, coder)
 {
     m_frame.dataset().makeScale(Name::frame);
-    m_attributes.end.dataset().attachScale(m_frame.dataset(), 0);
     std::vector<DatasetPlan> plans = planDatasets(m_structure);
     for (const DatasetPlan& plan : plans) {
         m_taken.insert(plan.name);
@@ -147,10 +145,16 @@ SetWriter::SetWriter(Hdf5::Group group, const I_Frame& first, FrameStructure str
     }
     describeGroup(plans);
     createAxes();
+    std::vector<Hdf5::DatasetScales> scales{{&m_attributes.text.dataset(), {&m_attributes.byte}},
+                                            {&m_attributes.end.dataset(), {&m_frame.dataset()}}};
     for (DatasetPlan& plan : plans) {
-        createDataset(std::move(plan));
+        scales.push_back(createDataset(std::move(plan)));
     }
     createMirrors(first);
+    for (Mirror& mirror : m_mirrors) {
+        scales.push_back({&mirror.column.dataset(), {&m_frame.dataset()}});
+    }
+    Hdf5::Dataset::attachScales(scales);
     for (PlannedDataset& dataset : m_datasets) {
         describeDataset(dataset);
     }
@@ -195,37 +199,37 @@ void SetWriter::createAxes()
     }
 }
 
-void SetWriter::createDataset(DatasetPlan plan)
+Hdf5::DatasetScales SetWriter::createDataset(DatasetPlan plan)
 {
     const auto choices = static_cast<unsigned int>(plan.components.size());
     const PlaneGeometry geometry(m_structure.components[plan.components.front()], m_structure.shape.depth,
                                  choices);
     PlaneWriter planes(m_group, plan.name, geometry, m_isPacked, m_coder);
-    m_datasets.push_back({std::move(plan), std::move(planes), false});
-    attachScales(m_datasets.back());
+    PlannedDataset& dataset = m_datasets.emplace_back(std::move(plan), std::move(planes), false);
+    return {&dataset.planes.dataset(), dimensionsOf(dataset)};
 }
 
-void SetWriter::attachScales(PlannedDataset& dataset)
+std::vector<const Hdf5::Dataset*> SetWriter::dimensionsOf(const PlannedDataset& dataset)
 {
-    Hdf5::Dataset& planes = dataset.planes.dataset();
     const ComponentStructure& component = dataset.planes.geometry().component();
-    const unsigned int y = dataset.planes.geometry().dimensionY();
-    planes.attachScale(m_frame.dataset(), 0);
-    if (dataset.plan.components.size() > 1) {
-        planes.attachScale(indexScale(Name::choice, static_cast<unsigned>(dataset.plan.components.size())),
-                           1);
+    const auto choices = static_cast<unsigned int>(dataset.plan.components.size());
+    std::vector<const Hdf5::Dataset*> scales{&m_frame.dataset()};
+    if (choices > 1) {
+        scales.push_back(&indexScale(Name::choice, choices));
     }
-    planes.attachScale(m_axes[2].dataset, y - 1);
-    const bool hasOwnSize =
-        component.width != m_structure.shape.width || component.height != m_structure.shape.height;
-    planes.attachScale(
-        hasOwnSize ? indexScale("y_" + dataset.plan.name, component.height) : m_axes[1].dataset, y);
-    planes.attachScale(hasOwnSize ? indexScale("x_" + dataset.plan.name, component.width) : m_axes[0].dataset,
-                       y + 1);
+    scales.push_back(&m_axes[2].dataset);
+    if (component.width != m_structure.shape.width || component.height != m_structure.shape.height) {
+        scales.push_back(&indexScale("y_" + dataset.plan.name, component.height));
+        scales.push_back(&indexScale("x_" + dataset.plan.name, component.width));
+    } else {
+        scales.push_back(&m_axes[1].dataset);
+        scales.push_back(&m_axes[0].dataset);
+    }
     if (component.type == DT_RGB) {
         const char* name = component.channels == 3 ? Name::channel : "channel_4";
-        planes.attachScale(indexScale(name, component.channels), y + 2);
+        scales.push_back(&indexScale(name, component.channels));
     }
+    return scales;
 }
 
 Hdf5::Dataset& SetWriter::indexScale(const std::string& name, unsigned int count)
@@ -292,9 +296,7 @@ void SetWriter::createMirrors(const I_Frame& first)
         }
         m_mirrors.push_back({name, ColumnWriter(m_group, datasetName(name, m_taken), Hdf5::Element::F64,
                                                 framesPerChunk, m_coder)});
-        Hdf5::Dataset& dataset = m_mirrors.back().column.dataset();
-        dataset.attachScale(m_frame.dataset(), 0);
-        writeAnyText(dataset, "qf_mirror_of", nameToText(name));
+        writeAnyText(m_mirrors.back().column.dataset(), "qf_mirror_of", nameToText(name));
     }
 }
 
@@ -330,6 +332,7 @@ void SetWriter::appendScales(const FrameScales& scales)
         hideChangedScales(scales);
         if (!m_scales) {
             m_scales.emplace(m_group, Name::frameScales, Name::scaleByte, Name::frameScalesEnd, m_coder);
+            m_scales->text.dataset().attachScale(m_scales->byte, 0);
             m_scales->end.dataset().attachScale(m_frame.dataset(), 0);
             m_scales->end.pad(m_rows);
         }

@@ -59,8 +59,9 @@ private:
     void describeGroup(const std::vector<DatasetPlan>& plans);
     [[nodiscard]] const std::string& nameOf(unsigned int component) const;
     void createAxes();
-    void createDataset(DatasetPlan plan);
-    void attachScales(PlannedDataset& dataset);
+    /// \returns the dataset's dimensions, which are to be attached
+    [[nodiscard]] Hdf5::DatasetScales createDataset(DatasetPlan plan);
+    [[nodiscard]] std::vector<const Hdf5::Dataset*> dimensionsOf(const PlannedDataset& dataset);
     /// A dimension that counts from 0, made at first use.
     [[nodiscard]] Hdf5::Dataset& indexScale(const std::string& name, unsigned int count);
     void describeDataset(PlannedDataset& dataset);

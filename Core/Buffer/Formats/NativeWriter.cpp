@@ -2,6 +2,7 @@
 #include "Core/Buffer/Formats/NativeWriter.h"
 
 #include "Core/Buffer/Formats/AttributeJson.h"
+#include "Core/Buffer/Formats/Hdf5Call.h"
 #include "Core/Buffer/Formats/Json.h"
 #include "Core/Buffer/Formats/NativeAttributes.h"
 
@@ -85,6 +86,7 @@ SetWriter& Writer::setOf(const I_Frame& frame)
     if (found != m_sets.end()) {
         return *found;
     }
+    const Hdf5::Serial serial;
     if (m_sets.empty()) {
         m_file->writeText("qf_kind", isVectorKind(structure.shape.kind) ? "vector" : "image");
         return m_sets.emplace_back(m_file->root(), frame, std::move(structure), m_isPacked, m_coder);
@@ -99,7 +101,10 @@ void Writer::finish(const I_Buffer& buffer)
     for (SetWriter& set : m_sets) {
         set.flush();
     }
-    m_sets.clear();
+    {
+        const Hdf5::Serial serial;
+        m_sets.clear();
+    }
     m_file->close();
     m_file.reset();
 }
