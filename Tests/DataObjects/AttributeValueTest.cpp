@@ -11,7 +11,6 @@
 
 #include <boost/lexical_cast/try_lexical_convert.hpp>
 #include <boost/numeric/conversion/cast.hpp>
-#include <gtest/gtest.h>
 
 #include <bit>
 #include <climits>
@@ -25,11 +24,10 @@
 namespace
 {
 
+using namespace DataObjects;
+using namespace TestSupport;
 using boost::numeric::negative_overflow;
 using boost::numeric::positive_overflow;
-using DataObjects::AttributeValue;
-using TestSupport::allocationsDuring;
-using TestSupport::raises;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -317,15 +315,14 @@ TEST(AttributeValue, RefusesWhatItCannotConvert)
     };
     const auto refuseLists = [&]<typename T>() {
         for (const AttributeValue& list : {two, none}) {
-            EXPECT_TRUE(raises<RTE::VerificationFailed>(QStringLiteral("List is not convertible."),
-                                                        [&] { std::ignore = list.value<T>(); }));
+            EXPECT_TRUE(
+                raises(QStringLiteral("List is not convertible."), [&] { std::ignore = list.value<T>(); }));
         }
     };
     forNumbers(refuseNull);
     forNumbers(refuseLists);
     forTypes<bool, std::string, QString>(refuseNull);
-    EXPECT_TRUE(raises<RTE::VerificationFailed>(QStringLiteral("List is not convertible."),
-                                                [&] { std::ignore = one.value<bool>(); }));
+    EXPECT_TRUE(raises(QStringLiteral("List is not convertible."), [&] { std::ignore = one.value<bool>(); }));
 }
 
 TEST(AttributeValue, AListReadsAsItsOwnElementTypeOnly)
@@ -335,9 +332,8 @@ TEST(AttributeValue, AListReadsAsItsOwnElementTypeOnly)
         EXPECT_EQ(AttributeValue(list).value<std::vector<T>>(), list);
         for (const Kind& kind : kinds()) {
             if (!kind.value.IsList<T>()) {
-                EXPECT_TRUE(raises<RTE::VerificationFailed>(QStringLiteral("Not convertible"), [&] {
-                    std::ignore = kind.value.value<std::vector<T>>();
-                }));
+                EXPECT_TRUE(raises(QStringLiteral("Not convertible"),
+                                   [&] { std::ignore = kind.value.value<std::vector<T>>(); }));
             }
         }
     };
@@ -481,8 +477,8 @@ TEST(AttributeValue, AnUnknownKindIsAnEmptyList)
     EXPECT_FALSE(value.IsScalar());
     EXPECT_EQ(value.Count(), 0U);
     EXPECT_EQ(value.value<QString>(), QString());
-    EXPECT_TRUE(raises<RTE::VerificationFailed>(QStringLiteral("List is not convertible."),
-                                                [&] { std::ignore = value.value<int>(); }));
+    EXPECT_TRUE(
+        raises(QStringLiteral("List is not convertible."), [&] { std::ignore = value.value<int>(); }));
 }
 
 TEST(AttributeValue, AListReadInPlaceLeavesItsCopiesAlone)

@@ -13,7 +13,7 @@ namespace
 {
 
 using namespace DataObjects;
-using TestSupport::raises;
+using namespace TestSupport;
 
 using Names = std::vector<std::string>;
 
@@ -87,8 +87,8 @@ TEST(AttributesContainer, RefusesToReadTheEmptyName)
 {
     const AttributesContainer attributes;
     EXPECT_TRUE(
-        raises<RTE::InvalidArgumentError>("Empty name.", [&] { (void)attributes.attributeValue(""); }));
-    EXPECT_TRUE(raises<RTE::InvalidArgumentError>("Empty name.", [&] { (void)attributes.attribute(""); }));
+        raises<RTE::InvalidArgumentError>("Empty name.", [&] { return attributes.attributeValue(""); }));
+    EXPECT_TRUE(raises<RTE::InvalidArgumentError>("Empty name.", [&] { return attributes.attribute(""); }));
     EXPECT_FALSE(attributes.contains(""));
     EXPECT_EQ(attributes.attribute("Absent"), (Attribute{"Absent", {}}));
 }
@@ -183,9 +183,7 @@ TEST(AttributesContainer, ReadsNumbersWithoutAnAllocation)
     attributes.set("QString", QStringLiteral("123.5"));
     for (const std::string name : {"std::string", "QString"}) {
         double number = 0.0;
-        EXPECT_EQ(
-            TestSupport::allocationsDuring([&] { number = attributes.attributeValue(name).value<double>(); }),
-            0U);
+        EXPECT_EQ(allocationsDuring([&] { number = attributes.attributeValue(name).value<double>(); }), 0U);
         EXPECT_GT(number, 123.0);
     }
 }

@@ -5,8 +5,6 @@
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ImageBuffer.h"
 
-#include <gtest/gtest.h>
-
 namespace
 {
 

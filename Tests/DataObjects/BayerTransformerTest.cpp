@@ -9,22 +9,14 @@
 #include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <random>
 
 namespace
 {
 
-using DataObjects::createBayerPatternImageFromRGBImage;
-using DataObjects::createRGBImageFromImage;
-using DataObjects::Image;
-using DataObjects::Rgb16;
-using DataObjects::RGBImage;
-using TestSupport::onEachTarget;
-using TestSupport::raises;
-using Failed = RTE::VerificationFailed;
+using namespace DataObjects;
+using namespace TestSupport;
 using Size = Math::Size2T<unsigned int>;
 using Words = Image<unsigned short>;
 
@@ -238,14 +230,14 @@ TEST(BayerTransformerTest, AnExampleByHand)
 
 TEST(BayerTransformerTest, CompanionsComeAlong)
 {
-    const Zt::LinearScale scale(0.5, 1.0, QStringLiteral("mm"), QStringLiteral("Axis"));
+    const Zt::LinearScale scale(0.5, 1.0, "mm", "Axis");
     Words mosaic = mosaicOf(codes[1], {3, 3});
     mosaic.SetMaskValid(2, 1, false);
     mosaic.SetScaleX(scale);
     mosaic.SetScaleY(scale);
     mosaic.SetScaleI(scale);
     mosaic.GetAttributes().set("Number", 7);
-    mosaic.GetScalarFields().Add(QStringLiteral("Field"), 1.5F);
+    mosaic.GetScalarFields().Add("Field", 1.5F);
     const auto expectCompanions = [&](const auto& image) {
         EXPECT_FALSE(image.IsMaskValid(2, 1));
         EXPECT_TRUE(image.IsMaskValid(2, 2));
@@ -253,7 +245,7 @@ TEST(BayerTransformerTest, CompanionsComeAlong)
         EXPECT_EQ(image.GetScaleY(), scale);
         EXPECT_EQ(image.GetScaleI(), scale);
         EXPECT_EQ(image.GetAttributes().attributeValue("Number").template value<int>(), 7);
-        EXPECT_TRUE(image.GetScalarFields().Contains(QStringLiteral("Field")));
+        EXPECT_TRUE(image.GetScalarFields().Contains("Field"));
     };
     const RGBImage image = createRGBImageFromImage(mosaic);
     expectCompanions(image);
@@ -261,38 +253,37 @@ TEST(BayerTransformerTest, CompanionsComeAlong)
     expectCompanions(createBayerPatternImageFromRGBImage(image, 513));
     EXPECT_TRUE(mosaic.GetAttributes().contains(Attr::rgbFrame));
 
-    mosaic.ReplaceMaskStrategy(std::make_unique<DataObjects::LazyMask>(3, 3, true));
-    EXPECT_TRUE(DataObjects::AllValuesValid(createRGBImageFromImage(mosaic)));
+    mosaic.ReplaceMaskStrategy(std::make_unique<LazyMask>(3, 3, true));
+    EXPECT_TRUE(AllValuesValid(createRGBImageFromImage(mosaic)));
     EXPECT_FALSE(mosaic.IsMaskSpawned());
 }
 
 TEST(BayerTransformerTest, RefusesWhatIsNoMosaic)
 {
-    const auto refuses = [](const QString& text, const DataObjects::ImageVariant& image) {
-        EXPECT_TRUE(raises<Failed>(text, [&] { return createRGBImageFromImage(image); }));
+    const auto refuses = [](const QString& text, const ImageVariant& image) {
+        EXPECT_TRUE(raises(text, [&] { return createRGBImageFromImage(image); }));
     };
     Words mosaic(2, 2, true);
-    refuses(QStringLiteral("not a rgb frame"), mosaic);
+    refuses("not a rgb frame", mosaic);
     mosaic.GetAttributes().set(Attr::rgbFrame, 0);
-    refuses(QStringLiteral("not a rgb frame"), mosaic);
+    refuses("not a rgb frame", mosaic);
     mosaic.GetAttributes().set(Attr::rgbFrame, QStringLiteral("2"));
-    refuses(QStringLiteral("Invalid RGBFrame attribute: 2"), mosaic);
+    refuses("Invalid RGBFrame attribute: 2", mosaic);
     mosaic.GetAttributes().set(Attr::rgbFrame, 1e12);
-    refuses(QStringLiteral("Invalid RGBFrame attribute: 2147483647"), mosaic);
+    refuses("Invalid RGBFrame attribute: 2147483647", mosaic);
 
     Image<float> floats(2, 2, true);
-    refuses(QStringLiteral("not a rgb frame"), floats);
+    refuses("not a rgb frame", floats);
     floats.GetAttributes().set(Attr::rgbFrame, 1);
-    refuses(QStringLiteral("Invalid RGB image type"), floats);
+    refuses("Invalid RGB image type", floats);
 
-    const QString tooSmall = QStringLiteral("Image to small. Needs to be at least 2x2");
+    const QString tooSmall = "Image to small. Needs to be at least 2x2";
     refuses(tooSmall, mosaicOf(codes[0], {1, 4}));
     refuses(tooSmall, mosaicOf(codes[0], {4, 1}));
-    EXPECT_TRUE(raises<Failed>(
-        tooSmall, [] { return createBayerPatternImageFromRGBImage(RGBImage(4, 1, Rgb16(), true), 1); }));
-    EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid RGBFrame attribute: 3"), [] {
-        return createBayerPatternImageFromRGBImage(RGBImage(4, 4, Rgb16(), true), 3);
-    }));
+    EXPECT_TRUE(raises(tooSmall,
+                       [] { return createBayerPatternImageFromRGBImage(RGBImage(4, 1, Rgb16(), true), 1); }));
+    EXPECT_TRUE(raises("Invalid RGBFrame attribute: 3",
+                       [] { return createBayerPatternImageFromRGBImage(RGBImage(4, 4, Rgb16(), true), 3); }));
 }
 
 } // namespace

@@ -3,8 +3,6 @@
 
 #include "Core/DataObjects/AttributesContainer.h"
 
-#include <gtest/gtest.h>
-
 namespace
 {
 

@@ -9,6 +9,7 @@ namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 
 TEST(DataObjectAttributeSink, WritesAndPassesOn)
 {
@@ -47,8 +48,8 @@ TEST(DataObjectAttributeSink, RefusesANullSink)
 {
     AttributesContainer attributes;
     const DataObjectAttributeSink sink(attributes);
-    EXPECT_TRUE(TestSupport::raises<RTE::PreconditionFailed>("Precondition failed: attributesSink != nullptr",
-                                                             [&] { sink.copyTo(nullptr); }));
+    EXPECT_TRUE(raises<RTE::PreconditionFailed>("Precondition failed: attributesSink != nullptr",
+                                                [&] { sink.copyTo(nullptr); }));
 }
 
 } // namespace

@@ -14,8 +14,6 @@
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SampleBuffers.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -24,11 +22,9 @@ namespace
 {
 
 using namespace DataObjects;
-using TestSupport::BufferPointer;
-using TestSupport::raises;
+using namespace TestSupport;
 
-const QString notImplemented =
-    QStringLiteral("Conversion from this buffer frame type to a DataObject not implemented yet.");
+const QString notImplemented = "Conversion from this buffer frame type to a DataObject not implemented yet.";
 
 BufferPointer bufferOf(BufferApi::I_Frame* frame)
 {
@@ -41,11 +37,11 @@ BufferPointer bufferOf(BufferApi::I_Frame* frame)
 BufferPointer wordBuffer(const QString& mark = {})
 {
     auto* const frame = BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 1);
-    auto* const pixels = static_cast<unsigned short*>(TestSupport::pixelsOf(*frame, 0));
+    auto* const pixels = static_cast<unsigned short*>(pixelsOf(*frame, 0));
     std::fill(pixels, pixels + 16, static_cast<unsigned short>(7));
     auto buffer = bufferOf(frame);
     if (!mark.isNull()) {
-        TestSupport::setText(*frame, Attr::rgbFrame, mark);
+        setText(*frame, Attr::rgbFrame, mark);
     }
     return buffer;
 }
@@ -53,7 +49,7 @@ BufferPointer wordBuffer(const QString& mark = {})
 BufferPointer colourBuffer()
 {
     auto* const frame = BufferApi::CreateImageFrame(BufferApi::DT_RGB, 4, 4, 1);
-    std::fill_n(static_cast<BufferApi::RgbQuad*>(TestSupport::pixelsOf(*frame, 0)), 16, BufferApi::RgbQuad{});
+    std::fill_n(static_cast<BufferApi::RgbQuad*>(pixelsOf(*frame, 0)), 16, BufferApi::RgbQuad{});
     return bufferOf(frame);
 }
 
@@ -87,14 +83,14 @@ TEST(DataObjectFromBuffer, MarkedImagesBecomeColourForWhoeverWantsIt)
     }
     // A wish that cannot be met is no image either.
     for (const char* const mark : {"0.0", "abc", " 0", "-1"}) {
-        EXPECT_TRUE(raises<RTE::VerificationFailed>("Invalid RGB frame", [&] {
-            (void)GetDataObjectAsRGBFromBuffer(wordBuffer(mark));
+        EXPECT_TRUE(raises("Invalid RGB frame", [&] {
+            return GetDataObjectAsRGBFromBuffer(wordBuffer(mark));
         })) << mark;
     }
     auto bytes = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_BYTE, 4, 4, 1));
-    TestSupport::setText(*bytes->GetFrame(0), Attr::rgbFrame, QStringLiteral("1"));
-    EXPECT_TRUE(raises<RTE::VerificationFailed>(
-        "Invalid RGB image type", [&] { (void)GetDataObjectAsRGBFromBuffer(std::move(bytes)); }));
+    setText(*bytes->GetFrame(0), Attr::rgbFrame, QStringLiteral("1"));
+    EXPECT_TRUE(
+        raises("Invalid RGB image type", [&] { return GetDataObjectAsRGBFromBuffer(std::move(bytes)); }));
 }
 
 TEST(DataObjectFromBuffer, AllElseIsNotImplemented)
@@ -103,34 +99,33 @@ TEST(DataObjectFromBuffer, AllElseIsNotImplemented)
         [] { return BufferPointer(); }, [] { return BufferPointer(BufferApi::CreateBuffer()); },
         [] { return vectorBuffer(); }};
     for (const auto& make : makers) {
-        EXPECT_TRUE(raises<RTE::Exception>(notImplemented, [&] { (void)GetDataObjectFromBuffer(make()); }));
+        EXPECT_TRUE(raises<RTE::Exception>(notImplemented, [&] { return GetDataObjectFromBuffer(make()); }));
         EXPECT_TRUE(
-            raises<RTE::Exception>(notImplemented, [&] { (void)GetDataObjectAsRGBFromBuffer(make()); }));
+            raises<RTE::Exception>(notImplemented, [&] { return GetDataObjectAsRGBFromBuffer(make()); }));
     }
     auto late = wordBuffer();
     late->AddFrame(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
-    EXPECT_TRUE(raises<RTE::VerificationFailed>("Frame of buffer is not from type image!",
-                                                [&] { (void)GetDataObjectFromBuffer(std::move(late)); }));
+    EXPECT_TRUE(raises("Frame of buffer is not from type image!",
+                       [&] { return GetDataObjectFromBuffer(std::move(late)); }));
 }
 
 TEST(DataObjectFromBuffer, ObjectsOwnAllTheyNeed)
 {
-    TestSupport::forEachPixelType([](auto tag) {
+    forEachPixelType([](auto tag) {
         using T = typename decltype(tag)::type;
         const auto type = BufferApi::GetDataType<T>();
-        auto buffer = TestSupport::imageBuffer(type, 2, 2);
-        const void* const pixels = TestSupport::pixelsOf(*buffer->GetFrame(1), 1);
+        auto buffer = imageBuffer(type, 2, 2);
+        const void* const pixels = pixelsOf(*buffer->GetFrame(1), 1);
         const auto object = GetDataObjectFromBuffer(std::move(buffer));
         auto& recording = dynamic_cast<ImageBuffer<T>&>(*object);
         EXPECT_EQ(recording.getFrame(1).getPlane(1).GetRawPointer(), pixels) << "moved, not copied";
         EXPECT_TRUE(recording.HasOwnerShip());
-        EXPECT_TRUE(TestSupport::buffersEqual(*createBufferFromVariant(*object),
-                                              *TestSupport::imageBuffer(type, 2, 2)));
+        EXPECT_TRUE(buffersEqual(*createBufferFromVariant(*object), *imageBuffer(type, 2, 2)));
         // Each of these would write to a frame that is gone.
         recording.GetGlobalAttributes().set("New", 1);
         recording.getFrame(0).GetAttributes().set("New", 1);
         recording.getFrame(0).GetScaleX().setFactor(2.0);
-        recording.AddScalarField(QStringLiteral("New"), recording.getFrame(0).GetScaleI());
+        recording.AddScalarField("New", recording.getFrame(0).GetScaleI());
         EXPECT_EQ(recording.getFrame(0).getPlane(1).GetScalarFields().size(), 3U);
     });
     const auto colour = GetDataObjectFromBuffer(colourBuffer());
@@ -178,7 +173,7 @@ TEST(DataObjectFromBuffer, BuffersAreMadeOfImagesAndColours)
 
 TEST(BufferStructureInformation, TellsTheFirstFrame)
 {
-    auto images = TestSupport::imageBuffer(BufferApi::DT_INT32, 3, 2);
+    auto images = imageBuffer(BufferApi::DT_INT32, 3, 2);
     images->AddFrame(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
     const auto ofImages = GetBufferStructureInformationForBuffer(*images);
     EXPECT_EQ(ofImages.frameCount, 3U);

@@ -16,9 +16,9 @@ namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using RTE::DeviceClass;
 using RTE::DeviceDataKind;
-using TestSupport::raises;
 
 using Record = RTE::DeviceDataT<double>;
 
@@ -71,39 +71,39 @@ TEST(DeviceData, ListsRecordsByClass)
     const AttributesContainer attributes = sample();
     EXPECT_EQ(GetNumberOfDevData(attributes), 4);
     EXPECT_EQ(GetNumberOfMeasuredDevData(attributes), 2);
-    EXPECT_EQ(names(GetAllDevData(attributes)), QStringLiteral("ABCD"));
-    EXPECT_EQ(names(GetAdcDevDataList(attributes)), QStringLiteral("BC"));
-    EXPECT_EQ(names(GetMeasuredAdcDevDataList(attributes)), QStringLiteral("C"));
-    EXPECT_EQ(names(GetAllDevDataWithRange(attributes)), QStringLiteral("ABCD"));
-    EXPECT_EQ(names(GetAdcDevDataWithRangeList(attributes)), QStringLiteral("BC"));
-    EXPECT_EQ(names(GetMeasuredAdcDevDataWithRangeList(attributes)), QStringLiteral("C"));
+    EXPECT_EQ(names(GetAllDevData(attributes)), "ABCD");
+    EXPECT_EQ(names(GetAdcDevDataList(attributes)), "BC");
+    EXPECT_EQ(names(GetMeasuredAdcDevDataList(attributes)), "C");
+    EXPECT_EQ(names(GetAllDevDataWithRange(attributes)), "ABCD");
+    EXPECT_EQ(names(GetAdcDevDataWithRangeList(attributes)), "BC");
+    EXPECT_EQ(names(GetMeasuredAdcDevDataWithRangeList(attributes)), "C");
     const DeviceData devices(attributes);
     EXPECT_EQ(devices.size(), 4);
-    EXPECT_EQ(names(devices.withMeasuredValues()), QStringLiteral("AC"));
-    EXPECT_EQ(names(devices.withNamesContaining(QStringLiteral("C"))), QStringLiteral("C"));
+    EXPECT_EQ(names(devices.withMeasuredValues()), "AC");
+    EXPECT_EQ(names(devices.withNamesContaining("C")), "C");
     std::vector<bool> measured;
     for (int i = -1; i < 5; ++i) {
         measured.push_back(devices.isDevDataMeasuredData(i));
     }
     EXPECT_EQ(measured, (std::vector<bool>{false, true, false, true, false, false}));
-    EXPECT_EQ(GetDevDataAlias(2, attributes), QStringLiteral("c"));
+    EXPECT_EQ(GetDevDataAlias(2, attributes), "c");
     EXPECT_EQ(GetDevDataAlias(4, attributes), QString());
 }
 
 TEST(DeviceData, FindsRecordsOrRaises)
 {
     AttributesContainer attributes = sample();
-    EXPECT_EQ(GetDeviceDataByName(attributes, QStringLiteral("B")).getAverage(), 3.0);
-    EXPECT_EQ(GetDeviceDataByAlias(attributes, QStringLiteral("d")).getAverage(), 5.0);
-    EXPECT_EQ(GetMeasuredDeviceDataByName(attributes, QStringLiteral("A")).getTrace().size(), 2U);
-    EXPECT_EQ(DeviceData(attributes).nameAt(3), QStringLiteral("D"));
+    EXPECT_EQ(GetDeviceDataByName(attributes, "B").getAverage(), 3.0);
+    EXPECT_EQ(GetDeviceDataByAlias(attributes, "d").getAverage(), 5.0);
+    EXPECT_EQ(GetMeasuredDeviceDataByName(attributes, "A").getTrace().size(), 2U);
+    EXPECT_EQ(DeviceData(attributes).nameAt(3), "D");
     const std::vector<std::function<void()>> calls{
-        [&] { (void)GetDeviceDataByName(attributes, QStringLiteral("b")); },
-        [&] { (void)GetDeviceDataByAlias(attributes, QStringLiteral("B")); },
-        [&] { (void)GetMeasuredDeviceDataByName(attributes, QStringLiteral("B")); },
-        [&] { (void)DeviceData(attributes).at(4); },
-        [&] { (void)DeviceData(attributes).at(-1); },
-        [&] { (void)DeviceData(attributes).nameAt(4); }};
+        [&] { return GetDeviceDataByName(attributes, "b"); },
+        [&] { return GetDeviceDataByAlias(attributes, "B"); },
+        [&] { return GetMeasuredDeviceDataByName(attributes, "B"); },
+        [&] { return DeviceData(attributes).at(4); },
+        [&] { return DeviceData(attributes).at(-1); },
+        [&] { return DeviceData(attributes).nameAt(4); }};
     for (const auto& call : calls) {
         EXPECT_TRUE(raises<RTE::PreconditionFailed>("Precondition failed: index < m_count", call));
     }
@@ -116,12 +116,12 @@ TEST(DeviceData, ComesThroughFrames)
     BufferAttributes stored(*frame);
     stored.merge(attributes);
     EXPECT_EQ(GetAllDevData(stored), GetAllDevData(attributes));
-    EXPECT_EQ(GetTraceOfDevData(stored, QStringLiteral("A")), (std::vector<double>{1.0, 2.0}));
+    EXPECT_EQ(GetTraceOfDevData(stored, "A"), (std::vector<double>{1.0, 2.0}));
     EXPECT_EQ(GetTraceOfDevData(stored, QString()), (std::vector<double>{1.0, 2.0, 3.0, 4.0, 5.0}));
-    EXPECT_TRUE(GetTraceOfDevData(stored, QStringLiteral("E")).empty());
+    EXPECT_TRUE(GetTraceOfDevData(stored, "E").empty());
     stored.remove("DevData.Trace0");
     stored.set("DevData.Trace0", std::vector<unsigned short>{7});
-    EXPECT_EQ(GetTraceOfDevData(stored, QStringLiteral("A")), std::vector<double>{7.0});
+    EXPECT_EQ(GetTraceOfDevData(stored, "A"), std::vector<double>{7.0});
 }
 
 TEST(DeviceData, CountsWithoutRecordsKeepNobodyBusy)
@@ -130,13 +130,13 @@ TEST(DeviceData, CountsWithoutRecordsKeepNobodyBusy)
     attributes.set("DevData.Sources", QStringLiteral("4000000000"));
     EXPECT_EQ(GetNumberOfDevData(attributes), 2147483647);
     EXPECT_EQ(GetNumberOfMeasuredDevData(attributes), 2);
-    EXPECT_EQ(names(GetAllDevData(attributes)), QStringLiteral("ABCD"));
+    EXPECT_EQ(names(GetAllDevData(attributes)), "ABCD");
     attributes.set("DevData.Sources", QStringLiteral("none"));
     EXPECT_EQ(DeviceData(attributes).size(), 0);
     attributes.set("DevData.Sources", std::vector<int>{4});
     EXPECT_TRUE(GetAllDevData(attributes).empty());
     attributes.set("DevData.Sources", 3.0);
-    EXPECT_EQ(names(GetAllDevData(attributes)), QStringLiteral("ABC"));
+    EXPECT_EQ(names(GetAllDevData(attributes)), "ABC");
     attributes.set("DevData.Sources", 1001);
     EXPECT_EQ(GetAllDevData(attributes).size(), 4U);
 }
@@ -149,7 +149,7 @@ TEST(DeviceData, RecordsWithoutANameKeepTheirPlace)
     attributes.remove("DevData.Class2");
     attributes.set("DevData.Sources", QStringLiteral("6"));
     attributes.set("DevData.Class5", 1);
-    EXPECT_EQ(names(GetAllDevData(attributes)), QStringLiteral("BD"));
+    EXPECT_EQ(names(GetAllDevData(attributes)), "BD");
     EXPECT_EQ(GetAllDevData(attributes).size(), 6U);
     const DeviceData devices(attributes);
     std::vector<bool> measured;
@@ -160,8 +160,7 @@ TEST(DeviceData, RecordsWithoutANameKeepTheirPlace)
     }
     EXPECT_EQ(measured, (std::vector<bool>{true, false, false, false, false, true}));
     EXPECT_EQ(GetNumberOfMeasuredDevData(attributes), 2);
-    EXPECT_EQ(names(GetAllDevData(RemoveDeviceDataEntry(attributes, QStringLiteral("B")))),
-              QStringLiteral("D"));
+    EXPECT_EQ(names(GetAllDevData(RemoveDeviceDataEntry(attributes, "B"))), "D");
 }
 
 TEST(DeviceData, RemovesADeviceAndMovesTheOthersUp)
@@ -185,13 +184,13 @@ TEST(DeviceData, RemovesADeviceAndMovesTheOthersUp)
     expected.set("DevData.Mark", 8);
     expected.set("DevData.Name007", 9);
     EXPECT_EQ(left.toStdVector(), expected.toStdVector());
-    EXPECT_EQ(RemoveDeviceDataEntry(attributes, QStringLiteral("x")).toStdVector(), attributes.toStdVector());
+    EXPECT_EQ(RemoveDeviceDataEntry(attributes, "x").toStdVector(), attributes.toStdVector());
 }
 
 TEST(DeviceData, GivesTheScanPosition)
 {
     RTE::DeviceDataStatic scan = properties("Scan z-position");
-    scan.scale = {2.0, 1.0, QStringLiteral("mm"), QStringLiteral("z")};
+    scan.scale = {2.0, 1.0, "mm", "z"};
     AttributesContainer attributes = attributesOf(
         {record("z-position 2", DeviceClass::Other, {1.0}), record("Z-Position", DeviceClass::Other, {2.0}),
          record("no z-position", DeviceClass::Other, {}), Record(scan, {3.0, 5.0}),
@@ -216,8 +215,7 @@ TEST(DeviceData, GivesThePoseOfARobot)
     axes.push_back(record("RdkTargetScan_x", DeviceClass::Measured, {9.0}));
     axes.push_back(record("RobotControl.RoboDK", DeviceClass::Measured, {9.0}));
     EXPECT_EQ(GetRoboCoordinatesFrom(attributesOf(axes)), (std::vector<double>{0, 1.5, 3, 4.5, 6, -0.25}));
-    EXPECT_EQ(GetRoboCoordinatesAsString(attributesOf(axes)),
-              QStringLiteral("P[mm]=0_1.5_3_A[deg]=4.5_6_-0.25"));
+    EXPECT_EQ(GetRoboCoordinatesAsString(attributesOf(axes)), "P[mm]=0_1.5_3_A[deg]=4.5_6_-0.25");
     axes.erase(axes.begin());
     EXPECT_EQ(GetRoboCoordinatesAsString(attributesOf(axes)), QString());
 }
@@ -238,7 +236,7 @@ TEST(DeviceDataAccess, DescribesARecord)
         return Record(fixed, std::move(trace));
     };
     Record named = record("named", DeviceClass::Other, {1.0, 2.0});
-    named.setNamedValue(QStringLiteral("open"));
+    named.setNamedValue("open");
     Record unknownAverage = record("a", DeviceClass::Other, {1.0, 2.0});
     unknownAverage.setStatistics({NAN, 1.0, 2.0, 0.5});
     Record referenceAlone = record("r", DeviceClass::Other, {});
@@ -278,7 +276,7 @@ TEST(DeviceDataAccess, GivesPhysicalValues)
     fixed.scale = {-2.0, 1.0, QStringLiteral("hPa"), QString()};
     Record pressure(fixed, {1.0, 3.0});
     pressure.setReference(10.0);
-    pressure.setNamedValue(QStringLiteral("low"));
+    pressure.setNamedValue("low");
     const DeviceDataAccess access(pressure);
     const std::vector<std::pair<const char*, const char*>> values{
         {"Average", "-3"},    {"Minimum", "-5"}, {"Maximum", "-1"},     {"StandardDeviation", "2.82843"},
@@ -288,7 +286,7 @@ TEST(DeviceDataAccess, GivesPhysicalValues)
         EXPECT_EQ(access.getValueWithUnit(QLatin1String(key)), QLatin1String(text) + QStringLiteral(" hPa"));
     }
     EXPECT_EQ(DeviceDataAccess().getValue(QStringLiteral("Reference")), QString());
-    EXPECT_EQ(DeviceDataAccess().getValue(QStringLiteral("Value")), QStringLiteral("nan"));
+    EXPECT_EQ(DeviceDataAccess().getValue("Value"), "nan");
 }
 
 } // namespace

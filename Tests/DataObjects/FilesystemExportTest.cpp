@@ -17,8 +17,6 @@
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
 
-#include <gtest/gtest.h>
-
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -28,8 +26,7 @@ namespace
 {
 
 using namespace DataObjects;
-using TestSupport::raises;
-using TestSupport::samePixels;
+using namespace TestSupport;
 
 template <typename Pixels>
 auto spanOf(const Pixels& pixels)
@@ -83,8 +80,8 @@ TEST_F(FilesystemExport, NamesWithoutASuffixGetTheNativeOne)
         QFile::remove(path(expected));
     }
     // A dot in the name of a folder is no suffix of the file.
-    ExportMask(Mask(3, 2, true), path(QStringLiteral("run.1/mask")));
-    EXPECT_TRUE(QFile::exists(path(QStringLiteral("run.1/mask.qfi"))));
+    ExportMask(Mask(3, 2, true), path("run.1/mask"));
+    EXPECT_TRUE(QFile::exists(path("run.1/mask.qfi")));
 }
 
 TEST_F(FilesystemExport, EveryFunctionMakesItsFoldersAndCompletesThePath)
@@ -92,59 +89,57 @@ TEST_F(FilesystemExport, EveryFunctionMakesItsFoldersAndCompletesThePath)
     for (const auto& [name, exportTo] : allExports()) {
         const QString folder = path(QString::fromStdString(name) + QStringLiteral("/sub"));
         exportTo(folder + QStringLiteral("/name"));
-        EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{QStringLiteral("name.qfi")}) << name;
+        EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{"name.qfi"}) << name;
     }
 }
 
 TEST_F(FilesystemExport, FoldersThatCannotBeMadeAreRefusedAndNothingIsWritten)
 {
-    const QString file = path(QStringLiteral("file"));
-    TestSupport::writeContent(file, "content");
+    const QString file = path("file");
+    writeContent(file, "content");
     for (const auto& [name, exportTo] : allExports()) {
-        EXPECT_TRUE(raises<RTE::VerificationFailed>("Failed to create directory for export!", [&] {
+        EXPECT_TRUE(raises("Failed to create directory for export!", [&] {
             exportTo(file + QStringLiteral("/sub/name"));
         })) << name;
-        EXPECT_EQ(TestSupport::contentOf(file), "content");
-        EXPECT_EQ(files(), QStringList{QStringLiteral("file")});
+        EXPECT_EQ(contentOf(file), "content");
+        EXPECT_EQ(files(), QStringList{"file"});
     }
 }
 
 TEST_F(FilesystemExport, FilesThatCannotBeWrittenAreNamedAndTheirFolderStays)
 {
-    const QString taken = path(QStringLiteral("sub/taken.qfi"));
+    const QString taken = path("sub/taken.qfi");
     ASSERT_TRUE(QDir().mkpath(taken));
     for (const auto& [name, exportTo] : allExports()) {
         EXPECT_TRUE(raises<RTE::FileWriteError>(
             QStringLiteral("Cannot write '%1': it is not a file").arg(taken), [&] { exportTo(taken); }))
             << name;
     }
-    EXPECT_THROW(ExportImageData(ImageData<float>(3, 2, 1.0F), path(QStringLiteral("made/float.png"))),
-                 RTE::FileWriteError)
+    EXPECT_THROW(ExportImageData(ImageData<float>(3, 2, 1.0F), path("made/float.png")), RTE::FileWriteError)
         << "PNG does not hold floats";
-    EXPECT_TRUE(QDir(path(QStringLiteral("made"))).isEmpty());
+    EXPECT_TRUE(QDir(path("made")).isEmpty());
 }
 
 TEST_F(FilesystemExport, AFailedExportLeavesTheOldFile)
 {
-    const QString file = path(QStringLiteral("old.qfi"));
+    const QString file = path("old.qfi");
     ExportImageData(ImageData<int>(3, 2, 7), file);
     ImageBuffer<int> broken(3, 2, 1, 2, 9, true);
     const std::unique_ptr<int[]> released(broken.getFrame(1).getPlane(0).GetImageData().ReleaseRawPointer());
-    EXPECT_TRUE(
-        raises<RTE::VerificationFailed>("data-pointer is null", [&] { ExportImageBuffer(broken, file); }));
-    EXPECT_EQ(files(), QStringList{QStringLiteral("old.qfi")});
+    EXPECT_TRUE(raises("data-pointer is null", [&] { ExportImageBuffer(broken, file); }));
+    EXPECT_EQ(files(), QStringList{"old.qfi"});
     EXPECT_EQ(ImportImageDataT<int>(file, 0, 0)(2, 1), 7);
 }
 
 TEST_F(FilesystemExport, ImagesOfAllTypesComeBackBitForBit)
 {
-    TestSupport::forEachPixelType([&](auto tag) {
+    forEachPixelType([&](auto tag) {
         using T = typename decltype(tag)::type;
-        const auto frame = TestSupport::imageFrame(BufferApi::GetDataType<T>(), 1);
-        const QString file = path(QStringLiteral("image.qfi"));
+        const auto frame = imageFrame(BufferApi::GetDataType<T>(), 1);
+        const QString file = path("image.qfi");
         ExportImage(GetImageT<T>(*frame, 0, true), file);
         const auto buffer = CreateBufferFromImageT(ImportImageT<T>(file, 0, 0), true);
-        EXPECT_TRUE(TestSupport::framesEqual(*buffer->GetFrame(0), *frame));
+        EXPECT_TRUE(framesEqual(*buffer->GetFrame(0), *frame));
     });
 }
 
@@ -157,9 +152,9 @@ ImageBuffer<float> mixedRecording()
     volumes.emplace_back(Math::Size3T<unsigned int>(5, 4, 3), 2.5F, false);
     volumes[0].getPlane(1).SetMaskValid(2, 1, false);
     volumes[1].getPlane(0).ReplaceMaskStrategy(std::make_unique<LazyMask>(2U, 9U, true));
-    volumes[1].getPlane(0).GetScalarFields().Add(QStringLiteral("é"), 7.0F);
+    volumes[1].getPlane(0).GetScalarFields().Add("é", 7.0F);
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    volumes[2].SetScaleX(Zt::LinearScale(nan, -0.0, QStringLiteral("µm"), QStringLiteral("x")));
+    volumes[2].SetScaleX(Zt::LinearScale(nan, -0.0, "µm", "x"));
     volumes[2].SetScaleY(Zt::LinearScale(-0.0, nan, QString(), QString()));
     volumes[2].SetScaleZ(Zt::LinearScale(nan, 1.0, QString(), QString()));
     volumes[2].SetScaleI(
@@ -168,48 +163,46 @@ ImageBuffer<float> mixedRecording()
     AttributesContainer attributes;
     attributes.set("Project", QStringLiteral("Jet"));
     ImageBuffer<float> recording(std::move(volumes), attributes);
-    recording.SetName(QStringLiteral("Mixed"));
+    recording.SetName("Mixed");
     return recording;
 }
 
 TEST_F(FilesystemExport, RecordingsAreTheFilesOfTheirWholeBuffers)
 {
     const auto empty = ImageBuffer<float>::CreateEmptyImageBuffer();
-    empty->SetName(QStringLiteral("Empty"));
+    empty->SetName("Empty");
     const ImageBuffer<float> mixed = mixedRecording();
     const ImageBuffer<float> noPixels(0, 3, 2, 2, 1.0F, true);
     for (const ImageBuffer<float>* const recording : {&std::as_const(*empty), &mixed, &noPixels}) {
-        ExportImageBuffer(*recording, path(QStringLiteral("frames.qfi")));
+        ExportImageBuffer(*recording, path("frames.qfi"));
         const auto buffer = CreateBufferFromImageBuffer(*recording, true);
-        BufferApi::ExportBuffer(buffer.get(), path(QStringLiteral("whole.qfi")), {{"PackType", 2}});
-        EXPECT_EQ(TestSupport::contentOf(path(QStringLiteral("frames.qfi"))),
-                  TestSupport::contentOf(path(QStringLiteral("whole.qfi"))))
+        BufferApi::ExportBuffer(buffer.get(), path("whole.qfi"), {{"PackType", 2}});
+        EXPECT_EQ(contentOf(path("frames.qfi")), contentOf(path("whole.qfi")))
             << recording->GetName().toStdString();
     }
 }
 
 TEST_F(FilesystemExport, ImagesThatWereMovedFromAreRefused)
 {
-    const QString file = path(QStringLiteral("moved.qfi"));
+    const QString file = path("moved.qfi");
     Image<float> image(3, 2, 1.5F, true);
     const Image<float> target(std::move(image));
-    EXPECT_TRUE(raises<RTE::VerificationFailed>("data-pointer is null", [&] { ExportImage(image, file); }));
+    EXPECT_TRUE(raises("data-pointer is null", [&] { ExportImage(image, file); }));
     EXPECT_TRUE(files().isEmpty());
     ImageVolume<float> volume({3, 2, 2}, 1.5F, true);
     const Image<float> plane(std::move(volume.getPlane(1)));
-    EXPECT_TRUE(
-        raises<RTE::VerificationFailed>("data-pointer is null", [&] { ExportImageVolume(volume, file); }));
+    EXPECT_TRUE(raises("data-pointer is null", [&] { ExportImageVolume(volume, file); }));
     EXPECT_TRUE(files().isEmpty());
 }
 
 TEST_F(FilesystemExport, ScalesOfVolumesNeedNotBeNumbers)
 {
     const ImageBuffer<float> mixed = mixedRecording();
-    const QString file = path(QStringLiteral("mixed.qfi"));
+    const QString file = path("mixed.qfi");
     ExportImageBuffer(mixed, file);
     const auto read = ImportImageBuffer(file);
-    EXPECT_TRUE(TestSupport::buffersEqual(*CreateBufferFromImageBuffer(*read, true),
-                                          *CreateBufferFromImageBuffer(mixed, true)));
+    EXPECT_TRUE(
+        buffersEqual(*CreateBufferFromImageBuffer(*read, true), *CreateBufferFromImageBuffer(mixed, true)));
     EXPECT_EQ(ImportImageVolumeT<int>(file, 2).GetDepth(), 3U);
 }
 
@@ -217,42 +210,40 @@ TEST_F(FilesystemExport, MasksAreBytesOf255And0)
 {
     unsigned char bytes[] = {0, 1, 255, 2, 0, 0};
     const Mask mask(reinterpret_cast<bool*>(bytes), 3, 2, false);
-    ExportMask(mask, path(QStringLiteral("mask")));
+    ExportMask(mask, path("mask"));
     const auto picture = ImportImage(path(QStringLiteral("mask.qfi")), 0, 0);
     const std::vector<unsigned char> expected = {0, 255, 255, 255, 0, 0};
     EXPECT_TRUE(samePixels(spanOf(dynamic_cast<const Image<unsigned char>&>(*picture)),
                            std::span<const unsigned char>(expected)));
     EXPECT_EQ(picture->GetScaleX(), Zt::LinearScale(Zt::ScalePreset::X));
 
-    ExportMask(Mask(40, 30, false), path(QStringLiteral("none.png")));
+    ExportMask(Mask(40, 30, false), path("none.png"));
     const auto none = ImportImageDataT<int>(path(QStringLiteral("none.png")), 0, 0);
     EXPECT_TRUE(std::all_of(none.begin(), none.end(), [](int pixel) { return pixel == 0; }));
 
     Mask released(3, 2, true);
     const std::unique_ptr<bool[]> pixels(released.ReleaseRawPointer());
-    EXPECT_TRUE(raises<RTE::VerificationFailed>(
-        "data-pointer is null", [&] { ExportMask(released, path(QStringLiteral("released"))); }));
-    EXPECT_FALSE(QFile::exists(path(QStringLiteral("released.qfi"))));
+    EXPECT_TRUE(raises("data-pointer is null", [&] { ExportMask(released, path("released")); }));
+    EXPECT_FALSE(QFile::exists(path("released.qfi")));
 }
 
 TEST_F(FilesystemExport, ScalarFieldsAreImagesWithTheirScale)
 {
-    const Zt::LinearScale scale(0.5, 2.0, QStringLiteral("K"), QStringLiteral("Temperature"));
-    TestSupport::forEachPixelType([&](auto tag) {
+    const Zt::LinearScale scale(0.5, 2.0, "K", "Temperature");
+    forEachPixelType([&](auto tag) {
         using T = typename decltype(tag)::type;
         ScalarField<T> field(3, 2, scale);
         std::iota(field.begin(), field.end(), T{10});
         const ScalarFieldVariant& variant = field;
-        ExportScalarField(variant, path(QStringLiteral("field")));
+        ExportScalarField(variant, path("field"));
         const auto image = ImportImage(path(QStringLiteral("field.qfi")), 0, 0);
         EXPECT_TRUE(samePixels(spanOf(dynamic_cast<const Image<T>&>(*image)), spanOf(std::as_const(field))));
         EXPECT_EQ(image->GetScaleI(), scale);
         EXPECT_TRUE(AllValuesValid(*image));
     });
-    EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar field type", [&] {
-        ExportScalarField(TestSupport::StrangeField(3, 2), path(QStringLiteral("strange")));
-    }));
-    EXPECT_FALSE(QFile::exists(path(QStringLiteral("strange.qfi"))));
+    EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar field type",
+                                       [&] { ExportScalarField(StrangeField(3, 2), path("strange")); }));
+    EXPECT_FALSE(QFile::exists(path("strange.qfi")));
 }
 
 TEST_F(FilesystemExport, OtherFormatsGetTheMasksThatTellSomething)
@@ -265,17 +256,17 @@ TEST_F(FilesystemExport, OtherFormatsGetTheMasksThatTellSomething)
         EXPECT_TRUE(AllValuesValid(*read));
     }
     image.SetMaskValid(1, 1, false);
-    EXPECT_THROW(ExportImage(image, path(QStringLiteral("b.png"))), RTE::FileWriteError);
+    EXPECT_THROW(ExportImage(image, path("b.png")), RTE::FileWriteError);
     ImageBuffer<float> recording(3, 2, 1, 2, 1.5F, true);
-    ExportImageBuffer(recording, path(QStringLiteral("run.tif")));
-    EXPECT_EQ(ImportImageBufferT<float>(path(QStringLiteral("run.tif"))).getFrameCount(), 2U);
+    ExportImageBuffer(recording, path("run.tif"));
+    EXPECT_EQ(ImportImageBufferT<float>(path("run.tif")).getFrameCount(), 2U);
 }
 
 TEST_F(FilesystemExport, AMaskThatNobodyAskedForIsWrittenAndNotMade)
 {
     Image<float> image(3, 2, 1.0F, true);
     image.ReplaceMaskStrategy(std::make_unique<LazyMask>(3U, 2U, true));
-    ExportImage(image, path(QStringLiteral("lazy.tif")));
+    ExportImage(image, path("lazy.tif"));
     EXPECT_FALSE(image.IsMaskSpawned());
     for (const QString& name : {QStringLiteral("lazy.qfi"), QStringLiteral("lazy.1")}) {
         ExportImage(image, path(name));
@@ -291,18 +282,17 @@ TEST_F(FilesystemExport, PixelsAndMasksAreWrittenFromWhereTheyAre)
     constexpr unsigned int side = 1000;
     ImageVolume<float> volume({side, side, 2}, 1.5F, true);
     volume.SetMaskValid(3, 4, 1, false);
-    TestSupport::forgetLargestAllocation();
-    ExportImageVolume(volume, path(QStringLiteral("plain.qfi")));
-    EXPECT_LT(TestSupport::largestAllocation(), 4ULL * side * side);
+    forgetLargestAllocation();
+    ExportImageVolume(volume, path("plain.qfi"));
+    EXPECT_LT(largestAllocation(), 4ULL * side * side);
     const auto read = ImportImageVolumeT<float>(path(QStringLiteral("plain.qfi")), 0);
     EXPECT_EQ(read.GetVoxel(999, 999, 1), 1.5F);
     EXPECT_FALSE(read.IsMaskValid(3, 4, 1));
     EXPECT_TRUE(AllValuesValid(read.getPlane(0)));
     volume.getPlane(1).ReplaceMaskStrategy(std::make_unique<LazyMask>(2U, 2U, true));
     (void)volume.getPlane(1).GetMask();
-    EXPECT_TRUE(raises<RTE::VerificationFailed>("Source and destination have different sizes.", [&] {
-        ExportImageVolume(volume, path(QStringLiteral("plain.qfi")));
-    }));
+    EXPECT_TRUE(raises("Source and destination have different sizes.",
+                       [&] { ExportImageVolume(volume, path("plain.qfi")); }));
 }
 
 } // namespace

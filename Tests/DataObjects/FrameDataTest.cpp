@@ -2,8 +2,6 @@
 #include "Core/DataObjects/FrameData.h"
 #include "Core/DataObjects/FloatFrame.h"
 
-#include <gtest/gtest.h>
-
 #include <new>
 #include <numeric>
 #include <utility>
@@ -11,8 +9,7 @@
 namespace
 {
 
-using DataObjects::FloatFrame;
-using DataObjects::FrameData;
+using namespace DataObjects;
 
 /// What both classes share, and the size that each has after it gave its pixels up.
 template <typename Frame>

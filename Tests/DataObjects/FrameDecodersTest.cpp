@@ -2,16 +2,14 @@
 #include "Core/DataObjects/DataObjects.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 namespace
 {
 
+using namespace TestSupport;
 using namespace DataObjects::FrameDecoder;
 using RTE::InvalidArgumentError;
-using TestSupport::raises;
 
 using Bytes = std::vector<unsigned char>;
 using Words = std::vector<unsigned short>;
@@ -127,7 +125,7 @@ TEST(FrameDecoders, MakeFrames)
         EXPECT_EQ(Words(frame.cbegin(), frame.cend()), (Words{0x321, 0x654, 0x321, 0x654}));
     }
     EXPECT_TRUE(raises<InvalidArgumentError>("Destination too small: need 8 bytes, but got 0 bytes", [&] {
-        static_cast<void>(Mono12p().decode({bytes.data(), bytes.size()}, QSize(-1, -1)));
+        return Mono12p().decode({bytes.data(), bytes.size()}, QSize(-1, -1));
     }));
 }
 
@@ -197,7 +195,7 @@ TEST(FrameDecoders, RefuseCountsThatTheyCannotHold)
         SCOPED_TRACE(description.label);
         const auto invalid = [&](const QSize& size) {
             return raises<InvalidArgumentError>("Frame size is invalid",
-                                                [&] { static_cast<void>(decoder.encodedSize(size)); });
+                                                [&] { return decoder.encodedSize(size); });
         };
         EXPECT_TRUE(invalid(QSize(-1, 4)));
         // 2^32 pixels are none in the 32 bits of a pixel count.
@@ -209,14 +207,14 @@ TEST(FrameDecoders, RefuseCountsThatTheyCannotHold)
             }
         }
         if (const auto message = messages.find(decoder.id()); message != messages.end()) {
-            EXPECT_TRUE(raises<InvalidArgumentError>(message->second,
-                                                     [&] { static_cast<void>(decoder.encodedSize(6)); }));
+            EXPECT_TRUE(
+                raises<InvalidArgumentError>(message->second, [&] { return decoder.encodedSize(6); }));
         }
     }
     EXPECT_TRUE(raises<InvalidArgumentError>("Mono12p: Invalid frame dimensions (3)",
-                                             [] { static_cast<void>(Mono12p().encodedSize(3)); }));
+                                             [] { return Mono12p().encodedSize(3); }));
     EXPECT_TRUE(raises<InvalidArgumentError>("Mono12pmsb: Invalid frame dimensions (3)",
-                                             [] { static_cast<void>(Mono12pmsb().encodedSize(3)); }));
+                                             [] { return Mono12pmsb().encodedSize(3); }));
     // The product of 2^31 and more stays positive.
     EXPECT_EQ(Raw16().encodedSize(QSize(1 << 16, 1 << 15)), 1ULL << 32U);
 }

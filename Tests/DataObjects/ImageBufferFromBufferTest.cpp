@@ -10,8 +10,6 @@
 
 #include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <utility>
 
@@ -19,14 +17,8 @@ namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Buffer;
-using RTE::VerificationFailed;
-using TestSupport::buffersEqual;
-using TestSupport::forAllTypes;
-using TestSupport::framesEqual;
-using TestSupport::imageBuffer;
-using TestSupport::pixelsOf;
-using TestSupport::raises;
 
 QString projectOf(I_Buffer& buffer)
 {
@@ -123,29 +115,25 @@ TEST(ImageBufferFromBuffer, FailuresAreTold)
     const auto withVectors = imageBuffer(BufferApi::DT_WORD, 1, 1);
     withVectors->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
     const QString notImage = "Frame of buffer is not from type image!";
-    EXPECT_TRUE(raises<VerificationFailed>(notImage,
-                                           [&] { static_cast<void>(GetImageBuffer(*withVectors, false)); }));
-    EXPECT_TRUE(raises<VerificationFailed>(
-        notImage, [&] { static_cast<void>(GetImageBufferT<unsigned short>(std::as_const(*withVectors))); }));
-    EXPECT_TRUE(raises<VerificationFailed>("Pixel-plane of given frame has not the required type", [&] {
-        static_cast<void>(GetImageBufferT<float>(*withVectors, false));
-    }));
+    EXPECT_TRUE(raises(notImage, [&] { return GetImageBuffer(*withVectors, false); }));
+    EXPECT_TRUE(
+        raises(notImage, [&] { return GetImageBufferT<unsigned short>(std::as_const(*withVectors)); }));
+    EXPECT_TRUE(raises("Pixel-plane of given frame has not the required type",
+                       [&] { return GetImageBufferT<float>(*withVectors, false); }));
 
     const std::unique_ptr<I_Buffer> noFrames(BufferApi::CreateBuffer());
     EXPECT_TRUE(raises<RTE::Exception>("Given buffer has no frames",
-                                       [&] { static_cast<void>(GetImageBuffer(std::as_const(*noFrames))); }));
-    EXPECT_TRUE(raises<VerificationFailed>(
-        "Image volume list is empty", [&] { static_cast<void>(GetImageBufferT<int>(*noFrames, false)); }));
+                                       [&] { return GetImageBuffer(std::as_const(*noFrames)); }));
+    EXPECT_TRUE(raises("Image volume list is empty", [&] { return GetImageBufferT<int>(*noFrames, false); }));
     EXPECT_EQ(CreateBufferFromImageBuffer(*ImageBuffer<int>::CreateEmptyImageBuffer(), true)->GetFrameCount(),
               0U);
 
     const auto colour = imageBuffer(BufferApi::DT_RGB, 1, 1);
-    EXPECT_TRUE(raises<RTE::Exception>("RGB ImageBuffer is not supported.", [&] {
-        static_cast<void>(GetImageBuffer(std::move(*colour), false));
-    }));
+    EXPECT_TRUE(raises<RTE::Exception>("RGB ImageBuffer is not supported.",
+                                       [&] { return GetImageBuffer(std::move(*colour), false); }));
     colour->GetFrame(0)->RemoveComponent(0);
     EXPECT_TRUE(raises<RTE::Exception>("Image volume list has unsupported data type",
-                                       [&] { static_cast<void>(GetImageBuffer(*colour, false)); }));
+                                       [&] { return GetImageBuffer(*colour, false); }));
 }
 
 } // namespace

@@ -5,18 +5,14 @@
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <functional>
 
 namespace
 {
 
-using DataObjects::ImageData;
-using TestSupport::onEachTarget;
-using TestSupport::raises;
-using TestSupport::samePixels;
+using namespace DataObjects;
+using namespace TestSupport;
 
 template <typename T>
 class ImageDataArithmetic : public testing::Test
@@ -146,7 +142,7 @@ TYPED_TEST(ImageDataArithmetic, RefusesDivisorsOfAnotherShape)
 {
     ImageData<TypeParam> data(6, 2, TypeParam{8});
     const ImageData<TypeParam> divisor(4, 3, TypeParam{2});
-    EXPECT_TRUE(raises<RTE::VerificationFailed>("Mismatching image sizes", [&] { data /= divisor; }));
+    EXPECT_TRUE(raises("Mismatching image sizes", [&] { data /= divisor; }));
     EXPECT_EQ(data[0], TypeParam{8});
 }
 

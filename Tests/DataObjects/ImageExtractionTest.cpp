@@ -7,20 +7,11 @@
 #include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 namespace
 {
 
-using DataObjects::ExtractXYImage;
-using DataObjects::ExtractXZImage;
-using DataObjects::ExtractYZImage;
-using DataObjects::ExtractZYImage;
-using DataObjects::Image;
-using DataObjects::ImageData;
-using DataObjects::ImageVariant;
-using DataObjects::ImageVolume;
-using TestSupport::raises;
+using namespace DataObjects;
+using namespace TestSupport;
 using Size = Math::Size3T<unsigned int>;
 using Voxel = Math::Point3T<unsigned int>;
 
@@ -45,13 +36,13 @@ ImageVolume<T> makeVolume()
                 volume.SetVoxel(x, y, z, static_cast<T>(valueAt({x, y, z})));
             }
         }
-        volume.getPlane(z).GetScalarFields().Add(QStringLiteral("Field"));
+        volume.getPlane(z).GetScalarFields().Add("Field");
     }
     volume.SetMaskValid(invalid, false);
-    volume.SetScaleX({2.0, 10.0, QStringLiteral("mm"), QStringLiteral("x")});
-    volume.SetScaleY({3.0, 20.0, QStringLiteral("m"), QStringLiteral("y")});
-    volume.SetScaleZ({4.0, 30.0, QStringLiteral("km"), QStringLiteral("z")});
-    volume.SetScaleI({5.0, 40.0, QStringLiteral("counts"), QStringLiteral("I")});
+    volume.SetScaleX({2.0, 10.0, "mm", "x"});
+    volume.SetScaleY({3.0, 20.0, "m", "y"});
+    volume.SetScaleZ({4.0, 30.0, "km", "z"});
+    volume.SetScaleI({5.0, 40.0, "counts", "I"});
     volume.GetAttributes().set("Key", 7);
     return volume;
 }
@@ -73,7 +64,7 @@ void expectPixels(const ImageVariant& cut, unsigned int cutWidth, unsigned int c
 
 TEST(ImageExtraction, TakesTheVoxelsAndTheirValidityOfEachType)
 {
-    TestSupport::forEachPixelType([](auto tag) {
+    forEachPixelType([](auto tag) {
         using T = typename decltype(tag)::type;
         const ImageVolume<T> volume = makeVolume<T>();
         expectPixels<T>(*ExtractXYImage(volume, 1), width, height,
@@ -123,7 +114,7 @@ TEST(ImageExtraction, AMaskThatNobodyAskedForIsValidAndNotMade)
 {
     std::vector<Image<float>> planes;
     planes.emplace_back(ImageData<float>(width, height, 1.0F),
-                        std::make_unique<DataObjects::LazyMask>(width, height, true));
+                        std::make_unique<LazyMask>(width, height, true));
     const ImageVolume<float> volume(std::move(planes));
     for (const auto& cut : {ExtractXZImage, ExtractYZImage, ExtractZYImage}) {
         EXPECT_TRUE(AllValuesValid(*cut(volume, 0)));
@@ -135,25 +126,24 @@ TEST(ImageExtraction, RefusesIndicesBeyondTheAxis)
 {
     const ImageVolume<int> volume = makeVolume<int>();
     using RTE::OutOfRangeError;
-    EXPECT_TRUE(raises<OutOfRangeError>("z plane index", [&] { (void)ExtractXYImage(volume, depth); }));
-    EXPECT_TRUE(raises<OutOfRangeError>("y plane index", [&] { (void)ExtractXZImage(volume, height); }));
-    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { (void)ExtractYZImage(volume, width); }));
-    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { (void)ExtractZYImage(volume, width); }));
+    EXPECT_TRUE(raises<OutOfRangeError>("z plane index", [&] { return ExtractXYImage(volume, depth); }));
+    EXPECT_TRUE(raises<OutOfRangeError>("y plane index", [&] { return ExtractXZImage(volume, height); }));
+    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { return ExtractYZImage(volume, width); }));
+    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { return ExtractZYImage(volume, width); }));
 }
 
 TEST(ImageExtraction, GivesOneRowAsNumbers)
 {
-    TestSupport::forEachPixelType([](auto tag) {
+    forEachPixelType([](auto tag) {
         using T = typename decltype(tag)::type;
         const ImageVolume<T> volume = makeVolume<T>();
         const auto& data = volume.getPlane(0).GetImageData();
-        EXPECT_EQ(DataObjects::getImageDataLine(data, 2), (std::vector<double>{21, 22, 23, 24}));
-        EXPECT_TRUE(DataObjects::getImageDataLine(data, height).empty());
+        EXPECT_EQ(getImageDataLine(data, 2), (std::vector<double>{21, 22, 23, 24}));
+        EXPECT_TRUE(getImageDataLine(data, height).empty());
     });
-    DataObjects::ImageData<int> released(4, 3, 0);
+    ImageData<int> released(4, 3, 0);
     const std::unique_ptr<int[]> pixels(released.ReleaseRawPointer());
-    EXPECT_TRUE(TestSupport::raises<RTE::VerificationFailed>(
-        "data-pointer is null", [&] { (void)DataObjects::getImageDataLine(released, 0); }));
+    EXPECT_TRUE(raises("data-pointer is null", [&] { return getImageDataLine(released, 0); }));
 }
 
 } // namespace

@@ -10,8 +10,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <memory>
 #include <utility>
@@ -19,23 +17,11 @@
 namespace
 {
 
+using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-using DataObjects::AttachMaskAndGetImage;
-using DataObjects::BufferAttributes;
-using DataObjects::GetImage;
-using DataObjects::GetImageT;
-using DataObjects::Image;
-using DataObjects::ImageVariant;
-using RTE::VerificationFailed;
-using TestSupport::forAllTypes;
-using TestSupport::imageBuffer;
-using TestSupport::imageFrame;
-using TestSupport::imageFrameOf;
-using TestSupport::memoryOf;
-using TestSupport::pixelsOf;
-using TestSupport::raises;
 
 const Zt::LinearScale otherScale(3.0, 4.0, "s", "other");
 
@@ -78,7 +64,7 @@ std::vector<Read> movesOf()
 template <typename T>
 const Image<T>& typed(const ImageVariant& image)
 {
-    EXPECT_EQ(image.GetDataType(), DataObjects::E_DataType(PixelTypes::number<T>));
+    EXPECT_EQ(image.GetDataType(), E_DataType(PixelTypes::number<T>));
     return dynamic_cast<const Image<T>&>(image);
 }
 
@@ -92,7 +78,7 @@ void expectMemory(const Image<T>& image, const void* pixels, const void* mask, c
     EXPECT_EQ(image.GetMask().GetRawPointer(), mask);
     EXPECT_EQ(image.GetMask().HasOwnerShip(), owned);
     const auto peakRatio = image.GetScalarFields().Get("Peak ratio");
-    EXPECT_EQ(DataObjects::CastScalarFieldTo<float>(*peakRatio).begin(), field);
+    EXPECT_EQ(CastScalarFieldTo<float>(*peakRatio).begin(), field);
     EXPECT_EQ(image.GetScalarFields().GetCount(), 2U);
 }
 
@@ -125,8 +111,8 @@ TEST(ImageFromBuffer, AViewIsBoundToItsFrame)
             const auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
             I_FrameImage& frame = imageFrameOf(*buffer, 1);
             const auto view = read(*buffer);
-            expectMemory(typed<T>(*view), pixelsOf(frame, 2), maskOf(frame, 2),
-                         memoryOf(frame, TestSupport::peakRatio, 2), false);
+            expectMemory(typed<T>(*view), pixelsOf(frame, 2), maskOf(frame, 2), memoryOf(frame, peakRatio, 2),
+                         false);
             EXPECT_EQ(view->GetScaleZ(), frame.GetScaleZ());
             changeScalesAndAttributes(*view);
             expectChanged(frame);
@@ -142,8 +128,8 @@ TEST(ImageFromBuffer, ConstFormsViewToo)
     const I_Buffer& constBuffer = *buffer;
     const I_FrameImage& frame = imageFrameOf(constBuffer, 1);
     const auto expectView = [&](const ImageVariant& view) {
-        expectMemory(typed<int>(view), pixelsOf(frame, 2), maskOf(frame, 2),
-                     memoryOf(frame, TestSupport::peakRatio, 2), false);
+        expectMemory(typed<int>(view), pixelsOf(frame, 2), maskOf(frame, 2), memoryOf(frame, peakRatio, 2),
+                     false);
     };
     expectView(GetImageT<int>(frame, 2));
     expectView(GetImageT<int>(constBuffer, 1, 2));
@@ -162,7 +148,7 @@ TEST(ImageFromBuffer, AnImageTakenOutOfAFrameStandsByItself)
             const I_FrameImage& frame = imageFrameOf(*buffer, 1);
             const void* const pixels = pixelsOf(frame, 2);
             const void* const mask = maskOf(frame, 2);
-            const void* const field = memoryOf(frame, TestSupport::peakRatio, 2);
+            const void* const field = memoryOf(frame, peakRatio, 2);
             const Zt::LinearScale scaleY = frame.GetScaleY();
             const Zt::LinearScale scaleI = frame.GetScaleI();
             const auto image = read(*buffer);
@@ -171,8 +157,8 @@ TEST(ImageFromBuffer, AnImageTakenOutOfAFrameStandsByItself)
             changeScalesAndAttributes(*image);
             EXPECT_EQ(frame.GetScaleY(), scaleY);
             EXPECT_NE(frame.FindAttribute("Acq.Gain"), nullptr);
-            for (const std::string& component : {I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK,
-                                                 TestSupport::peakRatio, TestSupport::fieldHeight}) {
+            for (const std::string& component :
+                 {I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK, peakRatio, fieldHeight}) {
                 EXPECT_EQ(memoryOf(frame, component, 2), nullptr) << component;
                 EXPECT_NE(memoryOf(frame, component, 1), nullptr) << component;
             }
@@ -193,11 +179,11 @@ TEST(ImageFromBuffer, NoFormAllocatesPixels)
             frame->AddMask({});
         }
         BufferApi::CreateTypedScalarInFrame(frame.get(), "Field", BufferApi::DT_BYTE);
-        TestSupport::forgetLargestAllocation();
+        forgetLargestAllocation();
         const auto view = GetImage(*frame, 0, withMask);
         static_cast<void>(GetImage(std::as_const(*frame), 0));
         const auto image = GetImage(std::move(*frame), 0, withMask);
-        EXPECT_LT(TestSupport::largestAllocation(), 16U * 1024);
+        EXPECT_LT(largestAllocation(), 16U * 1024);
         EXPECT_EQ(view->IsMaskSpawned(), withMask);
         EXPECT_EQ(image->IsMaskSpawned(), withMask);
     }
@@ -206,7 +192,7 @@ TEST(ImageFromBuffer, NoFormAllocatesPixels)
 TEST(ImageFromBuffer, AFrameWithoutAMaskLeavesTheImageOneOfItsOwn)
 {
     const auto frame = imageFrame(BufferApi::DT_FLOAT, 1);
-    TestSupport::removeMask(*frame);
+    removeMask(*frame);
     const auto expectOwnMask = [&](const ImageVariant& image) {
         EXPECT_TRUE(image.GetMask().HasOwnerShip());
         EXPECT_TRUE(AllValuesValid(image));
@@ -221,7 +207,7 @@ TEST(ImageFromBuffer, AFrameWithoutAMaskLeavesTheImageOneOfItsOwn)
     withMask->GetMask()(2, 1) = false;
     EXPECT_FALSE(AttachMaskAndGetImage(frame.get(), 0)->GetMask()(2, 1));
 
-    TestSupport::removeMask(*frame);
+    removeMask(*frame);
     expectOwnMask(*GetImage(std::move(*frame), 0, false));
 }
 
@@ -241,30 +227,25 @@ TEST(ImageFromBuffer, FailuresComeInOrder)
     const char* const otherType = "Pixel-plane of given frame has not the required type";
     const Case cases[] = {
         {"Frame is NULL.",
-         [](I_Buffer&) { static_cast<void>(GetImageT<int>(static_cast<I_FrameImage*>(nullptr), 0, true)); }},
-        {"Frame is NULL.",
-         [](I_Buffer&) { static_cast<void>(GetImage(static_cast<I_FrameImage*>(nullptr), 0, true)); }},
+         [](I_Buffer&) { return GetImageT<int>(static_cast<I_FrameImage*>(nullptr), 0, true); }},
+        {"Frame is NULL.", [](I_Buffer&) { return GetImage(static_cast<I_FrameImage*>(nullptr), 0, true); }},
         {"Buffer is NULL",
-         [](I_Buffer&) { static_cast<void>(GetImageT<int>(static_cast<I_Buffer*>(nullptr), 0, 0, true)); }},
-        {"Buffer is NULL",
-         [](I_Buffer&) { static_cast<void>(GetImage(static_cast<const I_Buffer*>(nullptr), 0, 0)); }},
-        {"ImageFrame is NULL", [](I_Buffer&) { static_cast<void>(AttachMaskAndGetImage(nullptr, 0)); }},
-        {"Frame type is not image.", [](I_Buffer& b) { static_cast<void>(GetImageT<float>(b, 1, 0, true)); }},
-        {"Frame type is not image.",
-         [](I_Buffer& b) { static_cast<void>(GetImageT<float>(std::as_const(b), 2, 0)); }},
-        {"Frame type is not an image.", [](I_Buffer& b) { static_cast<void>(GetImage(b, 1, 0, true)); }},
-        {"Frame type is not an image.",
-         [](I_Buffer& b) { static_cast<void>(GetImage(std::move(b), 2, 0, true)); }},
-        {noMask, [&](I_Buffer& b) { static_cast<void>(GetImageT<int>(frame(b), 3, true)); }},
+         [](I_Buffer&) { return GetImageT<int>(static_cast<I_Buffer*>(nullptr), 0, 0, true); }},
+        {"Buffer is NULL", [](I_Buffer&) { return GetImage(static_cast<const I_Buffer*>(nullptr), 0, 0); }},
+        {"ImageFrame is NULL", [](I_Buffer&) { return AttachMaskAndGetImage(nullptr, 0); }},
+        {"Frame type is not image.", [](I_Buffer& b) { return GetImageT<float>(b, 1, 0, true); }},
+        {"Frame type is not image.", [](I_Buffer& b) { return GetImageT<float>(std::as_const(b), 2, 0); }},
+        {"Frame type is not an image.", [](I_Buffer& b) { return GetImage(b, 1, 0, true); }},
+        {"Frame type is not an image.", [](I_Buffer& b) { return GetImage(std::move(b), 2, 0, true); }},
+        {noMask, [&](I_Buffer& b) { return GetImageT<int>(frame(b), 3, true); }},
         {"Z-Plane for given frame not valid",
-         [&](I_Buffer& b) { static_cast<void>(GetImageT<int>(frame(b), 3, false)); }},
-        {otherType, [&](I_Buffer& b) { static_cast<void>(GetImageT<int>(frame(b), 0, false)); }},
-        {"Invalid plane-index 3",
-         [&](I_Buffer& b) { static_cast<void>(GetImageT<int>(std::move(frame(b)), 3, true)); }},
-        {otherType, [&](I_Buffer& b) { static_cast<void>(GetImageT<int>(std::move(frame(b)), 0, true)); }},
-        {noMask, [](I_Buffer& b) { static_cast<void>(GetImage(std::move(b), 0, 0, true)); }}};
+         [&](I_Buffer& b) { return GetImageT<int>(frame(b), 3, false); }},
+        {otherType, [&](I_Buffer& b) { return GetImageT<int>(frame(b), 0, false); }},
+        {"Invalid plane-index 3", [&](I_Buffer& b) { return GetImageT<int>(std::move(frame(b)), 3, true); }},
+        {otherType, [&](I_Buffer& b) { return GetImageT<int>(std::move(frame(b)), 0, true); }},
+        {noMask, [](I_Buffer& b) { return GetImage(std::move(b), 0, 0, true); }}};
     for (const Case& failure : cases) {
-        EXPECT_TRUE(raises<VerificationFailed>(failure.text, [&] { failure.call(*buffer); }));
+        EXPECT_TRUE(raises(failure.text, [&] { failure.call(*buffer); }));
     }
 }
 
@@ -288,11 +269,9 @@ TEST(ImageFromBuffer, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
         const auto frame = BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
         auto& image = dynamic_cast<I_FrameImage&>(*frame);
         const QString oddMask = "Mask has invalid size.";
-        EXPECT_TRUE(
-            raises<VerificationFailed>(hasMask ? oddMask : "Size of image and image plane must be equal.",
-                                       [&] { static_cast<void>(GetImage(image, 0, false)); }));
-        EXPECT_TRUE(raises<VerificationFailed>(
-            oddMask, [&] { static_cast<void>(GetImage(std::move(image), 0, false)); }));
+        EXPECT_TRUE(raises(hasMask ? oddMask : "Size of image and image plane must be equal.",
+                           [&] { return GetImage(image, 0, false); }));
+        EXPECT_TRUE(raises(oddMask, [&] { return GetImage(std::move(image), 0, false); }));
     }
 }
 
@@ -303,11 +282,9 @@ TEST(ImageFromBuffer, TypesOutsideTheSixAreRefused)
     hollow->RemoveComponent(0);
     for (const auto& [frame, text] : {std::pair(colour.get(), "RGB image is not supported."),
                                       std::pair(hollow.get(), "Image has unsupported data type")}) {
-        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { static_cast<void>(GetImage(*frame, 0, false)); }));
-        EXPECT_TRUE(
-            raises<RTE::Exception>(text, [&] { static_cast<void>(GetImage(std::as_const(*frame), 0)); }));
-        EXPECT_TRUE(
-            raises<RTE::Exception>(text, [&] { static_cast<void>(GetImage(std::move(*frame), 0, false)); }));
+        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImage(*frame, 0, false); }));
+        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImage(std::as_const(*frame), 0); }));
+        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImage(std::move(*frame), 0, false); }));
     }
 }
 

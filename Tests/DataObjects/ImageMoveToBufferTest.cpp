@@ -10,8 +10,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <memory>
 #include <utility>
@@ -20,16 +18,10 @@ namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-using RTE::VerificationFailed;
-using TestSupport::forAllTypes;
-using TestSupport::framesEqual;
-using TestSupport::imageFrame;
-using TestSupport::memoryOf;
-using TestSupport::pixelsOf;
-using TestSupport::raises;
 
 using FramePointer = std::unique_ptr<I_FrameImage>;
 
@@ -37,7 +29,7 @@ using FramePointer = std::unique_ptr<I_FrameImage>;
 const I_FrameImage& onlyFrame(const I_Buffer& buffer)
 {
     EXPECT_EQ(buffer.GetFrameCount(), 1U);
-    return TestSupport::imageFrameOf(buffer, 0);
+    return imageFrameOf(buffer, 0);
 }
 
 TEST(ImageMoveToBuffer, TheFrameTakesTheArraysThatTheImageOwns)
@@ -48,8 +40,8 @@ TEST(ImageMoveToBuffer, TheFrameTakesTheArraysThatTheImageOwns)
         const auto takenFrom = [&](auto write) {
             auto source = imageFrame(BufferApi::GetDataType<T>(), 1);
             std::vector<const void*> memory;
-            for (const std::string& component : {I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK,
-                                                 TestSupport::peakRatio, TestSupport::fieldHeight}) {
+            for (const std::string& component :
+                 {I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK, peakRatio, fieldHeight}) {
                 memory.push_back(memoryOf(*source, component, 0));
             }
             Image<T> image = GetImageT<T>(std::move(*source), 0, true);
@@ -64,8 +56,8 @@ TEST(ImageMoveToBuffer, TheFrameTakesTheArraysThatTheImageOwns)
             EXPECT_TRUE(framesEqual(*frame, *expected));
             EXPECT_EQ(pixelsOf(*frame, 0), memory[0]);
             EXPECT_EQ(memoryOf(*frame, I_Frame::COMPONENT_MASK, 0), memory[1]);
-            EXPECT_EQ(memoryOf(*frame, TestSupport::peakRatio, 0), memory[2]);
-            EXPECT_EQ(memoryOf(*frame, TestSupport::fieldHeight, 0), memory[3]);
+            EXPECT_EQ(memoryOf(*frame, peakRatio, 0), memory[2]);
+            EXPECT_EQ(memoryOf(*frame, fieldHeight, 0), memory[3]);
         };
         takenFrom([](Image<T>& i) { return FramePointer(CreateFrameFromImageT(std::move(i), true)); });
         takenFrom([](ImageVariant& i) { return FramePointer(CreateFrameFromImage(std::move(i), true)); });
@@ -131,36 +123,33 @@ TEST(ImageMoveToBuffer, NothingIsAllocatedForPixels)
 {
     Image<float> image(512, 512, 1.0F, true);
     image.GetScalarFields().Add("Field", 1.0F);
-    TestSupport::forgetLargestAllocation();
+    forgetLargestAllocation();
     const auto buffer = CreateBufferFromImage(std::move(image), true);
-    EXPECT_LT(TestSupport::largestAllocation(), 16U * 1024);
+    EXPECT_LT(largestAllocation(), 16U * 1024);
 }
 
 TEST(ImageMoveToBuffer, AMaskOfAnotherSizeIsRefusedAndNothingLeaks)
 {
     Image<int> image(2, 2, 7, true);
     image.GetMask() = Mask(1, 1, true);
-    EXPECT_TRUE(raises<VerificationFailed>("Source and destination have different sizes.", [&] {
-        static_cast<void>(CreateFrameFromImageT(std::move(image), true));
-    }));
+    EXPECT_TRUE(raises("Source and destination have different sizes.",
+                       [&] { return CreateFrameFromImageT(std::move(image), true); }));
 }
 
 TEST(ImageMoveToBuffer, PixelsThatWereGivenUpAreNotRead)
 {
     Image<int> image(2, 2, 7, true);
     FramePointer(CreateFrameFromImageT(std::move(image), true)).reset();
-    EXPECT_TRUE(raises<VerificationFailed>(
-        "data-pointer is null", [&] { static_cast<void>(CreateFrameFromImageT(std::move(image), true)); }));
+    EXPECT_TRUE(
+        raises("data-pointer is null", [&] { return CreateFrameFromImageT(std::move(image), true); }));
 }
 
 TEST(ImageMoveToBuffer, TypesOutsideTheSixAreRefused)
 {
-    EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type", [] {
-        static_cast<void>(CreateFrameFromImage(TestSupport::StrangeImage(), true));
-    }));
-    EXPECT_TRUE(raises<RTE::Exception>("Unsupported image data type", [] {
-        static_cast<void>(CreateBufferFromImageData(TestSupport::StrangeImageData()));
-    }));
+    EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type",
+                                       [] { return CreateFrameFromImage(StrangeImage(), true); }));
+    EXPECT_TRUE(raises<RTE::Exception>("Unsupported image data type",
+                                       [] { return CreateBufferFromImageData(StrangeImageData()); }));
 }
 
 } // namespace

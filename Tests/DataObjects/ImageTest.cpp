@@ -11,8 +11,6 @@
 #include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <limits>
 #include <numeric>
@@ -21,22 +19,11 @@
 namespace
 {
 
-using DataObjects::AllValuesValid;
-using DataObjects::AttributesContainer;
-using DataObjects::Image;
-using DataObjects::ImageData;
-using DataObjects::ImageDataVariant;
-using DataObjects::ImageVariant;
-using DataObjects::InstantMask;
-using DataObjects::LazyMask;
-using DataObjects::Mask;
-using DataObjects::MaskStrategy;
-using DataObjects::ScalarFields;
-using TestSupport::raises;
+using namespace DataObjects;
+using namespace TestSupport;
 using Size = Math::Size2T<unsigned int>;
-using Failed = RTE::VerificationFailed;
 
-const QString differentSizes = QStringLiteral("Source and destination have different sizes.");
+const QString differentSizes = "Source and destination have different sizes.";
 
 Zt::LinearScale scaleOf(double factor)
 {
@@ -53,7 +40,7 @@ void fillParts(Image<T>& image, int first)
     image.SetScaleZ(scaleOf(first + 2));
     image.SetScaleI(scaleOf(first + 3));
     image.GetAttributes().set("First", first);
-    image.GetScalarFields().Add(QStringLiteral("Field"), static_cast<float>(first));
+    image.GetScalarFields().Add("Field", static_cast<float>(first));
 }
 
 template <typename T>
@@ -84,9 +71,9 @@ void expectParts(const ImageVariant& image, int first)
     const auto attributes = image.GetAttributes().toStdVector();
     ASSERT_EQ(attributes.size(), 1U);
     EXPECT_EQ(attributes[0].value.value<int>(), first);
-    ASSERT_EQ(image.GetScalarFields().GetNames(), QList<QString>{QStringLiteral("Field")});
+    ASSERT_EQ(image.GetScalarFields().GetNames(), QList<QString>{"Field"});
     const auto field = image.GetScalarFields().Get(QStringLiteral("Field"));
-    EXPECT_EQ(DataObjects::CastScalarFieldTo<float>(*field).GetPixel(2, 1), static_cast<float>(first));
+    EXPECT_EQ(CastScalarFieldTo<float>(*field).GetPixel(2, 1), static_cast<float>(first));
 }
 
 /// An image that looks at pixels and parts of this object, as one on a frame does.
@@ -100,7 +87,7 @@ struct Viewed
     std::shared_ptr<Zt::LinearScale> y = std::make_shared<Zt::LinearScale>(scaleOf(11));
     std::shared_ptr<Zt::LinearScale> z = std::make_shared<Zt::LinearScale>(scaleOf(12));
     std::shared_ptr<Zt::LinearScale> i = std::make_shared<Zt::LinearScale>(scaleOf(13));
-    std::shared_ptr<DataObjects::Attributes> attributes = std::make_shared<AttributesContainer>();
+    std::shared_ptr<Attributes> attributes = std::make_shared<AttributesContainer>();
     std::shared_ptr<ScalarFields> fields = std::make_shared<ScalarFields>(size);
 
     Image<T> image() { return {pixels.data(), size, mask, x, y, z, i, attributes, fields}; }
@@ -111,7 +98,7 @@ class ImageTest : public testing::Test
 {
 };
 
-TYPED_TEST_SUITE(ImageTest, TestSupport::PixelTypeList);
+TYPED_TEST_SUITE(ImageTest, PixelTypeList);
 
 TYPED_TEST(ImageTest, NewImagesHaveDefaultParts)
 {
@@ -171,7 +158,7 @@ TYPED_TEST(ImageTest, IsAssignedToImagesOfEveryType)
 {
     auto source = numbered<TypeParam>(1);
     source.SetMaskValid(1, 1, false);
-    TestSupport::forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
+    forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
 }
 
 TYPED_TEST(ImageTest, CopiesShareNothing)
@@ -242,34 +229,32 @@ TEST(Image, ConstructionTakesSharesOrViews)
 
 TEST(Image, UnfitPartsAreRefusedAndLeftAlone)
 {
-    const QString badCast = QStringLiteral("bad image data cast");
-    const QString badMask = QStringLiteral("Mask has invalid size.");
-    const QString noMask = QStringLiteral("Mask is not valid.");
+    const QString badCast = "bad image data cast";
+    const QString badMask = "Mask has invalid size.";
+    const QString noMask = "Mask is not valid.";
     ImageData<int> data(3, 2, 8);
     ImageDataVariant& untyped = data;
     Mask small(2, 2, true);
-    EXPECT_TRUE(raises<Failed>(badCast, [&] { Image<float>(std::move(untyped)); }));
-    EXPECT_TRUE(raises<Failed>(badCast, [&] { Image<float>(std::move(untyped), std::move(small)); }));
-    EXPECT_TRUE(
-        raises<Failed>(badCast, [&] { Image<float>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
-    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<int>(std::move(untyped), std::move(small)); }));
-    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<int>(std::move(data), std::move(small)); }));
-    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<float>(untyped, small); }));
-    EXPECT_TRUE(
-        raises<Failed>(noMask, [&] { Image<int>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
+    EXPECT_TRUE(raises(badCast, [&] { Image<float>(std::move(untyped)); }));
+    EXPECT_TRUE(raises(badCast, [&] { Image<float>(std::move(untyped), std::move(small)); }));
+    EXPECT_TRUE(raises(badCast, [&] { Image<float>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
+    EXPECT_TRUE(raises(badMask, [&] { Image<int>(std::move(untyped), std::move(small)); }));
+    EXPECT_TRUE(raises(badMask, [&] { Image<int>(std::move(data), std::move(small)); }));
+    EXPECT_TRUE(raises(badMask, [&] { Image<float>(untyped, small); }));
+    EXPECT_TRUE(raises(noMask, [&] { Image<int>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
     EXPECT_EQ(data.size(), 6U);
     EXPECT_EQ(small.size(), 4U);
 
     const auto shared = std::make_shared<ImageData<int>>(3, 2, 8);
-    EXPECT_TRUE(raises<Failed>(badCast, [&] { Image<float>(shared, std::make_shared<Mask>(3, 2)); }));
-    EXPECT_TRUE(raises<Failed>(badMask, [&] { Image<int>(shared, std::make_shared<Mask>(3, 3)); }));
-    EXPECT_TRUE(raises<Failed>(noMask, [&] { Image<int>(shared, std::shared_ptr<Mask>()); }));
+    EXPECT_TRUE(raises(badCast, [&] { Image<float>(shared, std::make_shared<Mask>(3, 2)); }));
+    EXPECT_TRUE(raises(badMask, [&] { Image<int>(shared, std::make_shared<Mask>(3, 3)); }));
+    EXPECT_TRUE(raises(noMask, [&] { Image<int>(shared, std::shared_ptr<Mask>()); }));
 
     Image<int> image(3, 2, true);
-    std::shared_ptr<DataObjects::Attributes> none;
-    EXPECT_TRUE(raises<Failed>(noMask, [&] { image.ReplaceMaskStrategy(nullptr); }));
-    EXPECT_TRUE(raises<Failed>("Attributes are not valid.", [&] { image.SwapAttributes(none); }));
-    EXPECT_TRUE(raises<Failed>("ScaleY is not valid.", [&] {
+    std::shared_ptr<Attributes> none;
+    EXPECT_TRUE(raises(noMask, [&] { image.ReplaceMaskStrategy(nullptr); }));
+    EXPECT_TRUE(raises("Attributes are not valid.", [&] { image.SwapAttributes(none); }));
+    EXPECT_TRUE(raises("ScaleY is not valid.", [&] {
         image.SetSharedScales(image.GetScaleXShared(), nullptr, nullptr, image.GetScaleIShared());
     }));
 }
@@ -293,7 +278,7 @@ TEST(Image, ViewsAreCheckedInOrder)
         {"Scalar fields are not valid.", [&] { parts.fields = std::make_shared<ScalarFields>(2, 3); }},
         {"Sizes of scalar fields is different to image size.", [&] { parts.fields = good.fields; }}};
     for (const auto& [text, repair] : failureAndRepair) {
-        EXPECT_TRUE(raises<Failed>(text, [&] { parts.image(); }));
+        EXPECT_TRUE(raises(text, [&] { parts.image(); }));
         repair();
     }
     EXPECT_EQ(parts.image().GetRawPointer(), parts.pixels.data());
@@ -304,7 +289,7 @@ TEST(Image, AssignmentPassesValuesOnToAllThatShare)
     Viewed<int> viewed;
     Image<int> view = viewed.image();
     viewed.attributes->set("Old", 1);
-    viewed.fields->Add(QStringLiteral("Old"));
+    viewed.fields->Add("Old");
     const auto source = numbered<int>(1);
     view = source;
     EXPECT_EQ(viewed.pixels, (std::vector<int>{1, 2, 3, 4, 5, 6}));
@@ -327,15 +312,15 @@ TEST(Image, AWrongSizeLeavesEverythingAsItWas)
         expectParts(image, 1);
     };
     const auto wide = numbered<int>(9, {2, 3});
-    EXPECT_TRUE(raises<Failed>(differentSizes, [&] { image = wide; }));
-    EXPECT_TRUE(raises<Failed>(differentSizes, [&] { image.Assign(numbered<float>(9, {2, 3})); }));
-    EXPECT_TRUE(raises<Failed>("Mismatching image sizes", [&] { (void)(image / wide); }));
+    EXPECT_TRUE(raises(differentSizes, [&] { image = wide; }));
+    EXPECT_TRUE(raises(differentSizes, [&] { image.Assign(numbered<float>(9, {2, 3})); }));
+    EXPECT_TRUE(raises("Mismatching image sizes", [&] { return (image / wide); }));
     expectUnchanged();
 
     Viewed<int> viewed;
     auto view = viewed.image();
     auto source = numbered<int>(9, {2, 3});
-    EXPECT_TRUE(raises<Failed>(differentSizes, [&] { view = std::move(source); }));
+    EXPECT_TRUE(raises(differentSizes, [&] { view = std::move(source); }));
     expectParts(source, 9);
     EXPECT_EQ(*viewed.x, scaleOf(10));
 }
@@ -344,14 +329,14 @@ TEST(Image, AMaskThatNobodyAskedForStaysLazyInCopies)
 {
     const auto source = lazilyMasked<unsigned short>(1, false);
     std::unique_ptr<ImageVariant> copy;
-    const auto lazily = TestSupport::allocationsDuring([&] { copy = source.CreateCopy(); });
+    const auto lazily = allocationsDuring([&] { copy = source.CreateCopy(); });
     EXPECT_FALSE(source.IsMaskSpawned());
     EXPECT_FALSE(copy->IsMaskSpawned());
     EXPECT_TRUE(AllValuesValid(*copy));
     EXPECT_FALSE(source.IsMaskSpawned());
 
     const auto spawned = numbered<unsigned short>(1);
-    const auto withMask = TestSupport::allocationsDuring([&] { copy = spawned.CreateCopy(); });
+    const auto withMask = allocationsDuring([&] { copy = spawned.CreateCopy(); });
     EXPECT_EQ(withMask, lazily + 2) << "the mask and its pixels";
 }
 
@@ -405,9 +390,9 @@ TEST(Image, TwoViewsOfOneFrameKeepItsAttributes)
     const std::unique_ptr<BufferApi::I_FrameImage> frame(
         BufferApi::CreateImageFrame(BufferApi::DT_INT32, 3, 2, 1));
     Viewed<int> viewed;
-    viewed.attributes = std::make_shared<DataObjects::BufferAttributes>(*frame);
+    viewed.attributes = std::make_shared<BufferAttributes>(*frame);
     auto first = viewed.image();
-    viewed.attributes = std::make_shared<DataObjects::BufferAttributes>(*frame);
+    viewed.attributes = std::make_shared<BufferAttributes>(*frame);
     auto second = viewed.image();
     first = std::as_const(second);
     fillParts(second, 4);
@@ -426,7 +411,7 @@ TEST(Image, AnOwnerTakesAllPartsByMove)
         const auto* mask = &source.GetMask();
         const int* pixels = source.GetRawPointer();
         const auto scale = source.GetScaleXShared();
-        EXPECT_EQ(TestSupport::allocationsDuring([&] { target = std::move(source); }), 0U);
+        EXPECT_EQ(allocationsDuring([&] { target = std::move(source); }), 0U);
         EXPECT_EQ(target.GetRawPointer(), pixels);
         EXPECT_EQ(&target.GetMask(), mask) << "mask strategies are exchanged";
         EXPECT_EQ(target.GetScaleXShared(), scale);

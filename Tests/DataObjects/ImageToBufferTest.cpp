@@ -13,8 +13,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <memory>
 #include <utility>
@@ -23,17 +21,9 @@ namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-using RTE::VerificationFailed;
-using TestSupport::forAllTypes;
-using TestSupport::framesEqual;
-using TestSupport::imageFrame;
-using TestSupport::imageFrameOf;
-using TestSupport::memoryOf;
-using TestSupport::pixelsOf;
-using TestSupport::raises;
-using TestSupport::removeMask;
 
 using FramePointer = std::unique_ptr<I_FrameImage>;
 
@@ -110,15 +100,15 @@ TEST(ImageToBuffer, CopyingIntoAPlaneOfManyFillsThatPlaneButTheFieldsOfTheFirst)
     CopyImageToFrameT(GetImageT<unsigned short>(*source, 0, true), *target, 2);
     const auto same = [&](const std::string& component, unsigned int z, const I_Frame& other,
                           unsigned int otherZ) {
-        return TestSupport::planesEqual(target->GetComponent(component)->GetPlane(z),
-                                        other.GetComponent(component)->GetPlane(otherZ));
+        return planesEqual(target->GetComponent(component)->GetPlane(z),
+                           other.GetComponent(component)->GetPlane(otherZ));
     };
     for (const std::string& component : {I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK}) {
         EXPECT_TRUE(same(component, 2, *source, 0));
         EXPECT_TRUE(same(component, 0, *before, 0));
     }
-    EXPECT_TRUE(same(TestSupport::peakRatio, 0, *source, 0));
-    EXPECT_TRUE(same(TestSupport::peakRatio, 2, *before, 2));
+    EXPECT_TRUE(same(peakRatio, 0, *source, 0));
+    EXPECT_TRUE(same(peakRatio, 2, *before, 2));
 }
 
 TEST(ImageToBuffer, AFrameWithoutAMaskGetsNone)
@@ -153,7 +143,7 @@ TEST(ImageToBuffer, AViewOfAnotherPlaneKeepsTheAttributesThatBothHave)
     const auto frame = imageFrame(BufferApi::DT_BYTE, 2);
     CopyImageToFrame(*GetImage(*frame, 1, true), *frame, 0);
     EXPECT_EQ(BufferAttributes(*frame).attributeValue("Acq.Gain").value<double>(), 2.5);
-    EXPECT_TRUE(TestSupport::planesEqual(frame->GetPlane(0, 0), frame->GetPlane(0, 1)));
+    EXPECT_TRUE(planesEqual(frame->GetPlane(0, 0), frame->GetPlane(0, 1)));
 }
 
 TEST(ImageToBuffer, CopyingChecksPlaneSizeAndTypeInThisOrderAndAfterTheScales)
@@ -173,37 +163,34 @@ TEST(ImageToBuffer, CopyingChecksPlaneSizeAndTypeInThisOrderAndAfterTheScales)
           {4, 4, 1, BufferApi::DT_FLOAT, "Date type of image and image plane must be equal."}}) {
         const FramePointer frame(BufferApi::CreateImageFrame(failure.type, 4, 4, 2));
         Image<unsigned short> image(failure.width, failure.height, 0, true);
-        EXPECT_TRUE(raises<VerificationFailed>(
-            failure.text, [&] { CopyImageDataToFrameT(image.GetImageData(), *frame, failure.z); }));
-        image.SetScaleX({9.0, 9.0, "m", "x"});
         EXPECT_TRUE(
-            raises<VerificationFailed>(failure.text, [&] { CopyImageToFrame(image, *frame, failure.z); }));
+            raises(failure.text, [&] { CopyImageDataToFrameT(image.GetImageData(), *frame, failure.z); }));
+        image.SetScaleX({9.0, 9.0, "m", "x"});
+        EXPECT_TRUE(raises(failure.text, [&] { CopyImageToFrame(image, *frame, failure.z); }));
         EXPECT_EQ(frame->GetScaleX(), image.GetScaleX());
     }
 }
 
 TEST(ImageToBuffer, TypesOutsideTheSixAreRefused)
 {
-    const TestSupport::StrangeImage image;
-    const TestSupport::StrangeImageData data;
+    const StrangeImage image;
+    const StrangeImageData data;
     const FramePointer frame(BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 2, 2, 1));
     EXPECT_EQ(GetImageDataType(image), BufferApi::DT_UNKNOWN);
     EXPECT_EQ(GetImageDataType(data), BufferApi::DT_UNKNOWN);
     const QString noImage = "Unsupported image type";
     const QString noData = "Unsupported image data type";
-    EXPECT_TRUE(
-        raises<RTE::Exception>(noImage, [&] { static_cast<void>(CreateFrameFromImage(image, true)); }));
+    EXPECT_TRUE(raises<RTE::Exception>(noImage, [&] { return CreateFrameFromImage(image, true); }));
     EXPECT_TRUE(raises<RTE::Exception>(noImage, [&] { CopyImageToFrame(image, *frame, 0); }));
-    EXPECT_TRUE(raises<RTE::Exception>(noData, [&] { static_cast<void>(CreateFrameFromImageData(data)); }));
-    EXPECT_TRUE(raises<RTE::Exception>(noData, [&] { static_cast<void>(CreateBufferFromImageData(data)); }));
+    EXPECT_TRUE(raises<RTE::Exception>(noData, [&] { return CreateFrameFromImageData(data); }));
+    EXPECT_TRUE(raises<RTE::Exception>(noData, [&] { return CreateBufferFromImageData(data); }));
 }
 
 TEST(ImageToBuffer, PixelsThatWereGivenUpAreNotRead)
 {
     ImageData<float> data(8, 4, 1.0F);
     const std::unique_ptr<float[]> taken(data.ReleaseRawPointer());
-    EXPECT_TRUE(raises<VerificationFailed>("data-pointer is null",
-                                           [&] { static_cast<void>(CreateFrameFromImageDataT(data)); }));
+    EXPECT_TRUE(raises("data-pointer is null", [&] { return CreateFrameFromImageDataT(data); }));
 }
 
 TEST(ImageToBuffer, WhatWasMovedFromIsNotRead)
@@ -216,15 +203,15 @@ TEST(ImageToBuffer, WhatWasMovedFromIsNotRead)
     const QString noPixels = "data-pointer is null";
     const QString noPlanes = "ImageVolume must have at least one z-plane";
     for (const auto& [text, call] :
-         {std::pair<QString, std::function<void()>>{
-              noPixels, [&] { static_cast<void>(CreateFrameFromImage(image, true)); }},
-          {noPixels, [&] { static_cast<void>(CreateFrameFromImage(std::move(image), true)); }},
+         {std::pair<QString, std::function<void()>>{noPixels,
+                                                    [&] { return CreateFrameFromImage(image, true); }},
+          {noPixels, [&] { return CreateFrameFromImage(std::move(image), true); }},
           {noPixels, [&] { CopyImageToFrame(image, *frame, 0); }},
           {noPixels, [&] { CopyImageToTypedScalar(image, *frame, "a", 0); }},
-          {noPlanes, [&] { static_cast<void>(CreateFrameFromImageVolume(volume, true)); }},
-          {noPlanes, [&] { static_cast<void>(CreateFrameFromImageVolume(std::move(volume), true)); }},
+          {noPlanes, [&] { return CreateFrameFromImageVolume(volume, true); }},
+          {noPlanes, [&] { return CreateFrameFromImageVolume(std::move(volume), true); }},
           {noPlanes, [&] { CopyImageVolumeToFrame(volume, *frame); }}}) {
-        EXPECT_TRUE(raises<VerificationFailed>(text, call));
+        EXPECT_TRUE(raises(text, call));
     }
 }
 

@@ -8,8 +8,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <memory>
 #include <utility>
@@ -17,22 +15,11 @@
 namespace
 {
 
+using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-using DataObjects::BufferAttributes;
-using DataObjects::GetImageVolume;
-using DataObjects::GetImageVolumeT;
-using DataObjects::ImageVolume;
-using DataObjects::ImageVolumeVariant;
-using RTE::VerificationFailed;
-using TestSupport::forAllTypes;
-using TestSupport::imageBuffer;
-using TestSupport::imageFrame;
-using TestSupport::imageFrameOf;
-using TestSupport::memoryOf;
-using TestSupport::pixelsOf;
-using TestSupport::raises;
 
 /// What plane z of a frame or of a volume lies on.
 using Memory = std::vector<const void*>;
@@ -43,7 +30,7 @@ Memory memoryOfPlanes(const I_Frame& frame)
     for (unsigned int z = 0; z < frame.GetDepth(); ++z) {
         memory.push_back(pixelsOf(frame, z));
         memory.push_back(memoryOf(frame, I_Frame::COMPONENT_MASK, z));
-        memory.push_back(memoryOf(frame, TestSupport::peakRatio, z));
+        memory.push_back(memoryOf(frame, peakRatio, z));
     }
     return memory;
 }
@@ -51,13 +38,13 @@ Memory memoryOfPlanes(const I_Frame& frame)
 template <typename T>
 Memory memoryOfPlanes(const ImageVolumeVariant& volume)
 {
-    EXPECT_EQ(volume.GetDataType(), DataObjects::E_DataType(PixelTypes::number<T>));
+    EXPECT_EQ(volume.GetDataType(), E_DataType(PixelTypes::number<T>));
     Memory memory;
     for (const auto& plane : dynamic_cast<const ImageVolume<T>&>(volume)) {
         memory.push_back(plane->begin());
         memory.push_back(plane->GetMask().GetRawPointer());
         const auto field = std::as_const(*plane).GetScalarFields().Get("Peak ratio");
-        memory.push_back(DataObjects::CastScalarFieldTo<float>(*field).begin());
+        memory.push_back(CastScalarFieldTo<float>(*field).begin());
     }
     return memory;
 }
@@ -133,10 +120,10 @@ TEST(ImageVolumeFromFrame, NoFormAllocatesPixels)
 {
     const std::unique_ptr<I_FrameImage> frame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 512, 512, 3));
     frame->AddMask({});
-    TestSupport::forgetLargestAllocation();
+    forgetLargestAllocation();
     static_cast<void>(GetImageVolume(*frame, true));
     const auto volume = GetImageVolume(std::move(*frame), true);
-    EXPECT_LT(TestSupport::largestAllocation(), 16U * 1024);
+    EXPECT_LT(largestAllocation(), 16U * 1024);
 }
 
 TEST(ImageVolumeFromFrame, FailuresAreTold)
@@ -152,31 +139,29 @@ TEST(ImageVolumeFromFrame, FailuresAreTold)
     };
     const char* const noMask = "Frame requires a mask, but has no mask.";
     const Case cases[] = {
-        {"Frame index out of bounds",
-         [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<int>(b, 3, true)); }},
-        {"Frame index out of bounds",
-         [](I_Buffer& b) { static_cast<void>(GetImageVolume(std::as_const(b), 3)); }},
+        {"Frame index out of bounds", [](I_Buffer& b) { return GetImageVolumeT<int>(b, 3, true); }},
+        {"Frame index out of bounds", [](I_Buffer& b) { return GetImageVolume(std::as_const(b), 3); }},
         {"Frame type of buffer is not image",
-         [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<float>(std::as_const(b), 1)); }},
+         [](I_Buffer& b) { return GetImageVolumeT<float>(std::as_const(b), 1); }},
         {"Frame type of buffer is not image",
-         [](I_Buffer& b) { static_cast<void>(GetImageVolume(std::move(b), 1, true)); }},
-        {noMask, [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<int>(b, 0, true)); }},
-        {noMask, [](I_Buffer& b) { static_cast<void>(GetImageVolume(std::move(b), 0, true)); }},
+         [](I_Buffer& b) { return GetImageVolume(std::move(b), 1, true); }},
+        {noMask, [](I_Buffer& b) { return GetImageVolumeT<int>(b, 0, true); }},
+        {noMask, [](I_Buffer& b) { return GetImageVolume(std::move(b), 0, true); }},
         {"Pixel-plane of given frame has not the required type",
-         [](I_Buffer& b) { static_cast<void>(GetImageVolumeT<int>(b, 0, false)); }},
+         [](I_Buffer& b) { return GetImageVolumeT<int>(b, 0, false); }},
         {"ImageVolume must have at least one z-plane",
-         [](I_Buffer& b) { static_cast<void>(GetImageVolume(b, 2, false)); }}};
+         [](I_Buffer& b) { return GetImageVolume(b, 2, false); }}};
     for (const Case& failure : cases) {
-        EXPECT_TRUE(raises<VerificationFailed>(failure.text, [&] { failure.call(*buffer); }));
+        EXPECT_TRUE(raises(failure.text, [&] { failure.call(*buffer); }));
     }
     EXPECT_NE(pixelsOf(*buffer->GetFrame(0), 0), nullptr);
 
     const auto colour = imageFrame(BufferApi::DT_RGB, 2);
     EXPECT_TRUE(raises<RTE::Exception>("RGB image is not supported.",
-                                       [&] { static_cast<void>(GetImageVolume(*colour, false)); }));
+                                       [&] { return GetImageVolume(*colour, false); }));
     colour->RemoveComponent(0);
     EXPECT_TRUE(raises<RTE::Exception>("Image has unsupported data type",
-                                       [&] { static_cast<void>(GetImageVolume(*colour, false)); }));
+                                       [&] { return GetImageVolume(*colour, false); }));
 }
 
 } // namespace

@@ -9,8 +9,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <memory>
 #include <utility>
@@ -19,17 +17,9 @@ namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-using RTE::VerificationFailed;
-using TestSupport::forAllTypes;
-using TestSupport::framesEqual;
-using TestSupport::imageFrame;
-using TestSupport::imageFrameOf;
-using TestSupport::memoryOf;
-using TestSupport::pixelsOf;
-using TestSupport::raises;
-using TestSupport::removeMask;
 
 using FramePointer = std::unique_ptr<I_FrameImage>;
 
@@ -65,14 +55,14 @@ TEST(ImageVolumeToFrame, TheFrameTakesTheArraysThatAllPlanesOwn)
             auto source = imageFrame(BufferApi::GetDataType<T>(), 3);
             const void* const pixels = pixelsOf(*source, 2);
             const void* const mask = memoryOf(*source, I_Frame::COMPONENT_MASK, 2);
-            const void* const field = memoryOf(*source, TestSupport::peakRatio, 2);
+            const void* const field = memoryOf(*source, peakRatio, 2);
             ImageVolume<T> volume = GetImageVolumeT<T>(std::move(*source), true);
             source.reset();
             const FramePointer frame(write(volume));
             EXPECT_TRUE(framesEqual(*frame, *expected));
             EXPECT_EQ(pixelsOf(*frame, 2), pixels);
             EXPECT_EQ(memoryOf(*frame, I_Frame::COMPONENT_MASK, 2), mask);
-            EXPECT_EQ(memoryOf(*frame, TestSupport::peakRatio, 2), field);
+            EXPECT_EQ(memoryOf(*frame, peakRatio, 2), field);
         };
         check([](ImageVolume<T>& v) { return CreateFrameFromImageVolumeT(std::move(v), true); });
         check([](ImageVolumeVariant& v) { return CreateFrameFromImageVolume(std::move(v), true); });
@@ -112,9 +102,8 @@ TEST(ImageVolumeToFrame, APlaneOfAnotherSizeIsRefusedAndNothingLeaks)
 {
     ImageVolume<int> volume(Math::Size3T<unsigned int>(2, 2, 2), 7, true);
     volume[1] = std::make_shared<Image<int>>(1, 1, 7, true);
-    EXPECT_TRUE(raises<VerificationFailed>("Source and destination have different sizes.", [&] {
-        static_cast<void>(CreateFrameFromImageVolumeT(std::move(volume), true));
-    }));
+    EXPECT_TRUE(raises("Source and destination have different sizes.",
+                       [&] { return CreateFrameFromImageVolumeT(std::move(volume), true); }));
     EXPECT_EQ(volume[0]->GetPixel(1, 1), 7);
 }
 
@@ -157,8 +146,7 @@ TEST(ImageVolumeToFrame, CopyingChecksInOrderAndBeforeAnythingChanges)
         const FramePointer frame(
             BufferApi::CreateImageFrame(failure.type, failure.width, failure.height, failure.depth));
         frame->SetScaleX({9.0, 9.0, "m", "x"});
-        EXPECT_TRUE(
-            raises<VerificationFailed>(failure.text, [&] { CopyImageVolumeToFrame(volume, *frame); }));
+        EXPECT_TRUE(raises(failure.text, [&] { CopyImageVolumeToFrame(volume, *frame); }));
         EXPECT_EQ(frame->GetScaleX().getFactor(), 9.0);
     }
 }
@@ -166,11 +154,11 @@ TEST(ImageVolumeToFrame, CopyingChecksInOrderAndBeforeAnythingChanges)
 TEST(ImageVolumeToFrame, TypesOutsideTheSixAreRefused)
 {
     const FramePointer frame(BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 2, 2, 1));
-    const TestSupport::StrangeVolume volume;
+    const StrangeVolume volume;
     for (const std::function<void()>& call :
          {std::function<void()>([&] { CopyImageVolumeToFrame(volume, *frame); }),
-          {[&] { static_cast<void>(CreateFrameFromImageVolume(volume, true)); }},
-          {[] { static_cast<void>(CreateBufferFromImageVolume(TestSupport::StrangeVolume(), true)); }}}) {
+          {[&] { return CreateFrameFromImageVolume(volume, true); }},
+          {[] { return CreateBufferFromImageVolume(StrangeVolume(), true); }}}) {
         EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type", call));
     }
 }

@@ -4,8 +4,6 @@
 
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <barrier>
 #include <new>
@@ -16,11 +14,8 @@
 namespace
 {
 
-using DataObjects::AllValuesValid;
-using DataObjects::InstantMask;
-using DataObjects::LazyMask;
-using DataObjects::Mask;
-using DataObjects::MaskStrategy;
+using namespace DataObjects;
+using namespace TestSupport;
 
 TEST(InstantMask, IsThereFromTheStart)
 {
@@ -53,8 +48,7 @@ TEST(InstantMask, WithoutAMaskSaysSo)
     const InstantMask moved(std::move(instant));
     InstantMask assigned(nullptr);
     for (InstantMask* const without : {&instant, &assigned}) {
-        EXPECT_TRUE(
-            TestSupport::raises<RTE::VerificationFailed>("Mask is not valid.", [&] { without->ref(); }));
+        EXPECT_TRUE(raises("Mask is not valid.", [&] { without->ref(); }));
         EXPECT_EQ(without->sptr(), nullptr);
     }
 }

@@ -3,8 +3,6 @@
 
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -17,10 +15,8 @@
 namespace
 {
 
-using DataObjects::AllValuesValid;
-using DataObjects::Mask;
-using RTE::VerificationFailed;
-using TestSupport::raises;
+using namespace DataObjects;
+using namespace TestSupport;
 using Size = Math::Size2T<unsigned int>;
 
 static_assert(std::has_virtual_destructor_v<Mask>, "objects derived from it are held as masks");
@@ -146,18 +142,18 @@ TEST(Mask, WithoutPixelsNothingIsTouched)
 
 TEST(Mask, FailuresLeaveBothAsTheyWere)
 {
-    EXPECT_TRUE(raises<VerificationFailed>("data-pointer is null", [] { Mask(nullptr, 0, 0, true); }));
+    EXPECT_TRUE(raises("data-pointer is null", [] { Mask(nullptr, 0, 0, true); }));
 
     Mask mask(2, 2, true);
     const Mask transposed(4, 1, false);
     const Mask empty(0, 0);
     const QString copyText = "Source and destination have different sizes.";
     const QString otherText = "Other mask has wrong size.";
-    EXPECT_TRUE(raises<VerificationFailed>(copyText, [&] { mask = transposed; }));
-    EXPECT_TRUE(raises<VerificationFailed>(copyText, [&] { mask = empty; }));
-    EXPECT_TRUE(raises<VerificationFailed>(otherText, [&] { mask &= transposed; }));
-    EXPECT_TRUE(raises<VerificationFailed>(otherText, [&] { mask |= transposed; }));
-    EXPECT_TRUE(raises<VerificationFailed>(otherText, [&] { mask ^= empty; }));
+    EXPECT_TRUE(raises(copyText, [&] { mask = transposed; }));
+    EXPECT_TRUE(raises(copyText, [&] { mask = empty; }));
+    EXPECT_TRUE(raises(otherText, [&] { mask &= transposed; }));
+    EXPECT_TRUE(raises(otherText, [&] { mask |= transposed; }));
+    EXPECT_TRUE(raises(otherText, [&] { mask ^= empty; }));
     EXPECT_TRUE(AllValuesValid(mask));
 }
 

@@ -9,8 +9,6 @@
 #include "Core/DataObjects/FrameDecoders/Rgb24.h"
 #include "Tests/Support/EachTarget.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -20,8 +18,8 @@
 namespace
 {
 
+using namespace TestSupport;
 using namespace DataObjects::FrameDecoder;
-using TestSupport::onEachTarget;
 
 using Bytes = std::vector<unsigned char>;
 using Words = std::vector<std::uint16_t>;

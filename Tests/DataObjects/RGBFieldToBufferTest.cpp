@@ -5,14 +5,12 @@
 #include "Core/DataObjects/BufferLibDataAccess.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::RgbQuad;
-using TestSupport::raises;
 
 const std::vector<RgbQuad> pixels{{0, 0, 0, 9}, {1, 2, 3, 9}, {255, 255, 255, 9},
                                   {1, 0, 0, 9}, {0, 1, 0, 9}, {0, 0, 1, 9}};
@@ -62,14 +60,11 @@ TEST(RGBFieldToBufferTest, GivesColourFrames)
 
 TEST(RGBFieldToBufferTest, RefusesEmptyFields)
 {
-    const QString text = QStringLiteral("Source image is empty");
+    const QString text = "Source image is empty";
     for (const RGBField& field : {RGBField{0, 2, pixels.data()}, {3, 0, pixels.data()}, {3, 2, nullptr}}) {
-        EXPECT_TRUE(raises<RTE::VerificationFailed>(
-            text, [&] { return CreateImageDataWordFromRGBField(field, true); }));
-        EXPECT_TRUE(
-            raises<RTE::VerificationFailed>(text, [&] { return CreateWordBufferFromRGBField(field, true); }));
-        EXPECT_TRUE(
-            raises<RTE::VerificationFailed>(text, [&] { return CreateRGBBufferFromRGBField(field); }));
+        EXPECT_TRUE(raises(text, [&] { return CreateImageDataWordFromRGBField(field, true); }));
+        EXPECT_TRUE(raises(text, [&] { return CreateWordBufferFromRGBField(field, true); }));
+        EXPECT_TRUE(raises(text, [&] { return CreateRGBBufferFromRGBField(field); }));
     }
 }
 

@@ -11,7 +11,6 @@
 #include "Tests/Support/Raises.h"
 
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 #include <random>
 
@@ -19,19 +18,19 @@ namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Buffer;
 using BufferApi::RgbQuad;
-using TestSupport::raises;
 
-const Zt::LinearScale scaleX(0.5, 1.0, QStringLiteral("mm"), QStringLiteral("X"));
-const Zt::LinearScale scaleY(0.25, 2.0, QStringLiteral("mm"), QStringLiteral("Y"));
-const Zt::LinearScale scaleI(3.0, 4.0, QStringLiteral("counts"), QStringLiteral("I"));
+const Zt::LinearScale scaleX(0.5, 1.0, "mm", "X");
+const Zt::LinearScale scaleY(0.25, 2.0, "mm", "Y");
+const Zt::LinearScale scaleI(3.0, 4.0, "counts", "I");
 
 /// Two frames of 33 x 9 random pixels with all companions; only the second one has an invalid pixel.
 RGBImageBuffer recording(unsigned int bits)
 {
     RGBImageBuffer buffer(33, 9, 2, Rgb16(), true);
-    buffer.SetName(QStringLiteral("Run"));
+    buffer.SetName("Run");
     buffer.GetGlobalAttributes().set("Number", QStringLiteral("7"));
     std::mt19937 generator(bits);
     const auto next = [&] { return static_cast<unsigned short>(generator() >> (32 - bits)); };
@@ -43,7 +42,7 @@ RGBImageBuffer recording(unsigned int bits)
         frame->GetScaleY() = scaleY;
         frame->GetScaleI() = scaleI;
         frame->GetAttributes().set("Number", QStringLiteral("8"));
-        frame->GetScalarFields().Add(QStringLiteral("Field"), 1.5F);
+        frame->GetScalarFields().Add("Field", 1.5F);
     }
     buffer.getFrame(1).GetMask().SetValid(32, 8, false);
     return buffer;
@@ -75,7 +74,7 @@ bool samePixels(const RGBImage& a, const RGBImage& b)
 RGBImageBuffer throughAFile(const I_Buffer& buffer)
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("colour.qfi"));
+    const QString path = folder.filePath("colour.qfi");
     BufferApi::ExportBuffer(&buffer, path, {});
     return createRGBImageBufferFromBuffer(*std::unique_ptr<I_Buffer>(BufferApi::ImportBuffer(path, {})));
 }
@@ -116,8 +115,7 @@ TEST(RGBImageBufferToBufferTest, TheHighBitsOfTheDeepestFrameRemain)
     EXPECT_EQ(read.getFrame(0).GetBitDepth(), 8);
     EXPECT_EQ(read.getFrame(0).GetAttributes().attributeValue(Attr::cameraMaxIntensity).value<int>(), 255);
     for (const auto& frame : read) {
-        EXPECT_EQ(frame->GetScaleI(),
-                  Zt::LinearScale(48.0, 4.0, QStringLiteral("counts"), QStringLiteral("I")));
+        EXPECT_EQ(frame->GetScaleI(), Zt::LinearScale(48.0, 4.0, "counts", "I"));
     }
     EXPECT_EQ(buffer.getFrame(0)(0, 0), Rgb16(4095, 2047, 15));
     EXPECT_EQ(buffer.getFrame(0).GetScaleI(), scaleI);
@@ -159,8 +157,8 @@ TEST(RGBImageBufferToBufferTest, WordFramesAreMosaics)
         EXPECT_EQ(attributes.attributeValue(Attr::rgbFrame).value<int>(), pattern);
         expectCompanions(throughAFile(*written));
     }
-    EXPECT_TRUE(raises<RTE::VerificationFailed>(QStringLiteral("Invalid RGBFrame attribute: 2"),
-                                                [&] { return createBufferFromRGBImageBuffer(buffer, 2); }));
+    EXPECT_TRUE(
+        raises("Invalid RGBFrame attribute: 2", [&] { return createBufferFromRGBImageBuffer(buffer, 2); }));
 }
 
 TEST(RGBImageBufferToBufferTest, NothingBecomesNothing)

@@ -12,19 +12,15 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
 using BufferApi::RgbQuad;
-using TestSupport::imageBuffer;
-using TestSupport::raises;
-using Failed = RTE::VerificationFailed;
 using Size = Math::Size2T<unsigned int>;
 
 BufferApi::ComponentParts onePlane(const std::string& name, BufferApi::E_DataType type, const Size& size)
@@ -94,10 +90,10 @@ TEST(RGBImageFromBufferTest, ReadsMosaics)
 
 TEST(RGBImageFromBufferTest, TellsWhatIsNoColour)
 {
-    const QString invalidFrame = QStringLiteral("Invalid RGB frame");
-    const QString invalidType = QStringLiteral("Invalid RGB image type");
+    const QString invalidFrame = "Invalid RGB frame";
+    const QString invalidType = "Invalid RGB image type";
     const auto refuses = [](const QString& text, const I_Buffer& buffer, unsigned int frame, unsigned int z) {
-        EXPECT_TRUE(raises<Failed>(text, [&] { return createRGBImageFromBuffer(buffer, frame, z); }));
+        EXPECT_TRUE(raises(text, [&] { return createRGBImageFromBuffer(buffer, frame, z); }));
     };
     const auto colour = imageBuffer(BufferApi::DT_RGB, 1, 1);
     refuses(invalidFrame, *colour, 1, 0);
@@ -110,7 +106,7 @@ TEST(RGBImageFromBufferTest, TellsWhatIsNoColour)
         refuses(invalidFrame, *words, 0, 0);
     }
     mark(*words, 0, 2);
-    refuses(QStringLiteral("Invalid RGBFrame attribute: 2"), *words, 0, 0);
+    refuses("Invalid RGBFrame attribute: 2", *words, 0, 0);
     mark(*words, 0, 1);
     refuses(invalidFrame, *words, 0, 1);
     refuses(invalidFrame, *words, 1, 0);
@@ -132,8 +128,7 @@ TEST(RGBImageFromBufferTest, ReleasedPixelsAreRefused)
     I_Frame& frame = *buffer->GetFrame(0);
     const std::unique_ptr<RgbQuad[]> pixels(
         static_cast<RgbQuad*>(Private::findPixelPlane(frame, 0)->ReleaseData()));
-    EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid RGB frame"),
-                               [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
+    EXPECT_TRUE(raises("Invalid RGB frame", [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
 }
 
 TEST(RGBImageFromBufferTest, MosaicsWithoutPixelsAreRefused)
@@ -144,8 +139,7 @@ TEST(RGBImageFromBufferTest, MosaicsWithoutPixelsAreRefused)
     const Image<unsigned short> target(std::move(movedFrom));
     const std::unique_ptr<unsigned short[]> pixels(mosaic.GetImageData().ReleaseRawPointer());
     for (const auto* const hollow : {&movedFrom, &mosaic}) {
-        EXPECT_TRUE(raises<Failed>(QStringLiteral("data-pointer is null"),
-                                   [&] { return createRGBImageFromImage(*hollow); }));
+        EXPECT_TRUE(raises("data-pointer is null", [&] { return createRGBImageFromImage(*hollow); }));
     }
 }
 
@@ -166,15 +160,14 @@ TEST(RGBImageFromBufferTest, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
         buffer->AddFrame(
             BufferApi::buildFrame({BufferApi::FrameKind::Rgb, size.width, size.height, 1}, std::move(parts))
                 .release());
-        EXPECT_TRUE(raises<Failed>(QStringLiteral("Invalid RGB frame"),
-                                   [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
+        EXPECT_TRUE(raises("Invalid RGB frame", [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
     }
 }
 
 TEST(RGBImageFromBufferTest, ReadsWholeBuffers)
 {
     const auto buffer = imageBuffer(BufferApi::DT_RGB, 1, 2);
-    buffer->AddFrame(TestSupport::imageFrame(BufferApi::DT_WORD, 1, 3).release());
+    buffer->AddFrame(imageFrame(BufferApi::DT_WORD, 1, 3).release());
     mark(*buffer, 2, 1);
     const RGBImageBuffer images = createRGBImageBufferFromBuffer(*buffer);
     ASSERT_EQ(images.size(), 3U);
@@ -193,7 +186,7 @@ TEST(RGBImageFromBufferTest, ReadsWholeBuffers)
 TEST(RGBImageFromBufferTest, ReadsWholeImageBuffers)
 {
     ImageBuffer<unsigned short> buffer(4, 3, 1, 2, 9, true);
-    buffer.SetName(QStringLiteral("Run"));
+    buffer.SetName("Run");
     buffer.GetGlobalAttributes().set("Number", 7);
     for (const auto& frame : buffer) {
         frame->GetAttributes().set(Attr::rgbFrame, 1);
@@ -205,14 +198,14 @@ TEST(RGBImageFromBufferTest, ReadsWholeImageBuffers)
     EXPECT_EQ(images.GetGlobalAttributes().attributeValue("Number").value<int>(), 7);
 
     const auto refuses = [](const QString& text, const ImageBufferVariant& source) {
-        EXPECT_TRUE(raises<Failed>(text, [&] { return createRGBImageBufferFromImageBuffer(source); }));
+        EXPECT_TRUE(raises(text, [&] { return createRGBImageBufferFromImageBuffer(source); }));
     };
     buffer.getFrame(1).GetAttributes().set(Attr::rgbFrame, 0);
-    refuses(QStringLiteral("not a rgb frame"), buffer);
+    refuses("not a rgb frame", buffer);
     ImageBuffer<float> floats(4, 3, 1, 1, true);
     floats.getFrame(0).GetAttributes().set(Attr::rgbFrame, 1);
-    refuses(QStringLiteral("Invalid RGB image type"), floats);
-    refuses(QStringLiteral("RGB image buffer doesn't support multiply z planes."),
+    refuses("Invalid RGB image type", floats);
+    refuses("RGB image buffer doesn't support multiply z planes.",
             ImageBuffer<unsigned short>(4, 3, 2, 1, true));
 }
 
@@ -220,8 +213,8 @@ TEST(RGBImageFromBufferTest, VolumesAreRefused)
 {
     for (const auto type : {BufferApi::DT_RGB, BufferApi::DT_WORD, BufferApi::DT_FLOAT}) {
         const auto buffer = imageBuffer(type, 2, 1);
-        EXPECT_TRUE(raises<Failed>(QStringLiteral("RGB image buffer doesn't support multiply z planes."),
-                                   [&] { return createRGBImageBufferFromBuffer(*buffer); }));
+        EXPECT_TRUE(raises("RGB image buffer doesn't support multiply z planes.",
+                           [&] { return createRGBImageBufferFromBuffer(*buffer); }));
     }
 }
 

@@ -3,22 +3,19 @@
 
 #include "Tests/Support/AllTypes.h"
 
-#include <gtest/gtest.h>
-
 namespace
 {
 
-using DataObjects::createMonochromeImageFromRGBImage;
-using DataObjects::Rgb16;
-using DataObjects::RGBImage;
+using namespace DataObjects;
+using namespace TestSupport;
 
 TEST(RGBImageToImageTest, MonochromeImagesHaveTheMeanInTheirType)
 {
     RGBImage image({{1, 2, 2}, {300, 300, 301}, {65535, 65535, 65534}}, 3, 1);
     image.GetMask().SetValid(1, 0, false);
     image.GetAttributes().set("Number", 7);
-    image.GetScaleX() = Zt::LinearScale(2, 3, QStringLiteral("mm"), QStringLiteral("Axis"));
-    TestSupport::forAllTypes([&](auto tag) {
+    image.GetScaleX() = Zt::LinearScale(2, 3, "mm", "Axis");
+    forAllTypes([&](auto tag) {
         using T = typename decltype(tag)::type;
         const auto gray = createMonochromeImageFromRGBImage<T>(image);
         if constexpr (std::is_floating_point_v<T>) {

@@ -4,12 +4,11 @@
 #include "Core/Common/Settings.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 namespace
 {
 
-using DataObjects::Rgb16;
+using namespace DataObjects;
+using namespace TestSupport;
 
 static_assert(Rgb16(0x00112233U) == Rgb16(0x11, 0x22, 0x33));
 static_assert(Rgb16(0xFEDCBA98U) == Rgb16(0xFEDC, 0xBA, 0x98), "red takes all that stands above bit 15");
@@ -25,16 +24,16 @@ TEST(Rgb16Test, GoesThroughSettings)
 {
     Storage::Settings settings;
     EXPECT_EQ(&Rgb16(65535, 2, 300).SerializeTo(settings), &settings);
-    EXPECT_TRUE(settings.IsClass(QStringLiteral("Rgb16")));
+    EXPECT_TRUE(settings.IsClass("Rgb16"));
     EXPECT_EQ(settings.GetVersion(), 1U);
     Rgb16 read;
     read.DeserializeFrom(settings);
     EXPECT_EQ(read, Rgb16(65535, 2, 300));
 
-    settings.Remove(QStringLiteral("red"));
+    settings.Remove("red");
     read.DeserializeFrom(settings);
     EXPECT_EQ(read, Rgb16(0, 2, 300));
-    settings.Set(QStringLiteral("green"), 65536);
+    settings.Set("green", 65536);
     EXPECT_THROW(read.DeserializeFrom(settings), RTE::ParseError);
 }
 

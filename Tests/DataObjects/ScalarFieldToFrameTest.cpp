@@ -11,29 +11,17 @@
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 
 namespace
 {
 
+using namespace DataObjects;
+using namespace TestSupport;
 using BufferApi::I_FrameImage;
-using DataObjects::CastScalarFieldTo;
-using DataObjects::GetImageDataFromTypedScalarT;
-using DataObjects::GetScalarField;
-using DataObjects::GetScalarFields;
-using DataObjects::Image;
-using DataObjects::ImageData;
-using DataObjects::ImageDataVariant;
-using DataObjects::ImageVolume;
-using DataObjects::Mask;
-using DataObjects::ScalarField;
-using DataObjects::ScalarFields;
 using RTE::VerificationFailed;
 using testing::Each;
 using testing::ElementsAre;
-using TestSupport::raises;
 using FramePointer = std::unique_ptr<I_FrameImage>;
 
 const Zt::LinearScale kelvin(0.5, 273.0, "K", "Temperature");
@@ -65,7 +53,7 @@ std::vector<T> valuesOf(const ImageData<T>& data)
 
 TEST(ScalarFieldToFrame, CopiesEachTypeIntoOnePlane)
 {
-    TestSupport::forAllTypes([](auto tag) {
+    forAllTypes([](auto tag) {
         using T = typename decltype(tag)::type;
         const auto frame = newFrame(2);
         CopyScalarFieldToFrameTypedScalar(filled(T{4}), *frame, "a", 1);
@@ -84,7 +72,7 @@ TEST(ScalarFieldToFrame, CopiesEachTypeIntoOnePlane)
 
 TEST(ScalarFieldToFrame, MovesArraysThatAreOwned)
 {
-    TestSupport::forAllTypes([](auto tag) {
+    forAllTypes([](auto tag) {
         using T = typename decltype(tag)::type;
         const auto frame = newFrame(1);
         ImageData<T> data(3, 2, T{4});
@@ -138,10 +126,10 @@ TEST(ScalarFieldToFrame, FailuresComeInOrderAndLeaveTheFrame)
         {"data-pointer is null", [&] { MoveScalarFieldToFrame(released, *frame, "a"); }},
     };
     for (const auto& [text, call] : failures) {
-        EXPECT_TRUE(raises<VerificationFailed>(text, call));
+        EXPECT_TRUE(raises(text, call));
     }
     EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar field type", [&] {
-        CopyScalarFieldToFrameTypedScalar(TestSupport::StrangeField(3, 2), *frame, "a", 0);
+        CopyScalarFieldToFrameTypedScalar(StrangeField(3, 2), *frame, "a", 0);
     }));
     EXPECT_EQ(frame->GetComponentCount(), 1U);
     EXPECT_THAT(valuesOf(larger), Each(1.0F));
@@ -155,7 +143,7 @@ TEST(ScalarFieldToFrame, PixelsAloneFailInTheFilesOfImages)
          {std::pair<const char*, std::function<void()>>{
               "ImageToBuffer", [&] { CopyImageDataToTypedScalar(wide, *frame, "a", 0); }},
           {"ImageToBuffer", [&] { CopyImageDataToTypedScalarT(wide, *frame, "a", 1); }},
-          {"ImageDataFromBuffer", [&] { static_cast<void>(view<float>(*frame, "a")); }}}) {
+          {"ImageDataFromBuffer", [&] { return view<float>(*frame, "a"); }}}) {
         try {
             call();
             ADD_FAILURE();
@@ -174,7 +162,7 @@ TEST(ScalarFieldToFrame, APlaneOutOfAFileNeedNotHaveTheSizeOfItsFrame)
     const auto frame = BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
     const QString otherSize = "Size of TS and plane must be equal.";
     ImageData<float> larger(3, 2, 1.0F);
-    EXPECT_TRUE(raises<VerificationFailed>(otherSize, [&] { MoveScalarFieldToFrame(larger, *frame, "a"); }));
+    EXPECT_TRUE(raises(otherSize, [&] { MoveScalarFieldToFrame(larger, *frame, "a"); }));
     const ScalarField<float> fitting(ImageData<float>(1, 2, 2.0F), kelvin);
     CopyScalarFieldToFrameTypedScalar(fitting, *frame, "a", 0);
     EXPECT_THAT(CastScalarFieldTo<float>(*GetScalarField(*frame, "a", 0)), Each(2.0F));
@@ -206,8 +194,8 @@ TEST(ScalarFieldToFrame, MovesACollection)
     ScalarFields other(2, 3);
     MoveScalarFieldsToFrame(std::move(other), *copy);
     other.Add("a");
-    EXPECT_TRUE(raises<VerificationFailed>("Size of TS and plane must be equal.",
-                                           [&] { MoveScalarFieldsToFrame(std::move(other), *copy); }));
+    EXPECT_TRUE(raises("Size of TS and plane must be equal.",
+                       [&] { MoveScalarFieldsToFrame(std::move(other), *copy); }));
     EXPECT_TRUE(other.Contains("a"));
 }
 
@@ -262,8 +250,7 @@ TEST(ScalarFieldToFrame, VolumesFailBeforeAnythingMoves)
     const auto frame = newFrame(2);
     const auto expectRaised = [&](const QString& text, ImageVolume<int>& volume, I_FrameImage& target) {
         const float* const memory = memoryOf(volume, 0);
-        EXPECT_TRUE(
-            raises<VerificationFailed>(text, [&] { MoveScalarFieldsFromVolumeToFrame(volume, target); }));
+        EXPECT_TRUE(raises(text, [&] { MoveScalarFieldsFromVolumeToFrame(volume, target); }));
         EXPECT_EQ(memoryOf(volume, 0), memory);
         EXPECT_EQ(target.GetComponentCount(), 1U);
     };

@@ -5,8 +5,6 @@
 #include "Core/DataObjects/ImageExtraction.h"
 #include "Tests/Support/Raises.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -14,14 +12,8 @@
 namespace
 {
 
-using DataObjects::Image;
-using DataObjects::ImageBuffer;
-using DataObjects::ImageBufferVariant;
-using DataObjects::ImageData;
-using DataObjects::ImageVariant;
-using DataObjects::ImageVolume;
-using DataObjects::ImageVolumeVariant;
-using TestSupport::raises;
+using namespace DataObjects;
+using namespace TestSupport;
 
 /// The place of a virtual operation among those of its class, the destructor being 1.
 ///
@@ -49,7 +41,7 @@ TEST(Variant, VirtualOperationsKeepTheirOrder)
     EXPECT_EQ(slotOf(&ImageVolumeVariant::GetDepth), 20U);
     EXPECT_EQ(slotOf(&ImageVolumeVariant::getPlaneSPtr), 23U);
     EXPECT_EQ(slotOf(&ImageVolumeVariant::Assign), 26U);
-    EXPECT_EQ(slotOf(&DataObjects::Variant::createCopy), 4U);
+    EXPECT_EQ(slotOf(&Variant::createCopy), 4U);
     EXPECT_EQ(slotOf(&ImageBufferVariant::createCopy), 4U);
     EXPECT_EQ(slotOf(&ImageBufferVariant::setAllAttributes), 9U);
     EXPECT_EQ(slotOf(&ImageBufferVariant::getFrameConstSPtr), 13U);
@@ -63,7 +55,7 @@ class Odd : public Base
 {
 public:
     using Base::Base;
-    DataObjects::E_DataType GetDataType() const noexcept override { return DataObjects::E_DataType(2); }
+    E_DataType GetDataType() const noexcept override { return E_DataType(2); }
 };
 
 TEST(Variant, UnsupportedTypesAreRefusedBeforeAnythingElse)
@@ -78,28 +70,28 @@ TEST(Variant, UnsupportedTypesAreRefusedBeforeAnythingElse)
         [&] { image.Assign(oddImage); },
         [&] { volume.Assign(oddVolume); },
         [&] { buffer.Assign(oddBuffer); },
-        [&] { (void)CreateImageBufferCopyOfOtherType(oddBuffer, buffer); },
-        [&] { (void)CreateImageBufferCopyOfOtherType(buffer, oddBuffer); },
-        [&] { (void)CreateImageBufferOfOtherType(oddBuffer, 1, 1, 0, 0, true); },
-        [&] { (void)ExtractXZImage(oddVolume, 8); },
-        [&] { (void)ExtractYZImage(oddVolume, 8); },
-        [&] { (void)ExtractZYImage(oddVolume, 8); }};
+        [&] { return CreateImageBufferCopyOfOtherType(oddBuffer, buffer); },
+        [&] { return CreateImageBufferCopyOfOtherType(buffer, oddBuffer); },
+        [&] { return CreateImageBufferOfOtherType(oddBuffer, 1, 1, 0, 0, true); },
+        [&] { return ExtractXZImage(oddVolume, 8); },
+        [&] { return ExtractYZImage(oddVolume, 8); },
+        [&] { return ExtractZYImage(oddVolume, 8); }};
     for (const auto& call : calls) {
         EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type", call));
     }
     EXPECT_EQ(image(2, 1), 5);
     EXPECT_EQ(buffer.getFrame(0).GetWidth(), 3U);
-    EXPECT_TRUE(raises<RTE::OutOfRangeError>("x plane index", [&] { (void)ExtractYZImage(oddVolume, 9); }));
+    EXPECT_TRUE(raises<RTE::OutOfRangeError>("x plane index", [&] { return ExtractYZImage(oddVolume, 9); }));
     const Odd<ImageData<int>> oddData(3U, 2U);
     EXPECT_TRUE(
-        raises<RTE::Exception>("Unsupported image data type", [&] { (void)getImageDataLine(oddData, 2); }));
+        raises<RTE::Exception>("Unsupported image data type", [&] { return getImageDataLine(oddData, 2); }));
 }
 
 TEST(Variant, FailuresAreLocatedInTheFileOfTheirClass)
 {
     Image<int> image(3, 2, 5, true);
     const Image<int> other(2, 2, 5, true);
-    const auto small = std::make_shared<DataObjects::Mask>(2, 2);
+    const auto small = std::make_shared<Mask>(2, 2);
     const Odd<ImageVolume<int>> oddVolume(9U, 9U, 9U, true);
     ImageVolume<int> volume(3U, 2U, 1U, true);
     ImageBuffer<int> buffer(3U, 2U, 1U, 1U, true);
@@ -117,13 +109,13 @@ TEST(Variant, FailuresAreLocatedInTheFileOfTheirClass)
         {"Image", [&] { image.Assign(Odd<Image<int>>(9, 9, true)); }},
         {"ImageData", [&] { image = other; }},
         {"ImageVolume", [] { ImageVolume<int>(3U, 2U, 0U, true); }},
-        {"ImageVolume", [&] { (void)volume.getPlane(1); }},
+        {"ImageVolume", [&] { return volume.getPlane(1); }},
         {"ImageVolume", [&] { volume.Assign(oddVolume); }},
         {"ImageBuffer", [] { ImageBuffer<int>(3U, 2U, 1U, 0U, true); }},
         {"ImageBuffer", [&] { buffer.AppendImageVolume(oddVolume); }},
-        {"ImageBufferVariant", [&] { buffer.setAllAttributes(DataObjects::GlobalAndFrameAttributes()); }},
-        {"ImageExtraction", [&] { (void)ExtractXZImage(oddVolume, 9); }},
-        {"ImageExtraction", [&] { (void)ExtractXZImage(oddVolume, 8); }}};
+        {"ImageBufferVariant", [&] { buffer.setAllAttributes(GlobalAndFrameAttributes()); }},
+        {"ImageExtraction", [&] { return ExtractXZImage(oddVolume, 9); }},
+        {"ImageExtraction", [&] { return ExtractXZImage(oddVolume, 8); }}};
     for (const auto& [file, call] : calls) {
         try {
             call();

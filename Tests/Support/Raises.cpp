@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tests/Support/Raises.h"
 
-namespace TestSupport::Private
+namespace TestSupport
 {
 
 testing::AssertionResult checkRaised(const RTE::Exception& raised, const std::type_info& expectedType,
@@ -21,4 +21,4 @@ testing::AssertionResult checkRaised(const RTE::Exception& raised, const std::ty
     return testing::AssertionSuccess();
 }
 
-} // namespace TestSupport::Private
+} // namespace TestSupport

@@ -11,23 +11,19 @@
 namespace TestSupport
 {
 
-namespace Private
-{
-
+/// What `raises` makes of an exception that it caught.
 [[nodiscard]] testing::AssertionResult
 checkRaised(const RTE::Exception& raised, const std::type_info& expectedType, const QString& expectedText);
 
-} // namespace Private
-
-/// EXPECT_TRUE(raises<RTE::VerificationFailed>("text", [&] { call(); })): exactly this class and message, and
-/// located.
-template <typename E, typename Call>
+/// EXPECT_TRUE(raises("text", [&] { call(); })): exactly this message and class, by default the usual one of
+/// violated assertions, and located.
+template <typename E = RTE::VerificationFailed, typename Call>
 [[nodiscard]] testing::AssertionResult raises(const QString& text, Call&& call)
 {
     try {
         std::forward<Call>(call)();
     } catch (const RTE::Exception& raised) {
-        return Private::checkRaised(raised, typeid(E), text);
+        return checkRaised(raised, typeid(E), text);
     }
     return testing::AssertionFailure() << "nothing was raised, expected \"" << text.toStdString() << '"';
 }
