@@ -6,6 +6,7 @@
 #include "Core/DataObjects/RGBImageFromBuffer.h"
 #include "Core/DataObjects/RGBImageToImage.h"
 #include "Core/DataObjects/ScalarField.h"
+#include "Tests/DataObjects/Companions.h"
 #include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"
 
@@ -230,23 +231,8 @@ TEST(BayerTransformerTest, AnExampleByHand)
 
 TEST(BayerTransformerTest, CompanionsComeAlong)
 {
-    const Zt::LinearScale scale(0.5, 1.0, "mm", "Axis");
     Words mosaic = mosaicOf(codes[1], {3, 3});
-    mosaic.SetMaskValid(2, 1, false);
-    mosaic.SetScaleX(scale);
-    mosaic.SetScaleY(scale);
-    mosaic.SetScaleI(scale);
-    mosaic.GetAttributes().set("Number", 7);
-    mosaic.GetScalarFields().Add("Field", 1.5F);
-    const auto expectCompanions = [&](const auto& image) {
-        EXPECT_FALSE(image.IsMaskValid(2, 1));
-        EXPECT_TRUE(image.IsMaskValid(2, 2));
-        EXPECT_EQ(image.GetScaleX(), scale);
-        EXPECT_EQ(image.GetScaleY(), scale);
-        EXPECT_EQ(image.GetScaleI(), scale);
-        EXPECT_EQ(image.GetAttributes().attributeValue("Number").template value<int>(), 7);
-        EXPECT_TRUE(image.GetScalarFields().Contains("Field"));
-    };
+    addCompanions(mosaic);
     const RGBImage image = createRGBImageFromImage(mosaic);
     expectCompanions(image);
     EXPECT_FALSE(image.GetAttributes().contains(Attr::rgbFrame));

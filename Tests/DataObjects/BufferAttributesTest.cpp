@@ -41,6 +41,14 @@ protected:
         return attribute;
     }
 
+    [[nodiscard]] std::unique_ptr<BufferApi::I_Buffer> throughAFile() const
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("attributes.qfi"));
+        BufferApi::ExportBuffer(buffer.get(), path, {});
+        return std::unique_ptr<BufferApi::I_Buffer>(BufferApi::ImportBuffer(path, {}));
+    }
+
     std::unique_ptr<BufferApi::I_Buffer> buffer{BufferApi::CreateBuffer()};
     BufferApi::I_Frame* frame = BufferApi::CreateImageFrame(BufferApi::DT_BYTE, 1, 1, 1);
 };
@@ -100,10 +108,7 @@ TEST_F(BufferAttributesTest, ComeBackFromFiles)
         }
     });
     std::sort(expected.begin(), expected.end(), [](const auto& a, const auto& b) { return a.name < b.name; });
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("attributes.qfi"));
-    BufferApi::ExportBuffer(buffer.get(), path, {});
-    const std::unique_ptr<BufferApi::I_Buffer> read(BufferApi::ImportBuffer(path, {}));
+    const auto read = throughAFile();
     const auto without = [&](const Attributes& attributes) {
         std::vector<Attribute> all = attributes.toStdVector();
         std::erase_if(all, [](const Attribute& a) { return a.name.find('-') == std::string::npos; });
@@ -117,24 +122,16 @@ TEST_F(BufferAttributesTest, MeetPlanesOfOtherShapesInFiles)
 {
     createPlane("Table", BufferApi::CreatePlane(BufferApi::DT_WORD, 3, 2));
     createPlane("None", nullptr);
-    BufferApi::I_PlaneBase* empty = BufferApi::CreatePlane(BufferApi::DT_FLOAT, 3, 0);
-    createPlane("Empty", empty);
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("foreign.qfi"));
-    BufferApi::ExportBuffer(buffer.get(), path, {});
-    const std::unique_ptr<BufferApi::I_Buffer> read(BufferApi::ImportBuffer(path, {}));
-    const GlobalAndFrameAttributes all = GetBufferAttributes(*read);
-    const std::vector<std::optional<Attribute>> table{Attribute{"Table", std::vector<unsigned short>()}};
-    EXPECT_EQ(all.getFrameAttributes(QStringLiteral("Table")), table);
-    const std::vector<std::optional<Attribute>> flat{Attribute{"Empty", std::vector<float>()}};
-    EXPECT_EQ(all.getFrameAttributes(QStringLiteral("Empty")), flat);
+    createPlane("Empty", BufferApi::CreatePlane(BufferApi::DT_FLOAT, 3, 0));
+    const auto read = throughAFile();
     BufferAttributes attributes(*read->GetFrame(0));
+    EXPECT_EQ(attributes.attributeValue("Table"), AttributeValue(std::vector<unsigned short>()));
+    EXPECT_EQ(attributes.attributeValue("Empty"), AttributeValue(std::vector<float>()));
     EXPECT_EQ(attributes.attributeValue("None").Count(), 0U);
-    EXPECT_TRUE(raises("Invalid plane y-size", [&] {
-        attributes.set("Table", std::vector<unsigned short>{1, 2, 3});
-    }));
-    attributes.set("None", std::vector<unsigned short>{1});
-    EXPECT_EQ(attributes.attributeValue("None"), AttributeValue(std::vector<unsigned short>{1}));
+    const std::vector<unsigned short> words{1, 2, 3};
+    EXPECT_TRUE(raises("Invalid plane y-size", [&] { attributes.set("Table", words); }));
+    attributes.set("None", words);
+    EXPECT_EQ(attributes.attributeValue("None"), AttributeValue(words));
 }
 
 TEST_F(BufferAttributesTest, WriteIntoTheirTargetAtOnce)
@@ -189,16 +186,13 @@ TEST_F(BufferAttributesTest, RemoveGroups)
 TEST_F(BufferAttributesTest, RefuseTheEmptyName)
 {
     onBoth([&](BufferAttributes& attributes) {
-        const std::vector<std::pair<const char*, std::function<void()>>> calls{
-            {"Empty name.", [&] { return attributes.attributeValue(""); }},
-            {"Empty name.", [&] { return attributes.attribute(""); }},
-            {"Empty name", [&] { return attributes.contains(""); }},
-            {"Empty name", [&] { attributes.remove(""); }},
-            {"Empty name", [&] { attributes.set("", 1); }},
-            {"Empty name", [&] { attributes.set("", AttributeValue()); }}};
-        for (const auto& [text, call] : calls) {
-            EXPECT_TRUE(raises<RTE::InvalidArgumentError>(text, call));
-        }
+        expectRaised<RTE::InvalidArgumentError>(
+            {{"Empty name.", [&] { return attributes.attributeValue(""); }},
+             {"Empty name.", [&] { return attributes.attribute(""); }},
+             {"Empty name", [&] { return attributes.contains(""); }},
+             {"Empty name", [&] { attributes.remove(""); }},
+             {"Empty name", [&] { attributes.set("", 1); }},
+             {"Empty name", [&] { attributes.set("", AttributeValue()); }}});
     });
 }
 
@@ -207,10 +201,10 @@ TEST_F(BufferAttributesTest, KeepTheirKindUntilRemoved)
     onBoth([&](BufferAttributes& attributes) {
         attributes.set("Text", 1);
         attributes.set("List", std::vector<int>{1, 2});
-        EXPECT_TRUE(raises<RTE::Exception>("Can't assign list attribute to AT_STRING",
-                                           [&] { attributes.set("Text", std::vector<int>{1}); }));
-        EXPECT_TRUE(raises<RTE::Exception>("Can't assign scalar attribute to AT_PLANE",
-                                           [&] { attributes.set("List", 1); }));
+        expectRaised<RTE::Exception>(
+            {{"Can't assign list attribute to AT_STRING",
+              [&] { attributes.set("Text", std::vector<int>{1}); }},
+             {"Can't assign scalar attribute to AT_PLANE", [&] { attributes.set("List", 1); }}});
         EXPECT_TRUE(raises("Cannot convert attribute value to plane's type.",
                            [&] { attributes.set("List", std::vector<float>{1}); }));
         EXPECT_EQ(attributes.attributeValue("Text").toString(), QStringLiteral("1"));
@@ -229,40 +223,35 @@ TEST_F(BufferAttributesTest, MeetPlanesOfOtherMakers)
 {
     using namespace BufferApi;
     BufferAttributes attributes(*frame);
-    struct Case
-    {
-        E_DataType type;
-        const char* reading;
-        const char* writing;
+    const auto read = [&] { return attributes.attributeValue("Foreign"); };
+    const auto write = [&](const AttributeValue& value) {
+        return [&attributes, value] { attributes.set("Foreign", value); };
     };
-    const std::vector<Case> cases{{DT_BYTE, "Can't create AttributeValue object from DT_BYTE plane.",
-                                   "Can't assign AttributeValue object to DT_BYTE plane."},
-                                  {DT_RGB, "Can't create AttributeValue object from DT_RGB plane.",
-                                   "Can't assign AttributeValue object to DT_RGB plane."},
-                                  {DT_UINT32, "Unsupported plane type", "Unsupported plane type"}};
-    for (const Case& c : cases) {
-        createPlane("Foreign", CreatePlane(c.type, 2, 1));
-        EXPECT_TRUE(raises<RTE::Exception>(c.reading, [&] { return attributes.attributeValue("Foreign"); }));
-        EXPECT_TRUE(
-            raises<RTE::Exception>(c.writing, [&] { attributes.set("Foreign", std::vector<int>{1}); }));
-    }
+    const auto words = write(std::vector<unsigned short>{1});
+    const auto ints = write(std::vector<int>{1});
+    createPlane("Foreign", CreatePlane(DT_BYTE, 2, 1));
+    expectRaised<RTE::Exception>({{"Can't create AttributeValue object from DT_BYTE plane.", read},
+                                  {"Can't assign AttributeValue object to DT_BYTE plane.", ints}});
+    createPlane("Foreign", CreatePlane(DT_RGB, 2, 1));
+    expectRaised<RTE::Exception>({{"Can't create AttributeValue object from DT_RGB plane.", read},
+                                  {"Can't assign AttributeValue object to DT_RGB plane.", ints}});
+    createPlane("Foreign", CreatePlane(DT_UINT32, 2, 1));
+    expectRaised<RTE::Exception>({{"Unsupported plane type", read}, {"Unsupported plane type", ints}});
     // The type is looked at before the shape.
     createPlane("Foreign", CreatePlane(DT_WORD, 3, 2));
-    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<unsigned short>{}));
-    EXPECT_TRUE(raises("Cannot convert attribute value to plane's type.",
-                       [&] { attributes.set("Foreign", std::vector<int>{1}); }));
-    EXPECT_TRUE(
-        raises("Invalid plane y-size", [&] { attributes.set("Foreign", std::vector<unsigned short>{1}); }));
+    EXPECT_EQ(read(), AttributeValue(std::vector<unsigned short>{}));
+    expectRaised(
+        {{"Cannot convert attribute value to plane's type.", ints}, {"Invalid plane y-size", words}});
 
     I_AttributePlane& missing = createPlane("Foreign", nullptr);
-    EXPECT_EQ(attributes.attributeValue("Foreign").Count(), 0U);
-    EXPECT_TRUE(attributes.attributeValue("Foreign").IsList());
-    attributes.set("Foreign", std::vector<float>{1.5F});
-    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{1.5F}));
+    EXPECT_EQ(read().Count(), 0U);
+    EXPECT_TRUE(read().IsList());
+    write(std::vector<float>{1.5F})();
+    EXPECT_EQ(read(), AttributeValue(std::vector<float>{1.5F}));
     delete[] static_cast<float*>(missing.GetPlane()->ReleaseData());
-    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{}));
-    attributes.set("Foreign", std::vector<float>{2.5F});
-    EXPECT_EQ(attributes.attributeValue("Foreign"), AttributeValue(std::vector<float>{2.5F}));
+    EXPECT_EQ(read(), AttributeValue(std::vector<float>{}));
+    write(std::vector<float>{2.5F})();
+    EXPECT_EQ(read(), AttributeValue(std::vector<float>{2.5F}));
 }
 
 /// A buffer of another maker: nothing but attributes, of whatever kind.
@@ -329,30 +318,24 @@ TEST(BufferAttributes, MeetKindsOfOtherMakers)
 {
     ForeignBuffer buffer;
     BufferAttributes attributes(buffer);
-    struct Case
-    {
-        unsigned int kind;
-        bool isKnown;
-    };
-    for (const Case& c : {Case{0, false}, Case{1, true}, Case{6, true}, Case{9, true}, Case{10, false}}) {
-        SCOPED_TRACE(c.kind);
-        buffer.map["Foreign"] = std::make_unique<ForeignAttribute>(c.kind);
-        if (c.isKnown) {
-            EXPECT_TRUE(attributes.attributeValue("Foreign").IsNull());
-            EXPECT_TRUE(AttributesContainer(attributes).isEmpty());
-        } else {
-            EXPECT_TRUE(raises<RTE::Exception>("Unsupported attribute type",
-                                               [&] { return attributes.attributeValue("Foreign"); }));
-        }
-        EXPECT_TRUE(raises<RTE::Exception>(c.isKnown ? "Can't assign to unsupported attribute types"
-                                                     : "Unsupported attribute type",
-                                           [&] { attributes.set("Foreign", 1); }));
+    const auto read = [&] { return attributes.attributeValue("Foreign"); };
+    const auto write = [&] { attributes.set("Foreign", 1); };
+    for (const unsigned int kind : {0U, 10U}) {
+        buffer.map["Foreign"] = std::make_unique<ForeignAttribute>(kind);
+        expectRaised<RTE::Exception>(
+            {{"Unsupported attribute type", read}, {"Unsupported attribute type", write}});
+    }
+    for (const unsigned int kind : {1U, 6U, 9U}) {
+        SCOPED_TRACE(kind);
+        buffer.map["Foreign"] = std::make_unique<ForeignAttribute>(kind);
+        EXPECT_TRUE(read().IsNull());
+        EXPECT_TRUE(AttributesContainer(attributes).isEmpty());
+        EXPECT_TRUE(raises<RTE::Exception>("Can't assign to unsupported attribute types", write));
     }
     buffer.map["Foreign"] = std::make_unique<UntypedAttribute>();
-    EXPECT_TRUE(raises<RTE::Exception>("Can't create AttributeValue object from DT_UNKNOWN plane.",
-                                       [&] { return attributes.attributeValue("Foreign"); }));
-    EXPECT_TRUE(raises<RTE::Exception>("Can't assign AttributeValue object to DT_UNKNOWN plane.",
-                                       [&] { attributes.set("Foreign", std::vector<int>{}); }));
+    expectRaised<RTE::Exception>({{"Can't create AttributeValue object from DT_UNKNOWN plane.", read},
+                                  {"Can't assign AttributeValue object to DT_UNKNOWN plane.",
+                                   [&] { attributes.set("Foreign", std::vector<int>{}); }}});
 }
 
 TEST_F(BufferAttributesTest, RefuseValuesOfUnknownKinds)
@@ -362,12 +345,11 @@ TEST_F(BufferAttributesTest, RefuseValuesOfUnknownKinds)
     AttributeValue unknown;
     unknown.DeserializeFrom(settings);
     BufferAttributes attributes(*frame);
-    EXPECT_TRUE(
-        raises<RTE::Exception>("Unknown AttributeValue::type", [&] { attributes.set("A", unknown); }));
+    const auto set = [&] { attributes.set("A", unknown); };
+    EXPECT_TRUE(raises<RTE::Exception>("Unknown AttributeValue::type", set));
     EXPECT_FALSE(attributes.contains("A"));
     createPlane("A", nullptr);
-    EXPECT_TRUE(
-        raises<RTE::Exception>("Unknown AttributeValue::type", [&] { attributes.set("A", unknown); }));
+    EXPECT_TRUE(raises<RTE::Exception>("Unknown AttributeValue::type", set));
 }
 
 TEST_F(BufferAttributesTest, MergeReplacesWhateverKindAndLeavesGroupsAlone)

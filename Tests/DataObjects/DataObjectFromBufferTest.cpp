@@ -8,9 +8,9 @@
 #include "Core/DataObjects/RGBImageBuffer.h"
 #include "Core/DataObjects/SetTypeId.h"
 #include "Core/DataObjects/TypeIdentifier.h"
+#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
-#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SampleBuffers.h"
 
@@ -25,13 +25,6 @@ using namespace DataObjects;
 using namespace TestSupport;
 
 const QString notImplemented = "Conversion from this buffer frame type to a DataObject not implemented yet.";
-
-BufferPointer bufferOf(BufferApi::I_Frame* frame)
-{
-    BufferPointer buffer(BufferApi::CreateBuffer());
-    buffer->AddFrame(frame);
-    return buffer;
-}
 
 /// Four by four words 7, with a text as `RGBFrame`; without one when it is null.
 BufferPointer wordBuffer(const QString& mark = {})
@@ -111,7 +104,7 @@ TEST(DataObjectFromBuffer, AllElseIsNotImplemented)
 
 TEST(DataObjectFromBuffer, ObjectsOwnAllTheyNeed)
 {
-    forEachPixelType([](auto tag) {
+    forAllTypes([](auto tag) {
         using T = typename decltype(tag)::type;
         const auto type = BufferApi::GetDataType<T>();
         auto buffer = imageBuffer(type, 2, 2);

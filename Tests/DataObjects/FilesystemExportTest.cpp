@@ -8,14 +8,15 @@
 #include "Core/DataObjects/ImageFromBuffer.h"
 #include "Core/DataObjects/ImageToBuffer.h"
 #include "Core/DataObjects/LazyMask.h"
-#include "Tests/DataObjects/StrangeField.h"
+#include "Tests/DataObjects/Fields.h"
+#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
-#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
+#include "Tests/Support/Scales.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -27,12 +28,6 @@ namespace
 
 using namespace DataObjects;
 using namespace TestSupport;
-
-template <typename Pixels>
-auto spanOf(const Pixels& pixels)
-{
-    return std::span(pixels.begin(), static_cast<std::size_t>(pixels.size()));
-}
 
 /// Every function that writes a file, by a path.
 const std::vector<std::pair<std::string, std::function<void(const QString&)>>>& allExports()
@@ -98,9 +93,9 @@ TEST_F(FilesystemExport, FoldersThatCannotBeMadeAreRefusedAndNothingIsWritten)
     const QString file = path("file");
     writeContent(file, "content");
     for (const auto& [name, exportTo] : allExports()) {
-        EXPECT_TRUE(raises("Failed to create directory for export!", [&] {
-            exportTo(file + QStringLiteral("/sub/name"));
-        })) << name;
+        SCOPED_TRACE(name);
+        const auto call = [&] { exportTo(file + QStringLiteral("/sub/name")); };
+        EXPECT_TRUE(raises("Failed to create directory for export!", call));
         EXPECT_EQ(contentOf(file), "content");
         EXPECT_EQ(files(), QStringList{"file"});
     }
@@ -110,10 +105,9 @@ TEST_F(FilesystemExport, FilesThatCannotBeWrittenAreNamedAndTheirFolderStays)
 {
     const QString taken = path("sub/taken.qfi");
     ASSERT_TRUE(QDir().mkpath(taken));
+    const QString text = QStringLiteral("Cannot write '%1': it is not a file").arg(taken);
     for (const auto& [name, exportTo] : allExports()) {
-        EXPECT_TRUE(raises<RTE::FileWriteError>(
-            QStringLiteral("Cannot write '%1': it is not a file").arg(taken), [&] { exportTo(taken); }))
-            << name;
+        EXPECT_TRUE(raises<RTE::FileWriteError>(text, [&] { exportTo(taken); })) << name;
     }
     EXPECT_THROW(ExportImageData(ImageData<float>(3, 2, 1.0F), path("made/float.png")), RTE::FileWriteError)
         << "PNG does not hold floats";
@@ -133,7 +127,7 @@ TEST_F(FilesystemExport, AFailedExportLeavesTheOldFile)
 
 TEST_F(FilesystemExport, ImagesOfAllTypesComeBackBitForBit)
 {
-    forEachPixelType([&](auto tag) {
+    forAllTypes([&](auto tag) {
         using T = typename decltype(tag)::type;
         const auto frame = imageFrame(BufferApi::GetDataType<T>(), 1);
         const QString file = path("image.qfi");
@@ -174,12 +168,18 @@ TEST_F(FilesystemExport, RecordingsAreTheFilesOfTheirWholeBuffers)
     const ImageBuffer<float> mixed = mixedRecording();
     const ImageBuffer<float> noPixels(0, 3, 2, 2, 1.0F, true);
     for (const ImageBuffer<float>* const recording : {&std::as_const(*empty), &mixed, &noPixels}) {
+        SCOPED_TRACE(recording->GetName().toStdString());
         ExportImageBuffer(*recording, path("frames.qfi"));
         const auto buffer = CreateBufferFromImageBuffer(*recording, true);
         BufferApi::ExportBuffer(buffer.get(), path("whole.qfi"), {{"PackType", 2}});
-        EXPECT_EQ(contentOf(path("frames.qfi")), contentOf(path("whole.qfi")))
-            << recording->GetName().toStdString();
+        EXPECT_EQ(contentOf(path("frames.qfi")), contentOf(path("whole.qfi")));
     }
+    // The scales need not be numbers.
+    const QString file = path("mixed.qfi");
+    ExportImageBuffer(mixed, file);
+    EXPECT_TRUE(buffersEqual(*CreateBufferFromImageBuffer(*ImportImageBuffer(file), true),
+                             *CreateBufferFromImageBuffer(mixed, true)));
+    EXPECT_EQ(ImportImageVolumeT<int>(file, 2).GetDepth(), 3U);
 }
 
 TEST_F(FilesystemExport, ImagesThatWereMovedFromAreRefused)
@@ -187,23 +187,15 @@ TEST_F(FilesystemExport, ImagesThatWereMovedFromAreRefused)
     const QString file = path("moved.qfi");
     Image<float> image(3, 2, 1.5F, true);
     const Image<float> target(std::move(image));
-    EXPECT_TRUE(raises("data-pointer is null", [&] { ExportImage(image, file); }));
-    EXPECT_TRUE(files().isEmpty());
     ImageVolume<float> volume({3, 2, 2}, 1.5F, true);
     const Image<float> plane(std::move(volume.getPlane(1)));
-    EXPECT_TRUE(raises("data-pointer is null", [&] { ExportImageVolume(volume, file); }));
+    Mask mask(3, 2, true);
+    const std::unique_ptr<bool[]> pixels(mask.ReleaseRawPointer());
+    const QString text = "data-pointer is null";
+    expectRaised({{text, [&] { ExportImage(image, file); }},
+                  {text, [&] { ExportImageVolume(volume, file); }},
+                  {text, [&] { ExportMask(mask, file); }}});
     EXPECT_TRUE(files().isEmpty());
-}
-
-TEST_F(FilesystemExport, ScalesOfVolumesNeedNotBeNumbers)
-{
-    const ImageBuffer<float> mixed = mixedRecording();
-    const QString file = path("mixed.qfi");
-    ExportImageBuffer(mixed, file);
-    const auto read = ImportImageBuffer(file);
-    EXPECT_TRUE(
-        buffersEqual(*CreateBufferFromImageBuffer(*read, true), *CreateBufferFromImageBuffer(mixed, true)));
-    EXPECT_EQ(ImportImageVolumeT<int>(file, 2).GetDepth(), 3U);
 }
 
 TEST_F(FilesystemExport, MasksAreBytesOf255And0)
@@ -211,34 +203,25 @@ TEST_F(FilesystemExport, MasksAreBytesOf255And0)
     unsigned char bytes[] = {0, 1, 255, 2, 0, 0};
     const Mask mask(reinterpret_cast<bool*>(bytes), 3, 2, false);
     ExportMask(mask, path("mask"));
-    const auto picture = ImportImage(path(QStringLiteral("mask.qfi")), 0, 0);
+    const auto picture = ImportImage(path("mask.qfi"), 0, 0);
     const std::vector<unsigned char> expected = {0, 255, 255, 255, 0, 0};
-    EXPECT_TRUE(samePixels(spanOf(dynamic_cast<const Image<unsigned char>&>(*picture)),
-                           std::span<const unsigned char>(expected)));
-    EXPECT_EQ(picture->GetScaleX(), Zt::LinearScale(Zt::ScalePreset::X));
+    EXPECT_TRUE(samePixels(dynamic_cast<const Image<unsigned char>&>(*picture), expected));
+    EXPECT_EQ(picture->GetScaleX(), defaultScales[0]);
 
     ExportMask(Mask(40, 30, false), path("none.png"));
-    const auto none = ImportImageDataT<int>(path(QStringLiteral("none.png")), 0, 0);
-    EXPECT_TRUE(std::all_of(none.begin(), none.end(), [](int pixel) { return pixel == 0; }));
-
-    Mask released(3, 2, true);
-    const std::unique_ptr<bool[]> pixels(released.ReleaseRawPointer());
-    EXPECT_TRUE(raises("data-pointer is null", [&] { ExportMask(released, path("released")); }));
-    EXPECT_FALSE(QFile::exists(path("released.qfi")));
+    EXPECT_TRUE(samePixels(ImportImageDataT<int>(path("none.png"), 0, 0), std::vector<int>(1200)));
 }
 
 TEST_F(FilesystemExport, ScalarFieldsAreImagesWithTheirScale)
 {
-    const Zt::LinearScale scale(0.5, 2.0, "K", "Temperature");
-    forEachPixelType([&](auto tag) {
+    forAllTypes([&](auto tag) {
         using T = typename decltype(tag)::type;
-        ScalarField<T> field(3, 2, scale);
+        ScalarField<T> field(3, 2, kelvin);
         std::iota(field.begin(), field.end(), T{10});
-        const ScalarFieldVariant& variant = field;
-        ExportScalarField(variant, path("field"));
-        const auto image = ImportImage(path(QStringLiteral("field.qfi")), 0, 0);
-        EXPECT_TRUE(samePixels(spanOf(dynamic_cast<const Image<T>&>(*image)), spanOf(std::as_const(field))));
-        EXPECT_EQ(image->GetScaleI(), scale);
+        ExportScalarField(static_cast<const ScalarFieldVariant&>(field), path("field"));
+        const auto image = ImportImage(path("field.qfi"), 0, 0);
+        EXPECT_TRUE(samePixels(dynamic_cast<const Image<T>&>(*image), field));
+        EXPECT_EQ(image->GetScaleI(), kelvin);
         EXPECT_TRUE(AllValuesValid(*image));
     });
     EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar field type",

@@ -4,13 +4,15 @@
 #include "Core/DataObjects/Attributes.h"
 #include "Core/DataObjects/FilesystemExport.h"
 #include "Core/DataObjects/ImageBufferFromBuffer.h"
+#include "Core/DataObjects/ImageDataFromBuffer.h"
+#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
-#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
+#include "Tests/Support/Scales.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -22,12 +24,6 @@ namespace
 
 using namespace DataObjects;
 using namespace TestSupport;
-
-template <typename Pixels>
-auto spanOf(const Pixels& pixels)
-{
-    return std::span(pixels.begin(), static_cast<std::size_t>(pixels.size()));
-}
 
 class FilesystemImport : public testing::Test
 {
@@ -65,7 +61,7 @@ const std::vector<std::pair<std::string, std::function<void(const QString&)>>>& 
 
 TEST_F(FilesystemImport, RecordingsOfAllTypesComeBackBitForBit)
 {
-    forEachPixelType([&](auto tag) {
+    forAllTypes([&](auto tag) {
         const auto type = BufferApi::GetDataType<typename decltype(tag)::type>();
         const auto original = imageBuffer(type, 3, 2);
         ExportImageBuffer(*GetImageBuffer(*original, true), path("copy"));
@@ -80,32 +76,27 @@ TEST_F(FilesystemImport, ImagesAreOneFrameAndPlaneOfTheFile)
     const auto recording = ImportImageBufferT<unsigned short>(file);
     const auto image = ImportImageT<unsigned short>(file, 2, 1);
     const auto& plane = recording.getFrame(2).getPlane(1);
-    EXPECT_TRUE(samePixels(spanOf(image), spanOf(plane)));
-    EXPECT_TRUE(std::equal(image.GetMask().begin(), image.GetMask().end(), plane.GetMask().begin()));
+    EXPECT_TRUE(samePixels(image, plane));
+    EXPECT_TRUE(samePixels(image.GetMask(), plane.GetMask()));
     EXPECT_EQ(image.GetScaleZ().getOffset(), 3.0);
     EXPECT_EQ(image.GetAttributes().attributeValue("Operator").value<QString>(), QStringLiteral("é 3"));
-    const auto field = image.GetScalarFields().Get(QStringLiteral("Peak ratio"));
-    EXPECT_TRUE(samePixels(spanOf(CastScalarFieldTo<float>(*field)),
-                           spanOf(CastScalarFieldTo<float>(*plane.GetScalarFields().Get("Peak ratio")))));
+    const auto fieldOf = [](const Image<unsigned short>& of) -> const ScalarField<float>& {
+        return CastScalarFieldTo<float>(*of.GetScalarFields().Get("Peak ratio"));
+    };
+    EXPECT_TRUE(samePixels(fieldOf(image), fieldOf(plane)));
 
-    const auto data = ImportImageDataT<unsigned short>(file, 2, 1);
-    EXPECT_TRUE(samePixels(spanOf(data), spanOf(plane)));
+    EXPECT_TRUE(samePixels(ImportImageDataT<unsigned short>(file, 2, 1), plane));
     const auto volume = ImportImageVolumeT<unsigned short>(file, 2);
     EXPECT_EQ(volume.GetDepth(), 2U);
-    EXPECT_TRUE(samePixels(spanOf(volume.getPlane(1)), spanOf(plane)));
+    EXPECT_TRUE(samePixels(volume.getPlane(1), plane));
     EXPECT_EQ(&volume.getPlane(0).GetAttributes(), &volume.getPlane(1).GetAttributes());
-}
 
-TEST_F(FilesystemImport, ListsHavePlaneZeroOfEachFrame)
-{
-    const QString file = fileOf(BufferApi::DT_FLOAT, 2, 3);
-    const auto recording = ImportImageBufferT<float>(file);
     const auto images = ImportImages(file);
     ASSERT_EQ(images.size(), 3U);
     for (unsigned int frame = 0; frame < 3; ++frame) {
-        const auto& image = dynamic_cast<const Image<float>&>(*images[frame]);
-        EXPECT_TRUE(samePixels(spanOf(image), spanOf(recording.getFrame(frame).getPlane(0))));
-        EXPECT_EQ(image.GetScaleZ().getOffset(), frame + 1.0);
+        const auto& listed = dynamic_cast<const Image<unsigned short>&>(*images[frame]);
+        EXPECT_TRUE(samePixels(listed, recording.getFrame(frame).getPlane(0)));
+        EXPECT_EQ(listed.GetScaleZ().getOffset(), frame + 1.0);
     }
 }
 
@@ -138,21 +129,20 @@ void expectConverted(const QString& file)
     const ImageData<T> expected = CreateImageDataOfType<T>(source.GetImageData(), true);
 
     const auto image = ImportImageT<T>(file, 1, 1);
-    EXPECT_TRUE(samePixels(spanOf(image), spanOf(expected)));
-    EXPECT_TRUE(std::equal(image.GetMask().begin(), image.GetMask().end(), source.GetMask().begin()));
-    EXPECT_EQ(image.GetScaleX(), source.GetScaleX());
-    EXPECT_EQ(image.GetScaleI(), source.GetScaleI());
+    EXPECT_TRUE(samePixels(image, expected));
+    EXPECT_TRUE(samePixels(image.GetMask(), source.GetMask()));
+    EXPECT_EQ(scalesOf(image), scalesOf(source));
     EXPECT_EQ(image.GetAttributes().attributeValue("Acq.Gain").template value<double>(), 2.5);
     EXPECT_TRUE(image.GetScalarFields().Contains("Height"));
 
-    EXPECT_TRUE(samePixels(spanOf(ImportImageDataT<T>(file, 1, 1)), spanOf(expected)));
+    EXPECT_TRUE(samePixels(ImportImageDataT<T>(file, 1, 1), expected));
     const auto volume = ImportImageVolumeT<T>(file, 1);
-    EXPECT_TRUE(samePixels(spanOf(volume.getPlane(1)), spanOf(expected)));
+    EXPECT_TRUE(samePixels(volume.getPlane(1), expected));
     EXPECT_EQ(volume.GetScaleZ(), source.GetScaleZ());
-    EXPECT_EQ(volume.IsMaskValid(3, 4, 1), source.IsMaskValid(3, 4));
+    EXPECT_TRUE(samePixels(volume.getPlane(1).GetMask(), source.GetMask()));
     const auto recording = ImportImageBufferT<T>(file);
-    EXPECT_TRUE(samePixels(spanOf(recording.getFrame(1).getPlane(1)), spanOf(expected)));
-    EXPECT_EQ(recording.GetName(), "Recording");
+    EXPECT_TRUE(samePixels(recording.getFrame(1).getPlane(1), expected));
+    EXPECT_EQ(recording.GetName(), QStringLiteral("Recording"));
     EXPECT_EQ(recording.getFrameCount(), 2U);
     EXPECT_TRUE(recording.GetGlobalAttributes().contains("Project"));
     EXPECT_EQ(recording.getFrame(1).getPlane(1).GetScalarFields().size(), 2U);
@@ -161,12 +151,10 @@ void expectConverted(const QString& file)
 TEST_F(FilesystemImport, PixelsOfAnotherTypeAreConvertedAndAllElseKept)
 {
     const QString file = fileOf(BufferApi::DT_BYTE, 2, 2);
-    forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(file); });
-    const auto wide = ImportImageDataT<double>(fileOf(BufferApi::DT_DOUBLE, 1, 1), 0, 0);
-    const auto narrow = ImportImageDataT<unsigned char>(path(QStringLiteral("run.qfi")), 0, 0);
-    ImageData<unsigned char> saturated(wide.GetSize());
-    saturated.Assign(wide);
-    EXPECT_TRUE(samePixels(spanOf(narrow), spanOf(saturated)));
+    forAllTypes([&](auto tag) { expectConverted<typename decltype(tag)::type>(file); });
+    const QString doubles = fileOf(BufferApi::DT_DOUBLE, 1, 1);
+    const auto saturated = CreateImageDataOfType<unsigned char>(*ImportImageData(doubles, 0, 0), true);
+    EXPECT_TRUE(samePixels(ImportImageDataT<unsigned char>(doubles, 0, 0), saturated));
 }
 
 TEST_F(FilesystemImport, FramesThatAreNotAskedForAreNotRead)
@@ -177,10 +165,8 @@ TEST_F(FilesystemImport, FramesThatAreNotAskedForAreNotRead)
     for (const auto& [frame, z] : {std::pair(0U, 0U), std::pair(1U, 1U), std::pair(2U, 0U)}) {
         flipBitOf(*buffer->GetFrame(frame)->GetPlane(0, z), file);
     }
-    const auto image = ImportImageT<unsigned short>(file, 1, 0);
-    EXPECT_TRUE(samePixels(spanOf(image),
-                           std::span(static_cast<const unsigned short*>(pixelsOf(*buffer->GetFrame(1), 0)),
-                                     static_cast<std::size_t>(image.size()))));
+    EXPECT_TRUE(samePixels(ImportImageT<unsigned short>(file, 1, 0),
+                           GetImageDataT<unsigned short>(imageFrameOf(*buffer, 1), 0)));
     EXPECT_THROW((void)ImportImage(file, 1, 1), RTE::FileReadError);
     EXPECT_THROW((void)ImportImageVolume(file, 1), RTE::FileReadError);
     EXPECT_THROW((void)ImportImages(file), RTE::FileReadError);
@@ -212,53 +198,45 @@ TEST_F(FilesystemImport, FilesThatCannotBeReadAreNamedByEveryFunction)
     writeContent(empty, {});
     const QByteArray whole = contentOf(fileOf(BufferApi::DT_WORD, 1, 1));
     writeContent(cut, whole.first(whole.size() / 2));
-    for (const auto& [name, import] : allImports()) {
+    const auto text = [](const QString& file, const char* why) {
+        return "Cannot open '" + file + "': " + why;
+    };
+    for (const auto& [name, importFrom] : allImports()) {
         SCOPED_TRACE(name);
-        EXPECT_TRUE(raises<RTE::FileOpenError>(
-            QStringLiteral("Cannot open '%1': No such file or directory").arg(missing),
-            [&] { import(missing); }));
-        EXPECT_TRUE(raises<RTE::FileOpenError>(
-            QStringLiteral("Cannot open '%1': not a regular file").arg(folder), [&] { import(folder); }));
-        EXPECT_TRUE(raises<RTE::FileOpenError>(
-            QStringLiteral("Cannot open '%1': the file is empty").arg(empty), [&] { import(empty); }));
+        const auto& import = importFrom;
+        expectRaised<RTE::FileOpenError>(
+            {{text(missing, "No such file or directory"), [&] { import(missing); }},
+             {text(folder, "not a regular file"), [&] { import(folder); }},
+             {text(empty, "the file is empty"), [&] { import(empty); }}});
         EXPECT_THROW(import(cut), RTE::FileOpenError);
     }
 }
 
 TEST_F(FilesystemImport, FramesPlanesAndTypesThatDoNotFitAreRefused)
 {
+    const auto written = [&](const QString& name, const std::unique_ptr<BufferApi::I_Buffer>& buffer) {
+        BufferApi::ExportBuffer(buffer.get(), path(name), {});
+        return path(name);
+    };
     const QString file = fileOf(BufferApi::DT_WORD, 2, 2);
+    const QString colours =
+        written("colour.qfi", bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_RGB, 2, 2, 1)));
+    const QString vectors = written("vectors.qfv", bufferOf(BufferApi::CreateVectorFrame2C(2, 2, 1, 1)));
+    const QString noFrames = written("none.qfi", bufferOf());
     const QString notImage = "Frame type is not an image.";
-    EXPECT_TRUE(raises(notImage, [&] { return ImportImage(file, 2, 0); }));
-    EXPECT_TRUE(raises(notImage, [&] { return ImportImageT<float>(file, 2, 0); }));
-    EXPECT_TRUE(raises("Invalid plane-index 2", [&] { return ImportImage(file, 1, 2); }));
-    EXPECT_TRUE(raises("Invalid plane-index 2", [&] { return ImportImageData(file, 1, 2); }));
-    EXPECT_TRUE(raises("Frame index out of bounds", [&] { return ImportImageVolume(file, 2); }));
-
-    const std::unique_ptr<BufferApi::I_Buffer> colour(BufferApi::CreateBuffer());
-    colour->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_RGB, 2, 2, 1));
-    const QString colourFile = path("colour.qfi");
-    BufferApi::ExportBuffer(colour.get(), colourFile, {});
-    const QString noImage = "RGB image is not supported.";
-    EXPECT_TRUE(raises<RTE::Exception>(noImage, [&] { return ImportImage(colourFile, 0, 0); }));
-    EXPECT_TRUE(raises<RTE::Exception>(noImage, [&] { return ImportImages(colourFile); }));
-    EXPECT_TRUE(raises<RTE::Exception>("RGB ImageBuffer is not supported.",
-                                       [&] { return ImportImageBuffer(colourFile); }));
-    EXPECT_TRUE(raises<RTE::Exception>("BufferApi::DT_RGB not supported yet.",
-                                       [&] { return ImportImageDataT<int>(colourFile, 0, 0); }));
-
-    const std::unique_ptr<BufferApi::I_Buffer> vectors(BufferApi::CreateBuffer());
-    vectors->AddFrame(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
-    const QString vectorFile = path("vectors.qfv");
-    BufferApi::ExportBuffer(vectors.get(), vectorFile, {});
-    EXPECT_TRUE(raises(notImage, [&] { return ImportImages(vectorFile); }));
-
-    const std::unique_ptr<BufferApi::I_Buffer> none(BufferApi::CreateBuffer());
-    const QString noFrames = path("none.qfi");
-    BufferApi::ExportBuffer(none.get(), noFrames, {});
+    expectRaised({{notImage, [&] { return ImportImage(file, 2, 0); }},
+                  {notImage, [&] { return ImportImageT<float>(file, 2, 0); }},
+                  {notImage, [&] { return ImportImages(vectors); }},
+                  {"Invalid plane-index 2", [&] { return ImportImage(file, 1, 2); }},
+                  {"Invalid plane-index 2", [&] { return ImportImageData(file, 1, 2); }},
+                  {"Frame index out of bounds", [&] { return ImportImageVolume(file, 2); }}});
+    expectRaised<RTE::Exception>(
+        {{"RGB image is not supported.", [&] { return ImportImage(colours, 0, 0); }},
+         {"RGB image is not supported.", [&] { return ImportImages(colours); }},
+         {"RGB ImageBuffer is not supported.", [&] { return ImportImageBuffer(colours); }},
+         {"BufferApi::DT_RGB not supported yet.", [&] { return ImportImageDataT<int>(colours, 0, 0); }},
+         {"Given buffer has no frames", [&] { return ImportImageBufferT<float>(noFrames); }}});
     EXPECT_TRUE(ImportImages(noFrames).empty());
-    EXPECT_TRUE(raises<RTE::Exception>("Given buffer has no frames",
-                                       [&] { return ImportImageBufferT<float>(noFrames); }));
 }
 
 TEST_F(FilesystemImport, TheContentDecidesNotTheName)

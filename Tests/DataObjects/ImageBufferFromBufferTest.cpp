@@ -114,26 +114,22 @@ TEST(ImageBufferFromBuffer, FailuresAreTold)
 {
     const auto withVectors = imageBuffer(BufferApi::DT_WORD, 1, 1);
     withVectors->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
+    const auto noFrames = bufferOf();
+    const auto colour = imageBuffer(BufferApi::DT_RGB, 1, 1);
+    const auto hollow = imageBuffer(BufferApi::DT_RGB, 1, 1);
+    hollow->GetFrame(0)->RemoveComponent(0);
     const QString notImage = "Frame of buffer is not from type image!";
-    EXPECT_TRUE(raises(notImage, [&] { return GetImageBuffer(*withVectors, false); }));
-    EXPECT_TRUE(
-        raises(notImage, [&] { return GetImageBufferT<unsigned short>(std::as_const(*withVectors)); }));
-    EXPECT_TRUE(raises("Pixel-plane of given frame has not the required type",
-                       [&] { return GetImageBufferT<float>(*withVectors, false); }));
-
-    const std::unique_ptr<I_Buffer> noFrames(BufferApi::CreateBuffer());
-    EXPECT_TRUE(raises<RTE::Exception>("Given buffer has no frames",
-                                       [&] { return GetImageBuffer(std::as_const(*noFrames)); }));
-    EXPECT_TRUE(raises("Image volume list is empty", [&] { return GetImageBufferT<int>(*noFrames, false); }));
+    expectRaised({{notImage, [&] { return GetImageBuffer(*withVectors, false); }},
+                  {notImage, [&] { return GetImageBufferT<unsigned short>(std::as_const(*withVectors)); }},
+                  {"Pixel-plane of given frame has not the required type",
+                   [&] { return GetImageBufferT<float>(*withVectors, false); }},
+                  {"Image volume list is empty", [&] { return GetImageBufferT<int>(*noFrames, false); }}});
+    expectRaised<RTE::Exception>(
+        {{"Given buffer has no frames", [&] { return GetImageBuffer(std::as_const(*noFrames)); }},
+         {"RGB ImageBuffer is not supported.", [&] { return GetImageBuffer(std::move(*colour), false); }},
+         {"Image volume list has unsupported data type", [&] { return GetImageBuffer(*hollow, false); }}});
     EXPECT_EQ(CreateBufferFromImageBuffer(*ImageBuffer<int>::CreateEmptyImageBuffer(), true)->GetFrameCount(),
               0U);
-
-    const auto colour = imageBuffer(BufferApi::DT_RGB, 1, 1);
-    EXPECT_TRUE(raises<RTE::Exception>("RGB ImageBuffer is not supported.",
-                                       [&] { return GetImageBuffer(std::move(*colour), false); }));
-    colour->GetFrame(0)->RemoveComponent(0);
-    EXPECT_TRUE(raises<RTE::Exception>("Image volume list has unsupported data type",
-                                       [&] { return GetImageBuffer(*colour, false); }));
 }
 
 } // namespace

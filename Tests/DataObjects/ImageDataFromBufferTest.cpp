@@ -6,6 +6,7 @@
 #include "Core/DataObjects/BufferLibDataAccess.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
+#include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
 #include <functional>
@@ -24,24 +25,16 @@ using DataObjects::Private::findPixelPlane;
 
 const Math::Size2T<unsigned int> planeSize(64, 32);
 
-std::unique_ptr<I_FrameImage> newFrame(BufferApi::E_DataType type)
-{
-    return std::unique_ptr<I_FrameImage>(
-        BufferApi::CreateImageFrame(type, planeSize.width, planeSize.height, 3));
-}
-
 /// An image frame of this type, then a frame of vectors.
 std::unique_ptr<I_Buffer> newBuffer(BufferApi::E_DataType type)
 {
-    std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());
-    buffer->AddFrame(newFrame(type).release());
-    buffer->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
-    return buffer;
+    return bufferOf(BufferApi::CreateImageFrame(type, planeSize.width, planeSize.height, 3),
+                    BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
 }
 
 I_FrameImage& firstFrame(const I_Buffer& buffer)
 {
-    return dynamic_cast<I_FrameImage&>(*buffer.GetFrame(0));
+    return imageFrameOf(buffer, 0);
 }
 
 const void* memoryOf(const I_Buffer& buffer, unsigned int z)
@@ -76,27 +69,26 @@ TEST(ImageDataFromBuffer, AnObjectThatStaysIsViewed)
 
 TEST(ImageDataFromBuffer, AnObjectThatIsGivenUpLosesTheMemoryOfThatPlaneAlone)
 {
-    using Take = std::function<std::unique_ptr<ImageDataVariant>(I_Buffer&)>;
     forAllTypes([](auto tag) {
         using T = typename decltype(tag)::type;
-        const auto held = [](ImageData<T>&& data) { return std::make_unique<ImageData<T>>(std::move(data)); };
-        const Take takes[] = {
-            [&](I_Buffer& buffer) {
-                return held(GetImageDataT<T>(std::move(*findPixelPlane(firstFrame(buffer), 1))));
-            },
-            [&](I_Buffer& buffer) { return held(GetImageDataT<T>(std::move(firstFrame(buffer)), 1)); },
-            [&](I_Buffer& buffer) { return held(GetImageDataT<T>(std::move(buffer), 0, 1)); },
-            [](I_Buffer& buffer) { return GetImageData(std::move(firstFrame(buffer)), 1); },
-            [](I_Buffer& buffer) { return GetImageData(std::move(buffer), 0, 1); }};
-        for (const Take& take : takes) {
+        const auto check = [](auto take) {
             auto buffer = newBuffer(BufferApi::GetDataType<T>());
             const void* const memory = memoryOf(*buffer, 1);
             const auto data = take(*buffer);
-            expectPixels(CastImageDataTo<T>(*data), memory, true);
+            if constexpr (std::is_same_v<decltype(data), const ImageData<T>>) {
+                expectPixels(data, memory, true);
+            } else {
+                expectPixels(CastImageDataTo<T>(*data), memory, true);
+            }
             EXPECT_EQ(memoryOf(*buffer, 1), nullptr);
             EXPECT_NE(memoryOf(*buffer, 2), nullptr);
             EXPECT_TRUE(raises("data-pointer is null", [&] { take(*buffer); }));
-        }
+        };
+        check([](I_Buffer& b) { return GetImageDataT<T>(std::move(*findPixelPlane(firstFrame(b), 1))); });
+        check([](I_Buffer& b) { return GetImageDataT<T>(std::move(firstFrame(b)), 1); });
+        check([](I_Buffer& b) { return GetImageDataT<T>(std::move(b), 0, 1); });
+        check([](I_Buffer& b) { return GetImageData(std::move(firstFrame(b)), 1); });
+        check([](I_Buffer& b) { return GetImageData(std::move(b), 0, 1); });
     });
 }
 
@@ -139,42 +131,37 @@ TEST(ImageDataFromBuffer, TakingAPlaneOfAFileReadsIt)
 
 TEST(ImageDataFromBuffer, FailuresAreTold)
 {
-    struct Case
-    {
-        const char* text;
-        std::function<void(I_Buffer&)> call;
-    };
-    const char* const otherType = "Pixel-plane of given frame has not the required type";
-    const Case cases[] = {
-        {otherType, [](I_Buffer& b) { return GetImageDataT<int>(*findPixelPlane(firstFrame(b), 0)); }},
-        {otherType, [](I_Buffer& b) { return GetImageDataT<int>(firstFrame(b), 0); }},
-        {otherType, [](I_Buffer& b) { return GetImageDataT<int>(std::move(b), 0, 0); }},
-        {"Invalid plane-index 3", [](I_Buffer& b) { return GetImageDataT<int>(firstFrame(b), 3); }},
-        {"Invalid plane-index 4294967295",
-         [](I_Buffer& b) { return GetImageData(std::move(firstFrame(b)), 0xFFFFFFFF); }},
-        {"Frame type is not image.", [](I_Buffer& b) { return GetImageDataT<float>(b, 1, 0); }},
-        {"Frame type is not image.", [](I_Buffer& b) { return GetImageDataT<float>(std::move(b), 2, 0); }},
-        {"Frame type is not an image.", [](I_Buffer& b) { return GetImageData(b, 1, 0); }},
-        {"Frame type is not an image.", [](I_Buffer& b) { return GetImageData(std::move(b), 1, 0); }},
-        {"Frame type is not an image.", [](I_Buffer& b) { return GetImageData(std::as_const(b), 2, 0); }}};
     const auto buffer = newBuffer(BufferApi::DT_WORD);
-    for (const Case& failure : cases) {
-        EXPECT_TRUE(raises(failure.text, [&] { failure.call(*buffer); }));
-    }
+    I_Buffer& b = *buffer;
+    I_FrameImage& frame = firstFrame(b);
+    const QString otherType = "Pixel-plane of given frame has not the required type";
+    const QString notAnImage = "Frame type is not an image.";
+    expectRaised(
+        {{otherType, [&] { return GetImageDataT<int>(*findPixelPlane(frame, 0)); }},
+         {otherType, [&] { return GetImageDataT<int>(frame, 0); }},
+         {otherType, [&] { return GetImageDataT<int>(std::move(b), 0, 0); }},
+         {"Invalid plane-index 3", [&] { return GetImageDataT<int>(frame, 3); }},
+         {"Invalid plane-index 4294967295", [&] { return GetImageData(std::move(frame), 0xFFFFFFFF); }},
+         {"Frame type is not image.", [&] { return GetImageDataT<float>(b, 1, 0); }},
+         {"Frame type is not image.", [&] { return GetImageDataT<float>(std::move(b), 2, 0); }},
+         {notAnImage, [&] { return GetImageData(b, 1, 0); }},
+         {notAnImage, [&] { return GetImageData(std::move(b), 1, 0); }},
+         {notAnImage, [&] { return GetImageData(std::as_const(b), 2, 0); }}});
     EXPECT_NE(memoryOf(*buffer, 0), nullptr);
 }
 
 TEST(ImageDataFromBuffer, TypesOutsideTheSixAreRefused)
 {
-    const auto expectRefused = [](I_FrameImage& frame, const char* text) {
-        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImageData(frame, 0); }));
-        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImageData(std::as_const(frame), 0); }));
-        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImageData(std::move(frame), 0); }));
-    };
-    expectRefused(*newFrame(BufferApi::DT_RGB), "BufferApi::DT_RGB not supported yet.");
-    const auto hollow = newFrame(BufferApi::DT_WORD);
+    const auto colour = newFrame(BufferApi::DT_RGB, 2, 2);
+    const auto hollow = newFrame(BufferApi::DT_WORD, 2, 2);
     hollow->RemoveComponent(0);
-    expectRefused(*hollow, "Input frame has unsupported data type");
+    for (const auto& [held, text] : {std::pair(colour.get(), "BufferApi::DT_RGB not supported yet."),
+                                     std::pair(hollow.get(), "Input frame has unsupported data type")}) {
+        I_FrameImage& frame = *held;
+        expectRaised<RTE::Exception>({{text, [&] { return GetImageData(frame, 0); }},
+                                      {text, [&] { return GetImageData(std::as_const(frame), 0); }},
+                                      {text, [&] { return GetImageData(std::move(frame), 0); }}});
+    }
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/ImageVolume.h"
 #include "Core/DataObjects/LazyMask.h"
-#include "Tests/Support/PixelTypeList.h"
+#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Raises.h"
 
 namespace
@@ -64,7 +64,7 @@ void expectPixels(const ImageVariant& cut, unsigned int cutWidth, unsigned int c
 
 TEST(ImageExtraction, TakesTheVoxelsAndTheirValidityOfEachType)
 {
-    forEachPixelType([](auto tag) {
+    forAllTypes([](auto tag) {
         using T = typename decltype(tag)::type;
         const ImageVolume<T> volume = makeVolume<T>();
         expectPixels<T>(*ExtractXYImage(volume, 1), width, height,
@@ -134,7 +134,7 @@ TEST(ImageExtraction, RefusesIndicesBeyondTheAxis)
 
 TEST(ImageExtraction, GivesOneRowAsNumbers)
 {
-    forEachPixelType([](auto tag) {
+    forAllTypes([](auto tag) {
         using T = typename decltype(tag)::type;
         const ImageVolume<T> volume = makeVolume<T>();
         const auto& data = volume.getPlane(0).GetImageData();

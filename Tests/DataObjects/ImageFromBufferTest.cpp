@@ -214,65 +214,49 @@ TEST(ImageFromBuffer, AFrameWithoutAMaskLeavesTheImageOneOfItsOwn)
 TEST(ImageFromBuffer, FailuresComeInOrder)
 {
     // Three planes without a mask, then a frame of vectors.
-    const std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());
-    buffer->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 3));
-    buffer->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
-    struct Case
-    {
-        const char* text;
-        std::function<void(I_Buffer&)> call;
-    };
-    const auto frame = [](I_Buffer& b) -> I_FrameImage& { return imageFrameOf(b, 0); };
-    const char* const noMask = "Frame requires a mask, but has no mask.";
-    const char* const otherType = "Pixel-plane of given frame has not the required type";
-    const Case cases[] = {
-        {"Frame is NULL.",
-         [](I_Buffer&) { return GetImageT<int>(static_cast<I_FrameImage*>(nullptr), 0, true); }},
-        {"Frame is NULL.", [](I_Buffer&) { return GetImage(static_cast<I_FrameImage*>(nullptr), 0, true); }},
-        {"Buffer is NULL",
-         [](I_Buffer&) { return GetImageT<int>(static_cast<I_Buffer*>(nullptr), 0, 0, true); }},
-        {"Buffer is NULL", [](I_Buffer&) { return GetImage(static_cast<const I_Buffer*>(nullptr), 0, 0); }},
-        {"ImageFrame is NULL", [](I_Buffer&) { return AttachMaskAndGetImage(nullptr, 0); }},
-        {"Frame type is not image.", [](I_Buffer& b) { return GetImageT<float>(b, 1, 0, true); }},
-        {"Frame type is not image.", [](I_Buffer& b) { return GetImageT<float>(std::as_const(b), 2, 0); }},
-        {"Frame type is not an image.", [](I_Buffer& b) { return GetImage(b, 1, 0, true); }},
-        {"Frame type is not an image.", [](I_Buffer& b) { return GetImage(std::move(b), 2, 0, true); }},
-        {noMask, [&](I_Buffer& b) { return GetImageT<int>(frame(b), 3, true); }},
-        {"Z-Plane for given frame not valid",
-         [&](I_Buffer& b) { return GetImageT<int>(frame(b), 3, false); }},
-        {otherType, [&](I_Buffer& b) { return GetImageT<int>(frame(b), 0, false); }},
-        {"Invalid plane-index 3", [&](I_Buffer& b) { return GetImageT<int>(std::move(frame(b)), 3, true); }},
-        {otherType, [&](I_Buffer& b) { return GetImageT<int>(std::move(frame(b)), 0, true); }},
-        {noMask, [](I_Buffer& b) { return GetImage(std::move(b), 0, 0, true); }}};
-    for (const Case& failure : cases) {
-        EXPECT_TRUE(raises(failure.text, [&] { failure.call(*buffer); }));
-    }
-}
-
-BufferApi::ComponentParts bytesOf(const std::string& name, unsigned int width)
-{
-    BufferApi::ComponentParts parts;
-    parts.name = name;
-    parts.type = BufferApi::DT_BYTE;
-    parts.planes.emplace_back(BufferApi::CreatePlane(BufferApi::DT_BYTE, width, 2));
-    return parts;
+    const auto buffer = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 3),
+                                 BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
+    I_Buffer& b = *buffer;
+    I_FrameImage& frame = imageFrameOf(b, 0);
+    I_FrameImage* const noFrame = nullptr;
+    I_Buffer* const noBuffer = nullptr;
+    const QString noMask = "Frame requires a mask, but has no mask.";
+    const QString otherType = "Pixel-plane of given frame has not the required type";
+    const QString notImage = "Frame type is not image.";
+    const QString notAnImage = "Frame type is not an image.";
+    expectRaised({{"Frame is NULL.", [&] { return GetImageT<int>(noFrame, 0, true); }},
+                  {"Frame is NULL.", [&] { return GetImage(noFrame, 0, true); }},
+                  {"Buffer is NULL", [&] { return GetImageT<int>(noBuffer, 0, 0, true); }},
+                  {"Buffer is NULL", [&] { return GetImage(std::as_const(noBuffer), 0, 0); }},
+                  {"ImageFrame is NULL", [] { return AttachMaskAndGetImage(nullptr, 0); }},
+                  {notImage, [&] { return GetImageT<float>(b, 1, 0, true); }},
+                  {notImage, [&] { return GetImageT<float>(std::as_const(b), 2, 0); }},
+                  {notAnImage, [&] { return GetImage(b, 1, 0, true); }},
+                  {notAnImage, [&] { return GetImage(std::move(b), 2, 0, true); }},
+                  {noMask, [&] { return GetImageT<int>(frame, 3, true); }},
+                  {"Z-Plane for given frame not valid", [&] { return GetImageT<int>(frame, 3, false); }},
+                  {otherType, [&] { return GetImageT<int>(frame, 0, false); }},
+                  {"Invalid plane-index 3", [&] { return GetImageT<int>(std::move(frame), 3, true); }},
+                  {otherType, [&] { return GetImageT<int>(std::move(frame), 0, true); }},
+                  {noMask, [&] { return GetImage(std::move(b), 0, 0, true); }}});
 }
 
 TEST(ImageFromBuffer, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
 {
-    for (const bool hasMask : {true, false}) {
-        std::vector<BufferApi::ComponentParts> parts;
-        parts.push_back(bytesOf(I_FrameImage::COMPONENT_PIXEL, hasMask ? 3 : 1));
-        if (hasMask) {
-            parts.push_back(bytesOf(I_Frame::COMPONENT_MASK, 1));
-        }
-        const auto frame = BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
-        auto& image = dynamic_cast<I_FrameImage&>(*frame);
-        const QString oddMask = "Mask has invalid size.";
-        EXPECT_TRUE(raises(hasMask ? oddMask : "Size of image and image plane must be equal.",
-                           [&] { return GetImage(image, 0, false); }));
-        EXPECT_TRUE(raises(oddMask, [&] { return GetImage(std::move(image), 0, false); }));
-    }
+    using BufferApi::FrameKind;
+    const auto pixels = [](unsigned int width) {
+        return onePlane(I_FrameImage::COMPONENT_PIXEL, BufferApi::DT_BYTE, width, 2);
+    };
+    const auto smallMask = frameOfParts(FrameKind::Image, 3, 2, pixels(3),
+                                        onePlane(I_Frame::COMPONENT_MASK, BufferApi::DT_BYTE, 1, 2));
+    const auto smallPixels = frameOfParts(FrameKind::Image, 3, 2, pixels(1));
+    auto& masked = dynamic_cast<I_FrameImage&>(*smallMask);
+    auto& plain = dynamic_cast<I_FrameImage&>(*smallPixels);
+    const QString oddMask = "Mask has invalid size.";
+    expectRaised({{oddMask, [&] { return GetImage(masked, 0, false); }},
+                  {oddMask, [&] { return GetImage(std::move(masked), 0, false); }},
+                  {"Size of image and image plane must be equal.", [&] { return GetImage(plain, 0, false); }},
+                  {oddMask, [&] { return GetImage(std::move(plain), 0, false); }}});
 }
 
 TEST(ImageFromBuffer, TypesOutsideTheSixAreRefused)
@@ -280,11 +264,12 @@ TEST(ImageFromBuffer, TypesOutsideTheSixAreRefused)
     const auto colour = imageFrame(BufferApi::DT_RGB, 1);
     const auto hollow = imageFrame(BufferApi::DT_WORD, 1);
     hollow->RemoveComponent(0);
-    for (const auto& [frame, text] : {std::pair(colour.get(), "RGB image is not supported."),
-                                      std::pair(hollow.get(), "Image has unsupported data type")}) {
-        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImage(*frame, 0, false); }));
-        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImage(std::as_const(*frame), 0); }));
-        EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetImage(std::move(*frame), 0, false); }));
+    for (const auto& [held, text] : {std::pair(colour.get(), "RGB image is not supported."),
+                                     std::pair(hollow.get(), "Image has unsupported data type")}) {
+        I_FrameImage& frame = *held;
+        expectRaised<RTE::Exception>({{text, [&] { return GetImage(frame, 0, false); }},
+                                      {text, [&] { return GetImage(std::as_const(frame), 0); }},
+                                      {text, [&] { return GetImage(std::move(frame), 0, false); }}});
     }
 }
 

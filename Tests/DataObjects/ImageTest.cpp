@@ -7,9 +7,10 @@
 #include "Core/DataObjects/InstantMask.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/ScalarField.h"
+#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
-#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
+#include "Tests/Support/Scales.h"
 
 #include <algorithm>
 #include <limits>
@@ -25,9 +26,9 @@ using Size = Math::Size2T<unsigned int>;
 
 const QString differentSizes = "Source and destination have different sizes.";
 
-Zt::LinearScale scaleOf(double factor)
+FourScales scalesFrom(int first)
 {
-    return {factor, factor + 1.0, QStringLiteral("mm"), QStringLiteral("Axis %1").arg(factor)};
+    return {scaleOf(first), scaleOf(first + 1), scaleOf(first + 2), scaleOf(first + 3)};
 }
 
 /// Numbered pixels; scales of factor `first` and on, an attribute and a scalar field of this value.
@@ -64,15 +65,12 @@ Image<T> lazilyMasked(int first, bool initialise = true)
 /// All but the pixels and the mask.
 void expectParts(const ImageVariant& image, int first)
 {
-    EXPECT_EQ(image.GetScaleX(), scaleOf(first));
-    EXPECT_EQ(image.GetScaleY(), scaleOf(first + 1));
-    EXPECT_EQ(image.GetScaleZ(), scaleOf(first + 2));
-    EXPECT_EQ(image.GetScaleI(), scaleOf(first + 3));
+    EXPECT_EQ(scalesOf(image), scalesFrom(first));
     const auto attributes = image.GetAttributes().toStdVector();
     ASSERT_EQ(attributes.size(), 1U);
     EXPECT_EQ(attributes[0].value.value<int>(), first);
     ASSERT_EQ(image.GetScalarFields().GetNames(), QList<QString>{"Field"});
-    const auto field = image.GetScalarFields().Get(QStringLiteral("Field"));
+    const auto field = image.GetScalarFields().Get("Field");
     EXPECT_EQ(CastScalarFieldTo<float>(*field).GetPixel(2, 1), static_cast<float>(first));
 }
 
@@ -104,39 +102,28 @@ TYPED_TEST(ImageTest, NewImagesHaveDefaultParts)
 {
     for (const bool valid : {true, false}) {
         const Image<TypeParam> image(4, 3, TypeParam{7}, valid);
-        EXPECT_TRUE(std::all_of(image.begin(), image.end(), [](TypeParam pixel) { return pixel == 7; }));
-        EXPECT_EQ(image.size(), 12U);
-        const Image<TypeParam> uninitialised(Size(4, 3), valid);
-        EXPECT_EQ(uninitialised.GetSize(), Size(4, 3));
-        for (const Mask& mask : {image.GetMask(), uninitialised.GetMask()}) {
-            EXPECT_EQ(mask.GetSize(), Size(4, 3));
-            EXPECT_EQ(std::count(mask.begin(), mask.end(), valid), 12);
-        }
-        EXPECT_EQ(image.GetScaleX(), Zt::LinearScale(Zt::ScalePreset::X));
-        EXPECT_EQ(image.GetScaleY(), Zt::LinearScale(Zt::ScalePreset::Y));
-        EXPECT_EQ(image.GetScaleZ(), Zt::LinearScale(Zt::ScalePreset::Z));
-        EXPECT_EQ(image.GetScaleI(), Zt::LinearScale(Zt::ScalePreset::I));
+        EXPECT_EQ(std::count(image.begin(), image.end(), TypeParam{7}), 12);
+        EXPECT_EQ(scalesOf(image), defaultScales);
         EXPECT_TRUE(image.GetAttributes().isEmpty());
-        EXPECT_TRUE(image.GetScalarFields().empty());
         EXPECT_EQ(image.GetScalarFields().GetSizeOfScalarFields(), Size(4, 3));
         EXPECT_EQ(static_cast<int>(image.GetDataType()), PixelTypes::number<TypeParam>);
+        for (const Mask& mask : {image.GetMask(), Image<TypeParam>(Size(4, 3), valid).GetMask()}) {
+            EXPECT_EQ(std::count(mask.begin(), mask.end(), valid), 12);
+        }
     }
 }
 
 TYPED_TEST(ImageTest, PixelsAndMaskLieRowByRow)
 {
     auto image = numbered<TypeParam>(1);
-    const Image<TypeParam>& constant = image;
     image(2, 1) = 40;
     image.SetPixel({1, 0}, 20);
-    EXPECT_EQ(constant[5], 40);
-    EXPECT_EQ((constant[{1, 0}]), 20);
-    EXPECT_EQ(constant.GetPixel({2, 1}), image.GetRawPointer()[5]);
+    EXPECT_EQ(image[5], 40);
+    EXPECT_EQ(image.GetRawPointer()[1], 20);
     image.SetMaskValid(2, 1, false);
     image.SetMaskValid({1, 0}, false);
-    EXPECT_FALSE(constant.IsMaskValid({2, 1}));
-    EXPECT_FALSE(constant.GetMask().GetRawPointer()[1]);
-    EXPECT_EQ(std::count(constant.GetMask().begin(), constant.GetMask().end(), true), 4);
+    const bool* const mask = image.GetMask().GetRawPointer();
+    EXPECT_EQ(std::vector(mask, mask + 6), (std::vector{true, false, true, true, true, false}));
 }
 
 template <typename T>
@@ -158,7 +145,7 @@ TYPED_TEST(ImageTest, IsAssignedToImagesOfEveryType)
 {
     auto source = numbered<TypeParam>(1);
     source.SetMaskValid(1, 1, false);
-    forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
+    forAllTypes([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
 }
 
 TYPED_TEST(ImageTest, CopiesShareNothing)
@@ -173,38 +160,30 @@ TYPED_TEST(ImageTest, CopiesShareNothing)
     copy.GetMask().Fill(true);
     EXPECT_EQ(viewed.pixels, std::vector<TypeParam>(6));
     EXPECT_FALSE(AllValuesValid(*viewed.mask));
-    EXPECT_EQ(view.GetScaleX(), scaleOf(10));
+    EXPECT_EQ(scalesOf(view), scalesFrom(10));
     EXPECT_TRUE(view.GetAttributes().isEmpty());
     EXPECT_TRUE(view.GetScalarFields().empty());
 }
 
-TEST(Image, ConversionSaturates)
+TEST(Image, IsBuiltOfPixelsOfAnotherType)
 {
-    Image<float> source(2, 1, true);
-    source(0, 0) = -4.0F;
-    source(1, 0) = 300.9F;
-    Image<unsigned char> target(2, 1, false);
-    target.Assign(source);
-    EXPECT_EQ(target(0, 0), 0);
-    EXPECT_EQ(target(1, 0), 255);
-    const Image<unsigned short> built(source.GetImageData(), Mask(2, 1, false));
-    EXPECT_EQ(built(1, 0), 300);
+    Image<float> source(2, 1, 300.9F, true);
+    const Image<unsigned char> built(source.GetImageData(), Mask(2, 1, false));
+    EXPECT_EQ(built(1, 0), 255);
     EXPECT_FALSE(built.IsMaskValid(0, 0));
 }
 
 TEST(Image, ConstructionTakesSharesOrViews)
 {
-    std::vector<int> pixels(6, 3);
+    int pixels[6] = {};
     bool maskPixels[6] = {};
-    Image<int> view(pixels.data(), maskPixels, 3, 2);
+    Image<int> view(pixels, maskPixels, 3, 2);
     view.SetMaskValid(1, 0, true);
     view(2, 1) = 9;
     EXPECT_TRUE(maskPixels[1]);
     EXPECT_EQ(pixels[5], 9);
     EXPECT_FALSE(view.GetImageData().HasOwnerShip());
-
-    const Image<int> owner(new int[6], 3, 2, true, true);
-    EXPECT_TRUE(owner.GetImageData().HasOwnerShip());
+    EXPECT_TRUE(Image<int>(new int[6], 3, 2, true, true).GetImageData().HasOwnerShip());
 
     auto block = std::make_unique<RTE::OwnedMemory>(24);
     const void* address = block->data();
@@ -216,7 +195,6 @@ TEST(Image, ConstructionTakesSharesOrViews)
     ImageData<int> data(3, 2, 8);
     const int* moved = data.GetRawPointer();
     EXPECT_EQ(Image<int>(std::move(data), Mask(3, 2, false)).GetRawPointer(), moved);
-
     std::unique_ptr<ImageDataVariant> untyped = std::make_unique<ImageData<int>>(3, 2, 8);
     EXPECT_TRUE(AllValuesValid(Image<int>(std::move(*untyped))));
 
@@ -232,31 +210,31 @@ TEST(Image, UnfitPartsAreRefusedAndLeftAlone)
     const QString badCast = "bad image data cast";
     const QString badMask = "Mask has invalid size.";
     const QString noMask = "Mask is not valid.";
+    using Strategy = std::unique_ptr<MaskStrategy>;
     ImageData<int> data(3, 2, 8);
     ImageDataVariant& untyped = data;
     Mask small(2, 2, true);
-    EXPECT_TRUE(raises(badCast, [&] { Image<float>(std::move(untyped)); }));
-    EXPECT_TRUE(raises(badCast, [&] { Image<float>(std::move(untyped), std::move(small)); }));
-    EXPECT_TRUE(raises(badCast, [&] { Image<float>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
-    EXPECT_TRUE(raises(badMask, [&] { Image<int>(std::move(untyped), std::move(small)); }));
-    EXPECT_TRUE(raises(badMask, [&] { Image<int>(std::move(data), std::move(small)); }));
-    EXPECT_TRUE(raises(badMask, [&] { Image<float>(untyped, small); }));
-    EXPECT_TRUE(raises(noMask, [&] { Image<int>(std::move(untyped), std::unique_ptr<MaskStrategy>()); }));
-    EXPECT_EQ(data.size(), 6U);
-    EXPECT_EQ(small.size(), 4U);
-
     const auto shared = std::make_shared<ImageData<int>>(3, 2, 8);
-    EXPECT_TRUE(raises(badCast, [&] { Image<float>(shared, std::make_shared<Mask>(3, 2)); }));
-    EXPECT_TRUE(raises(badMask, [&] { Image<int>(shared, std::make_shared<Mask>(3, 3)); }));
-    EXPECT_TRUE(raises(noMask, [&] { Image<int>(shared, std::shared_ptr<Mask>()); }));
-
     Image<int> image(3, 2, true);
     std::shared_ptr<Attributes> none;
-    EXPECT_TRUE(raises(noMask, [&] { image.ReplaceMaskStrategy(nullptr); }));
-    EXPECT_TRUE(raises("Attributes are not valid.", [&] { image.SwapAttributes(none); }));
-    EXPECT_TRUE(raises("ScaleY is not valid.", [&] {
-        image.SetSharedScales(image.GetScaleXShared(), nullptr, nullptr, image.GetScaleIShared());
-    }));
+    expectRaised({{badCast, [&] { Image<float>(std::move(untyped)); }},
+                  {badCast, [&] { Image<float>(std::move(untyped), std::move(small)); }},
+                  {badCast, [&] { Image<float>(std::move(untyped), Strategy()); }},
+                  {badMask, [&] { Image<int>(std::move(untyped), std::move(small)); }},
+                  {badMask, [&] { Image<int>(std::move(data), std::move(small)); }},
+                  {badMask, [&] { Image<float>(untyped, small); }},
+                  {noMask, [&] { Image<int>(std::move(untyped), Strategy()); }},
+                  {badCast, [&] { Image<float>(shared, std::make_shared<Mask>(3, 2)); }},
+                  {badMask, [&] { Image<int>(shared, std::make_shared<Mask>(3, 3)); }},
+                  {noMask, [&] { Image<int>(shared, std::shared_ptr<Mask>()); }},
+                  {noMask, [&] { image.ReplaceMaskStrategy(nullptr); }},
+                  {"Attributes are not valid.", [&] { image.SwapAttributes(none); }},
+                  {"ScaleY is not valid.", [&] {
+                       image.SetSharedScales(image.GetScaleXShared(), nullptr, nullptr,
+                                             image.GetScaleIShared());
+                   }}});
+    EXPECT_EQ(data.size(), 6U);
+    EXPECT_EQ(small.size(), 4U);
 }
 
 TEST(Image, ViewsAreCheckedInOrder)
@@ -267,7 +245,7 @@ TEST(Image, ViewsAreCheckedInOrder)
     parts.x = parts.y = parts.z = parts.i = nullptr;
     parts.attributes = nullptr;
     parts.fields = nullptr;
-    const std::vector<std::pair<QString, std::function<void()>>> failureAndRepair = {
+    const std::vector<Failure> failureAndRepair = {
         {"Mask is not valid.", [&] { parts.mask = std::make_shared<Mask>(2, 3, true); }},
         {"Mask has invalid size.", [&] { parts.mask = good.mask; }},
         {"ScaleX is not valid.", [&] { parts.x = good.x; }},
@@ -306,22 +284,20 @@ TEST(Image, AWrongSizeLeavesEverythingAsItWas)
 {
     auto image = numbered<int>(1);
     image.SetMaskValid(0, 0, false);
-    const auto expectUnchanged = [&] {
-        EXPECT_EQ(image(2, 1), 6);
-        EXPECT_FALSE(image.IsMaskValid(0, 0));
-        expectParts(image, 1);
-    };
-    const auto wide = numbered<int>(9, {2, 3});
-    EXPECT_TRUE(raises(differentSizes, [&] { image = wide; }));
-    EXPECT_TRUE(raises(differentSizes, [&] { image.Assign(numbered<float>(9, {2, 3})); }));
-    EXPECT_TRUE(raises("Mismatching image sizes", [&] { return (image / wide); }));
-    expectUnchanged();
-
     Viewed<int> viewed;
     auto view = viewed.image();
-    auto source = numbered<int>(9, {2, 3});
-    EXPECT_TRUE(raises(differentSizes, [&] { view = std::move(source); }));
-    expectParts(source, 9);
+    auto wide = numbered<int>(9, {2, 3});
+    expectRaised({{differentSizes, [&] { image = std::as_const(wide); }},
+                  {differentSizes,
+                   [&] {
+                       image.Assign(numbered<float>(9, {2, 3}));
+                   }},
+                  {"Mismatching image sizes", [&] { return image / wide; }},
+                  {differentSizes, [&] { view = std::move(wide); }}});
+    EXPECT_EQ(image(2, 1), 6);
+    EXPECT_FALSE(image.IsMaskValid(0, 0));
+    expectParts(image, 1);
+    expectParts(wide, 9);
     EXPECT_EQ(*viewed.x, scaleOf(10));
 }
 
@@ -521,7 +497,6 @@ TEST(Image, ArithmeticTouchesThePixelsOnly)
     const auto check = [](const Image<unsigned short>& result, int pixel) {
         EXPECT_EQ(result(2, 1), pixel);
         EXPECT_FALSE(result.IsMaskValid(2, 1));
-        EXPECT_TRUE(result.IsMaskValid(0, 0));
         expectParts(result, 1);
     };
     check(image * 2.0, 12);
@@ -586,15 +561,6 @@ TEST(Image, AMaskReadByManyThreadsIsMadeOnce)
         }
         EXPECT_EQ(seen, std::vector<const Mask*>(4, &image.GetMask()));
     }
-}
-
-TEST(Image, AllValuesValidLooksAtEveryPixel)
-{
-    auto image = lazilyMasked<int>(1);
-    EXPECT_TRUE(AllValuesValid(image));
-    EXPECT_TRUE(image.IsMaskSpawned());
-    image.SetMaskValid(2, 1, false);
-    EXPECT_FALSE(AllValuesValid(image));
 }
 
 } // namespace

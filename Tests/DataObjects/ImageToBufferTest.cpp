@@ -1,41 +1,55 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageToBuffer.h"
+#include "Core/DataObjects/ImageMoveToBuffer.h"
 
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ImageFromBuffer.h"
-#include "Core/DataObjects/ImageMoveToBuffer.h"
 #include "Core/DataObjects/ImageVolumeToFrame.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 #include "Tests/DataObjects/StrangeImage.h"
 #include "Tests/Support/AllTypes.h"
+#include "Tests/Support/Allocations.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
-
-#include <functional>
-#include <memory>
-#include <utility>
 
 namespace
 {
 
 using namespace DataObjects;
 using namespace TestSupport;
+using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-
 using FramePointer = std::unique_ptr<I_FrameImage>;
 
-/// Without what `CreateFrameFromImageData` leaves out.
-FramePointer pixelsAlone(const I_FrameImage& frame)
+const std::vector<std::string> components{I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK, peakRatio,
+                                          fieldHeight};
+
+std::vector<const void*> memoryOfAll(const I_FrameImage& frame)
 {
-    FramePointer pixels(
-        BufferApi::CreateImageFrame(frame.GetDataType(), frame.GetWidth(), frame.GetHeight(), 1));
-    std::memcpy(pixelsOf(*pixels, 0), pixelsOf(frame, 0),
-                1ULL * frame.GetWidth() * frame.GetHeight() *
-                    BufferApi::GetDataTypeSize(frame.GetDataType()));
-    return pixels;
+    std::vector<const void*> memory;
+    for (const std::string& component : components) {
+        memory.push_back(memoryOf(frame, component, 0));
+    }
+    return memory;
+}
+
+/// The frame of its own, or that of a buffer that holds one.
+const I_FrameImage& only(const FramePointer& frame)
+{
+    return *frame;
+}
+const I_FrameImage& only(const std::unique_ptr<I_Buffer>& buffer)
+{
+    EXPECT_EQ(buffer->GetFrameCount(), 1U);
+    return imageFrameOf(*buffer, 0);
+}
+
+FramePointer owned(I_FrameImage* frame)
+{
+    return FramePointer(frame);
 }
 
 TEST(ImageToBuffer, AFrameHoldsAllThatTheImageHolds)
@@ -46,31 +60,103 @@ TEST(ImageToBuffer, AFrameHoldsAllThatTheImageHolds)
         const Image<T> view = GetImageT<T>(std::as_const(*source), 0);
         const Image<T> image(view);
         const ImageVariant& variant = image;
-        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageT(image, true)), *source));
-        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageT(view, true)), *source));
-        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImage(variant, true)), *source));
-        EXPECT_TRUE(framesEqual(imageFrameOf(*CreateBufferFromImageT(image, true), 0), *source));
-        EXPECT_TRUE(framesEqual(imageFrameOf(*CreateBufferFromImage(variant, true), 0), *source));
-        removeMask(*source);
-        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageT(image, false)), *source));
-
-        const auto pixels = pixelsAlone(*source);
-        const ImageData<T>& data = image.GetImageData();
-        const ImageDataVariant& dataVariant = data;
-        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageDataT(data)), *pixels));
-        EXPECT_TRUE(framesEqual(*FramePointer(CreateFrameFromImageData(dataVariant)), *pixels));
-        EXPECT_TRUE(framesEqual(imageFrameOf(*CreateBufferFromImageDataT(data), 0), *pixels));
-        EXPECT_TRUE(framesEqual(imageFrameOf(*CreateBufferFromImageData(dataVariant), 0), *pixels));
-        EXPECT_EQ(GetImageDataType(dataVariant), BufferApi::GetDataType<T>());
+        EXPECT_TRUE(framesEqual(*owned(CreateFrameFromImageT(image, true)), *source));
+        EXPECT_TRUE(framesEqual(*owned(CreateFrameFromImageT(view, true)), *source));
+        EXPECT_TRUE(framesEqual(*owned(CreateFrameFromImage(variant, true)), *source));
+        EXPECT_TRUE(framesEqual(only(CreateBufferFromImageT(image, true)), *source));
+        EXPECT_TRUE(framesEqual(only(CreateBufferFromImage(variant, true)), *source));
+        EXPECT_EQ(GetImageDataType(image.GetImageData()), BufferApi::GetDataType<T>());
         EXPECT_EQ(GetImageDataType(variant), BufferApi::GetDataType<T>());
+        removeMask(*source);
+        EXPECT_TRUE(framesEqual(*owned(CreateFrameFromImageT(image, false)), *source));
     });
+}
+
+TEST(ImageMoveToBuffer, TheFrameTakesTheArraysThatTheImageOwns)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto expected = imageFrame(BufferApi::GetDataType<T>(), 1);
+        const auto check = [&](auto write) {
+            auto source = imageFrame(BufferApi::GetDataType<T>(), 1);
+            const auto memory = memoryOfAll(*source);
+            Image<T> image = GetImageT<T>(std::move(*source), 0, true);
+            source.reset();
+            const auto written = write(image);
+            EXPECT_TRUE(framesEqual(only(written), *expected));
+            EXPECT_EQ(memoryOfAll(only(written)), memory);
+        };
+        check([](Image<T>& i) { return owned(CreateFrameFromImageT(std::move(i), true)); });
+        check([](ImageVariant& i) { return owned(CreateFrameFromImage(std::move(i), true)); });
+        check([](ImageVariant& i) { return CreateBufferFromImage(std::move(i), true); });
+    });
+}
+
+TEST(ImageToBuffer, PixelsAloneGetDefaultScales)
+{
+    forAllTypes([](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto expected = newFrame(BufferApi::GetDataType<T>(), 3, 2);
+        std::fill_n(static_cast<T*>(pixelsOf(*expected, 0)), 6, T(7));
+        const auto check = [&](auto write, bool isMoved) {
+            ImageData<T> data(3, 2, 7);
+            const T* const pixels = data.begin();
+            const auto written = write(data);
+            EXPECT_TRUE(framesEqual(only(written), *expected));
+            EXPECT_EQ(pixelsOf(only(written), 0) == pixels, isMoved);
+            EXPECT_EQ(data.begin() == nullptr, isMoved);
+        };
+        using Data = ImageData<T>;
+        using Variant = ImageDataVariant;
+        check([](const Data& d) { return owned(CreateFrameFromImageDataT(d)); }, false);
+        check([](const Variant& d) { return owned(CreateFrameFromImageData(d)); }, false);
+        check([](const Data& d) { return CreateBufferFromImageDataT(d); }, false);
+        check([](const Variant& d) { return CreateBufferFromImageData(d); }, false);
+        check([](Data& d) { return owned(CreateFrameFromImageDataT(std::move(d))); }, true);
+        check([](Variant& d) { return owned(CreateFrameFromImageData(std::move(d))); }, true);
+        check([](Variant& d) { return CreateBufferFromImageData(std::move(d)); }, true);
+    });
+}
+
+TEST(ImageMoveToBuffer, WhatIsNotOwnedIsCopied)
+{
+    const auto source = imageFrame(BufferApi::DT_DOUBLE, 1);
+    const auto expected = imageFrame(BufferApi::DT_DOUBLE, 1);
+    const auto ofView = owned(CreateFrameFromImageT(GetImageT<double>(*source, 0, true), true));
+    EXPECT_TRUE(framesEqual(*ofView, *expected));
+    EXPECT_TRUE(framesEqual(*source, *expected));
+    EXPECT_NE(pixelsOf(*ofView, 0), pixelsOf(*source, 0));
+
+    bool maskPixels[] = {true, false, true, true};
+    Image<int> image(ImageData<int>(2, 2, 7), Mask(maskPixels, 2, 2, false));
+    const int* const pixels = image.begin();
+    const auto frame = owned(CreateFrameFromImageT(std::move(image), true));
+    EXPECT_EQ(pixelsOf(*frame, 0), pixels);
+    EXPECT_EQ(std::memcmp(memoryOf(*frame, I_Frame::COMPONENT_MASK, 0), maskPixels, 4), 0);
+
+    Image<int> inBlock(std::make_unique<RTE::OwnedMemory>(16), std::make_unique<LazyMask>(2, 2, true), 2, 2);
+    inBlock = 5;
+    const auto copy = owned(CreateFrameFromImageT(std::move(inBlock), true));
+    EXPECT_FALSE(inBlock.IsMaskSpawned());
+    EXPECT_EQ(GetImageT<int>(*copy, 0)(1, 1), 5);
+    EXPECT_TRUE(AllValuesValid(GetImageT<int>(*copy, 0)));
+}
+
+TEST(ImageMoveToBuffer, NothingIsAllocatedForPixels)
+{
+    Image<float> image(512, 512, 1.0F, true);
+    image.GetScalarFields().Add("Field", 1.0F);
+    forgetLargestAllocation();
+    const auto buffer = CreateBufferFromImage(std::move(image), true);
+    EXPECT_LT(largestAllocation(), 16U * 1024);
+    EXPECT_FALSE(owned(CreateFrameFromImageT(Image<int>(2, 2, 7, false), false))->HasMask());
 }
 
 TEST(ImageToBuffer, AMaskThatNobodyAskedForIsAllValidAndNotMade)
 {
     Image<float> image(8, 4, 1.0F, true);
     image.ReplaceMaskStrategy(std::make_unique<LazyMask>(8, 4, true));
-    const FramePointer frame(CreateFrameFromImageT(image, true));
+    const auto frame = owned(CreateFrameFromImageT(image, true));
     EXPECT_TRUE(AllValuesValid(GetImage(*frame, 0, true)->GetMask()));
     GetImage(*frame, 0, true)->GetMask().Fill(false);
     CopyImageToFrameT(image, *frame, 0);
@@ -78,7 +164,7 @@ TEST(ImageToBuffer, AMaskThatNobodyAskedForIsAllValidAndNotMade)
     EXPECT_FALSE(image.IsMaskSpawned());
 }
 
-TEST(ImageToBuffer, CopyingIntoAFrameReplacesWhatItHolds)
+TEST(ImageToBuffer, CopyingIntoAFrameReplacesWhatItHoldsButAddsNoMask)
 {
     forAllTypes([](auto tag) {
         using T = typename decltype(tag)::type;
@@ -89,6 +175,9 @@ TEST(ImageToBuffer, CopyingIntoAFrameReplacesWhatItHolds)
         const Image<T> image = GetImageT<T>(std::as_const(*source), 0);
         CopyImageToFrame(image, *target, 0);
         EXPECT_TRUE(framesEqual(*target, *source));
+        removeMask(*target);
+        CopyImageToFrame(image, *target, 0);
+        EXPECT_FALSE(target->HasMask());
     });
 }
 
@@ -109,15 +198,6 @@ TEST(ImageToBuffer, CopyingIntoAPlaneOfManyFillsThatPlaneButTheFieldsOfTheFirst)
     }
     EXPECT_TRUE(same(peakRatio, 0, *source, 0));
     EXPECT_TRUE(same(peakRatio, 2, *before, 2));
-}
-
-TEST(ImageToBuffer, AFrameWithoutAMaskGetsNone)
-{
-    const auto source = imageFrame(BufferApi::DT_WORD, 1, 7);
-    const auto target = imageFrame(BufferApi::DT_WORD, 1, 8);
-    removeMask(*target);
-    CopyImageToFrame(*GetImage(*source, 0, true), *target, 0);
-    EXPECT_FALSE(target->HasMask());
 }
 
 TEST(ImageToBuffer, AViewOfThisVeryPlaneGivesItsScalesOnly)
@@ -156,17 +236,17 @@ TEST(ImageToBuffer, CopyingChecksPlaneSizeAndTypeInThisOrderAndAfterTheScales)
         BufferApi::E_DataType type;
         const char* text;
     };
-    for (const Case& failure :
+    for (const auto& [width, height, z, type, text] :
          {Case{5, 4, 2, BufferApi::DT_FLOAT, "Invalid destination plane."},
           {5, 4, 1, BufferApi::DT_FLOAT, "Size of image and image plane must be equal."},
           {4, 5, 1, BufferApi::DT_WORD, "Size of image and image plane must be equal."},
           {4, 4, 1, BufferApi::DT_FLOAT, "Date type of image and image plane must be equal."}}) {
-        const FramePointer frame(BufferApi::CreateImageFrame(failure.type, 4, 4, 2));
-        Image<unsigned short> image(failure.width, failure.height, 0, true);
-        EXPECT_TRUE(
-            raises(failure.text, [&] { CopyImageDataToFrameT(image.GetImageData(), *frame, failure.z); }));
+        const auto frame = newFrame(type, 4, 4, 2);
+        Image<unsigned short> image(width, height, 0, true);
         image.SetScaleX({9.0, 9.0, "m", "x"});
-        EXPECT_TRUE(raises(failure.text, [&] { CopyImageToFrame(image, *frame, failure.z); }));
+        const unsigned int plane = z;
+        expectRaised({{text, [&] { CopyImageDataToFrameT(image.GetImageData(), *frame, plane); }},
+                      {text, [&] { CopyImageToFrame(image, *frame, plane); }}});
         EXPECT_EQ(frame->GetScaleX(), image.GetScaleX());
     }
 }
@@ -175,44 +255,45 @@ TEST(ImageToBuffer, TypesOutsideTheSixAreRefused)
 {
     const StrangeImage image;
     const StrangeImageData data;
-    const FramePointer frame(BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 2, 2, 1));
+    const auto frame = newFrame(BufferApi::DT_FLOAT, 2, 2);
     EXPECT_EQ(GetImageDataType(image), BufferApi::DT_UNKNOWN);
     EXPECT_EQ(GetImageDataType(data), BufferApi::DT_UNKNOWN);
     const QString noImage = "Unsupported image type";
     const QString noData = "Unsupported image data type";
-    EXPECT_TRUE(raises<RTE::Exception>(noImage, [&] { return CreateFrameFromImage(image, true); }));
-    EXPECT_TRUE(raises<RTE::Exception>(noImage, [&] { CopyImageToFrame(image, *frame, 0); }));
-    EXPECT_TRUE(raises<RTE::Exception>(noData, [&] { return CreateFrameFromImageData(data); }));
-    EXPECT_TRUE(raises<RTE::Exception>(noData, [&] { return CreateBufferFromImageData(data); }));
+    expectRaised<RTE::Exception>({{noImage, [&] { return CreateFrameFromImage(image, true); }},
+                                  {noImage, [&] { CopyImageToFrame(image, *frame, 0); }},
+                                  {noImage, [] { return CreateFrameFromImage(StrangeImage(), true); }},
+                                  {noData, [&] { return CreateFrameFromImageData(data); }},
+                                  {noData, [&] { return CreateBufferFromImageData(data); }},
+                                  {noData, [] { return CreateBufferFromImageData(StrangeImageData()); }}});
 }
 
-TEST(ImageToBuffer, PixelsThatWereGivenUpAreNotRead)
+TEST(ImageToBuffer, WhatWasGivenUpOrMovedFromIsNotRead)
 {
     ImageData<float> data(8, 4, 1.0F);
     const std::unique_ptr<float[]> taken(data.ReleaseRawPointer());
-    EXPECT_TRUE(raises("data-pointer is null", [&] { return CreateFrameFromImageDataT(data); }));
-}
-
-TEST(ImageToBuffer, WhatWasMovedFromIsNotRead)
-{
+    Image<float> given(8, 4, 1.0F, true);
+    owned(CreateFrameFromImageT(std::move(given), true)).reset();
     Image<float> image(8, 4, 1.0F, true);
-    const Image<float> taken(std::move(image));
+    const Image<float> taker(std::move(image));
+    Image<float> otherMask(8, 4, 1.0F, true);
+    otherMask.GetMask() = Mask(1, 1, true);
     ImageVolume<float> volume(8, 4, 2, true);
     const ImageVolume<float> planes(std::move(volume));
-    const std::unique_ptr<I_FrameImage> frame(BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 8, 4, 1));
+    const auto frame = newFrame(BufferApi::DT_FLOAT, 8, 4);
     const QString noPixels = "data-pointer is null";
     const QString noPlanes = "ImageVolume must have at least one z-plane";
-    for (const auto& [text, call] :
-         {std::pair<QString, std::function<void()>>{noPixels,
-                                                    [&] { return CreateFrameFromImage(image, true); }},
-          {noPixels, [&] { return CreateFrameFromImage(std::move(image), true); }},
-          {noPixels, [&] { CopyImageToFrame(image, *frame, 0); }},
-          {noPixels, [&] { CopyImageToTypedScalar(image, *frame, "a", 0); }},
-          {noPlanes, [&] { return CreateFrameFromImageVolume(volume, true); }},
-          {noPlanes, [&] { return CreateFrameFromImageVolume(std::move(volume), true); }},
-          {noPlanes, [&] { CopyImageVolumeToFrame(volume, *frame); }}}) {
-        EXPECT_TRUE(raises(text, call));
-    }
+    expectRaised({{noPixels, [&] { return CreateFrameFromImageDataT(data); }},
+                  {noPixels, [&] { return CreateFrameFromImageT(std::move(given), true); }},
+                  {noPixels, [&] { return CreateFrameFromImage(image, true); }},
+                  {noPixels, [&] { return CreateFrameFromImage(std::move(image), true); }},
+                  {noPixels, [&] { CopyImageToFrame(image, *frame, 0); }},
+                  {noPixels, [&] { CopyImageToTypedScalar(image, *frame, "a", 0); }},
+                  {noPlanes, [&] { return CreateFrameFromImageVolume(volume, true); }},
+                  {noPlanes, [&] { return CreateFrameFromImageVolume(std::move(volume), true); }},
+                  {noPlanes, [&] { CopyImageVolumeToFrame(volume, *frame); }},
+                  {"Source and destination have different sizes.",
+                   [&] { return CreateFrameFromImageT(std::move(otherMask), true); }}});
 }
 
 } // namespace

@@ -128,40 +128,30 @@ TEST(ImageVolumeFromFrame, NoFormAllocatesPixels)
 
 TEST(ImageVolumeFromFrame, FailuresAreTold)
 {
-    const std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());
-    buffer->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 3));
-    buffer->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
-    buffer->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 0));
-    struct Case
-    {
-        const char* text;
-        std::function<void(I_Buffer&)> call;
-    };
-    const char* const noMask = "Frame requires a mask, but has no mask.";
-    const Case cases[] = {
-        {"Frame index out of bounds", [](I_Buffer& b) { return GetImageVolumeT<int>(b, 3, true); }},
-        {"Frame index out of bounds", [](I_Buffer& b) { return GetImageVolume(std::as_const(b), 3); }},
-        {"Frame type of buffer is not image",
-         [](I_Buffer& b) { return GetImageVolumeT<float>(std::as_const(b), 1); }},
-        {"Frame type of buffer is not image",
-         [](I_Buffer& b) { return GetImageVolume(std::move(b), 1, true); }},
-        {noMask, [](I_Buffer& b) { return GetImageVolumeT<int>(b, 0, true); }},
-        {noMask, [](I_Buffer& b) { return GetImageVolume(std::move(b), 0, true); }},
-        {"Pixel-plane of given frame has not the required type",
-         [](I_Buffer& b) { return GetImageVolumeT<int>(b, 0, false); }},
-        {"ImageVolume must have at least one z-plane",
-         [](I_Buffer& b) { return GetImageVolume(b, 2, false); }}};
-    for (const Case& failure : cases) {
-        EXPECT_TRUE(raises(failure.text, [&] { failure.call(*buffer); }));
-    }
+    const auto buffer = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 3),
+                                 BufferApi::CreateVectorFrame2C(4, 4, 1, 1),
+                                 BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 4, 0));
+    I_Buffer& b = *buffer;
+    const QString noMask = "Frame requires a mask, but has no mask.";
+    const QString notImage = "Frame type of buffer is not image";
+    expectRaised(
+        {{"Frame index out of bounds", [&] { return GetImageVolumeT<int>(b, 3, true); }},
+         {"Frame index out of bounds", [&] { return GetImageVolume(std::as_const(b), 3); }},
+         {notImage, [&] { return GetImageVolumeT<float>(std::as_const(b), 1); }},
+         {notImage, [&] { return GetImageVolume(std::move(b), 1, true); }},
+         {noMask, [&] { return GetImageVolumeT<int>(b, 0, true); }},
+         {noMask, [&] { return GetImageVolume(std::move(b), 0, true); }},
+         {"Pixel-plane of given frame has not the required type",
+          [&] { return GetImageVolumeT<int>(b, 0, false); }},
+         {"ImageVolume must have at least one z-plane", [&] { return GetImageVolume(b, 2, false); }}});
     EXPECT_NE(pixelsOf(*buffer->GetFrame(0), 0), nullptr);
 
     const auto colour = imageFrame(BufferApi::DT_RGB, 2);
-    EXPECT_TRUE(raises<RTE::Exception>("RGB image is not supported.",
-                                       [&] { return GetImageVolume(*colour, false); }));
-    colour->RemoveComponent(0);
-    EXPECT_TRUE(raises<RTE::Exception>("Image has unsupported data type",
-                                       [&] { return GetImageVolume(*colour, false); }));
+    const auto hollow = imageFrame(BufferApi::DT_RGB, 2);
+    hollow->RemoveComponent(0);
+    expectRaised<RTE::Exception>(
+        {{"RGB image is not supported.", [&] { return GetImageVolume(*colour, false); }},
+         {"Image has unsupported data type", [&] { return GetImageVolume(*hollow, false); }}});
 }
 
 } // namespace

@@ -3,8 +3,9 @@
 
 #include "Core/DataObjects/AttributesContainer.h"
 #include "Core/DataObjects/LazyMask.h"
-#include "Tests/Support/PixelTypeList.h"
+#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Raises.h"
+#include "Tests/Support/Scales.h"
 
 #include <algorithm>
 #include <functional>
@@ -19,11 +20,6 @@ using Size = Math::Size3T<unsigned int>;
 
 const QString noPlanes = "ImageVolume must have at least one z-plane";
 const QString notResizable = "Assigment of non owning image volume with different size not possible";
-
-Zt::LinearScale scaleOf(double factor, double offset = 0.0)
-{
-    return {factor, offset, "mm", "Axis"};
-}
 
 int attributeOf(const Attributes& attributes, const std::string& name)
 {
@@ -117,14 +113,13 @@ TYPED_TEST(ImageVolumeTest, IsAssignedToVolumesOfEveryType)
 {
     auto source = stack<TypeParam>(1);
     source.SetMaskValid(3, 2, 1, false);
-    forEachPixelType([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
+    forAllTypes([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
 }
 
 TYPED_TEST(ImageVolumeTest, VoxelsAndMasksBelongToTheirPlanes)
 {
     ImageVolume<TypeParam> volume(Size(4, 3, 2), TypeParam{5}, true);
     volume.SetVoxel({1, 2, 1}, 9);
-    EXPECT_EQ(volume.GetVoxel(1, 2, 1), 9);
     EXPECT_EQ(volume[1]->GetPixel(1, 2), 9);
     EXPECT_EQ(volume.GetVoxel({1, 2, 0}), 5);
     volume.SetMaskValid(1, 2, 1, false);
@@ -136,26 +131,21 @@ TYPED_TEST(ImageVolumeTest, VoxelsAndMasksBelongToTheirPlanes)
     EXPECT_FALSE(volume.IsValidPosition(0, 3, 0));
     EXPECT_FALSE(volume.IsValidPosition(0, 0, 2));
     EXPECT_EQ(static_cast<int>(volume.GetDataType()), PixelTypes::number<TypeParam>);
-    EXPECT_FALSE(AllValuesValid(ImageVolume<TypeParam>(2, 2, 1, false)));
 }
 
 TEST(ImageVolume, NeedsAPlane)
 {
     std::vector<std::shared_ptr<Image<int>>> withNull = {std::make_shared<Image<int>>(2, 2, true), nullptr};
-    const std::vector<std::function<void()>> calls = {
-        [] { ImageVolume<int>(Size(4, 3, 0), true); },
-        [] { ImageVolume<int>(Size(0xFFFFFFFFU, 0xFFFFFFFFU, 0), 7, true); },
-        [] { ImageVolume<int>(4U, 3U, 0U, true); },
-        [] { ImageVolume<int>(std::shared_ptr<Image<int>>()); },
-        [] { ImageVolume<int>(std::vector<Image<int>>()); },
-        [] { ImageVolume<int>(std::vector<std::unique_ptr<Image<int>>>()); },
-        [] { ImageVolume<int>(std::vector<std::shared_ptr<Image<int>>>()); }};
-    for (const auto& call : calls) {
-        EXPECT_TRUE(raises(noPlanes, call));
-    }
-    EXPECT_TRUE(raises("Given plane data pointer is null!", [&] { ImageVolume<int>{withNull}; }));
-    EXPECT_TRUE(raises("Given plane data pointer is null!",
-                       [] { ImageVolume<int>(std::vector<std::unique_ptr<Image<int>>>(2)); }));
+    const QString nullPlane = "Given plane data pointer is null!";
+    expectRaised({{noPlanes, [] { ImageVolume<int>(Size(4, 3, 0), true); }},
+                  {noPlanes, [] { ImageVolume<int>(Size(0xFFFFFFFFU, 0xFFFFFFFFU, 0), 7, true); }},
+                  {noPlanes, [] { ImageVolume<int>(4U, 3U, 0U, true); }},
+                  {noPlanes, [] { ImageVolume<int>(std::shared_ptr<Image<int>>()); }},
+                  {noPlanes, [] { ImageVolume<int>(std::vector<Image<int>>()); }},
+                  {noPlanes, [] { ImageVolume<int>(std::vector<std::unique_ptr<Image<int>>>()); }},
+                  {noPlanes, [] { ImageVolume<int>(std::vector<std::shared_ptr<Image<int>>>()); }},
+                  {nullPlane, [&] { ImageVolume<int>{withNull}; }},
+                  {nullPlane, [] { ImageVolume<int>(std::vector<std::unique_ptr<Image<int>>>(2)); }}});
 }
 
 TEST(ImageVolume, PlanesAreCheckedInOrder)
@@ -259,12 +249,11 @@ TEST(ImageVolume, PlanesShareScalesAndAttributes)
 TEST(ImageVolume, APlaneBeyondTheDepthIsRefused)
 {
     ImageVolume<int> volume(4, 3, 2, true);
-    const ImageVolume<int>& constant = volume;
     const QString text = "z-plane does not exist";
-    EXPECT_TRUE(raises(text, [&] { return constant.getPlane(2); }));
-    EXPECT_TRUE(raises(text, [&] { return volume.getPlane(2); }));
-    EXPECT_TRUE(raises(text, [&] { return volume.getPlaneSPtr(2); }));
-    EXPECT_TRUE(raises(text, [&] { return volume.getPlaneSPtrT(0xFFFFFFFFU); }));
+    expectRaised({{text, [&] { static_cast<void>(std::as_const(volume).getPlane(2)); }},
+                  {text, [&] { static_cast<void>(volume.getPlane(2)); }},
+                  {text, [&] { return volume.getPlaneSPtr(2); }},
+                  {text, [&] { return volume.getPlaneSPtrT(0xFFFFFFFFU); }}});
 }
 
 TEST(ImageVolume, CopiesShareNothing)
@@ -309,9 +298,9 @@ TEST(ImageVolume, OnlyAnOwnerChangesItsSize)
         const auto source = stack<int>(7, size);
         Viewed<int> viewed;
         auto view = viewed.volume();
-        EXPECT_TRUE(raises(notResizable, [&] { view = source; }));
-        EXPECT_TRUE(raises(notResizable, [&] { view.Assign(source); }));
-        EXPECT_TRUE(raises(notResizable, [&] { view.Assign(stack<float>(7, size)); }));
+        expectRaised({{notResizable, [&] { view = source; }},
+                      {notResizable, [&] { view.Assign(source); }},
+                      {notResizable, [&] { view.Assign(stack<float>(7, size)); }}});
         EXPECT_EQ(viewed.voxels, std::vector<int>(24));
 
         auto owner = stack<int>(1);
@@ -356,11 +345,11 @@ TEST(ImageVolume, AnAssignmentOfAnOwnerThatFailsChangesNothing)
     const auto plane = volume.getPlaneSPtrT(0);
     auto broken = stack<int>(5, {4, 3, 3});
     const std::unique_ptr<int[]> released(broken.getPlane(2).GetImageData().ReleaseRawPointer());
-    EXPECT_TRUE(raises("data-pointer is null", [&] { volume = broken; }));
     ImageVolume<int> movedFrom(stack<int>(1));
     const ImageVolume<int> taker(std::move(movedFrom));
-    EXPECT_TRUE(raises(noPlanes, [&] { volume = movedFrom; }));
-    EXPECT_TRUE(raises(noPlanes, [&] { ImageVolume<int>{movedFrom}; }));
+    expectRaised({{"data-pointer is null", [&] { volume = broken; }},
+                  {noPlanes, [&] { volume = movedFrom; }},
+                  {noPlanes, [&] { ImageVolume<int>{movedFrom}; }}});
     EXPECT_EQ(volume[0], plane);
     expectStack(volume, 1);
 }
@@ -408,9 +397,9 @@ TEST(ImageVolume, MovingIntoAViewCopies)
     expectStack(view, 1);
     expectStack(source, 1);
     auto deep = stack<int>(1, {4, 3, 3});
-    EXPECT_TRUE(raises("Depth of image volumes has to be identical!", [&] { view = std::move(deep); }));
     auto wide = stack<int>(1, {5, 3, 2});
-    EXPECT_TRUE(raises("Source and destination have different sizes.", [&] { view = std::move(wide); }));
+    expectRaised({{"Depth of image volumes has to be identical!", [&] { view = std::move(deep); }},
+                  {"Source and destination have different sizes.", [&] { view = std::move(wide); }}});
     expectStack(deep, 1);
     expectStack(view, 1);
 }
@@ -463,7 +452,6 @@ TEST(ImageVolume, CopiesKeepLazyMasksLazy)
 TEST(ImageVolume, ArithmeticTouchesThePixelsOfAllPlanes)
 {
     auto volume = stack<unsigned short>(1);
-    volume.SetMaskValid(0, 0, 0, false);
     EXPECT_EQ((volume * 10.0).GetVoxel(3, 2, 1), 20);
     EXPECT_EQ((volume + 10.0).GetVoxel(3, 2, 1), 12);
     EXPECT_EQ((volume - 10.0).GetVoxel(3, 2, 1), 0);
@@ -474,7 +462,6 @@ TEST(ImageVolume, ArithmeticTouchesThePixelsOfAllPlanes)
     volume -= 2.0;
     EXPECT_EQ(volume.GetVoxel(3, 2, 0), 5);
     EXPECT_EQ(volume.GetVoxel(3, 2, 1), 10);
-    EXPECT_FALSE(volume.IsMaskValid(0, 0, 0));
     volume = static_cast<unsigned short>(3);
     EXPECT_EQ(volume.GetVoxel(3, 2, 1), 3);
 }
@@ -487,10 +474,7 @@ TEST(ImageVolume, ScalesAndAttributesAreCopiedButForTheIntensity)
     auto target = stack<float>(5, {2, 2, 3});
     target.GetAttributes().set("Old", 1);
     CopyScalesAndAttributes(source, target);
-    EXPECT_EQ(target.GetScaleX(), scaleOf(1));
-    EXPECT_EQ(target.GetScaleY(), scaleOf(8));
-    EXPECT_EQ(target.GetScaleZ(), scaleOf(9));
-    EXPECT_EQ(target.GetScaleI(), scaleOf(6));
+    EXPECT_EQ(scalesOf(target), (FourScales{scaleOf(1), scaleOf(8), scaleOf(9), scaleOf(6)}));
     EXPECT_EQ(attributeOf(target.GetAttributes(), "First"), 1);
     EXPECT_FALSE(target.GetAttributes().contains("Old"));
 }
@@ -518,23 +502,20 @@ TEST(ImageVolume, AnAttributeWithoutAValueRemovesNoOther)
 
 TEST(ImageVolume, ImagesOfOneTypeMoveIntoAVolume)
 {
-    const auto images = [](auto... image) {
+    const auto move = [](auto... image) {
         std::vector<std::unique_ptr<ImageVariant>> list;
         (list.push_back(std::move(image)), ...);
-        return list;
+        return MoveImageVariantListToImageVolumeVariantT<float>(std::move(list));
     };
     const auto words = [] { return std::make_unique<Image<unsigned short>>(4, 3, 7, true); };
     const auto floats = [] { return std::make_unique<Image<float>>(4, 3, 7.0F, true); };
-    const auto move = [](std::vector<std::unique_ptr<ImageVariant>> list) {
-        return MoveImageVariantListToImageVolumeVariantT<float>(std::move(list));
-    };
     const QString name = "MoveImageVariantListToImageVolumeVariantT: ";
-    EXPECT_TRUE(raises(name + "planes is empty", [&] { return move({}); }));
-    EXPECT_TRUE(raises(name + "vector of planes is empty", [&] { return move(images(words())); }));
-    EXPECT_TRUE(raises("bad image data cast", [&] { return move(images(floats(), words())); }));
-    EXPECT_TRUE(raises("Given plane data pointer is null!",
-                       [&] { return move(images(floats(), std::unique_ptr<ImageVariant>())); }));
-    EXPECT_EQ(move(images(floats(), floats()))->GetSize(), Size(4, 3, 2));
+    expectRaised({{name + "planes is empty", [&] { return move(); }},
+                  {name + "vector of planes is empty", [&] { return move(words()); }},
+                  {"bad image data cast", [&] { return move(floats(), words()); }},
+                  {"Given plane data pointer is null!",
+                   [&] { return move(floats(), std::unique_ptr<ImageVariant>()); }}});
+    EXPECT_EQ(move(floats(), floats())->GetSize(), Size(4, 3, 2));
 }
 
 } // namespace

@@ -107,12 +107,6 @@ TEST(ImageVolumeToFrame, APlaneOfAnotherSizeIsRefusedAndNothingLeaks)
     EXPECT_EQ(volume[0]->GetPixel(1, 1), 7);
 }
 
-TEST(ImageVolumeToFrame, WithoutAMaskNoneIsMade)
-{
-    EXPECT_FALSE(
-        FramePointer(CreateFrameFromImageVolumeT(ImageVolume<int>(2, 2, 2, false), false))->HasMask());
-}
-
 TEST(ImageVolumeToFrame, CopyingMergesAttributesAndAddsNoMask)
 {
     const auto source = imageFrame(BufferApi::DT_WORD, 2);
@@ -129,38 +123,28 @@ TEST(ImageVolumeToFrame, CopyingMergesAttributesAndAddsNoMask)
 TEST(ImageVolumeToFrame, CopyingChecksInOrderAndBeforeAnythingChanges)
 {
     const ImageVolume<int> volume(Math::Size3T<unsigned int>(4, 4, 2), 7, true);
-    struct Case
-    {
-        BufferApi::E_DataType type;
-        unsigned int width;
-        unsigned int height;
-        unsigned int depth;
-        const char* text;
-    };
-    for (const Case& failure :
-         {Case{BufferApi::DT_FLOAT, 5, 5, 0, "Z-Plane for given frame not valid!"},
-          {BufferApi::DT_FLOAT, 5, 5, 3, "Pixel-plane of given frame has not the required type!"},
-          {BufferApi::DT_INT32, 5, 5, 3, "Image volume field and image frame have different width"},
-          {BufferApi::DT_INT32, 4, 5, 3, "Image volume field and image frame have different height"},
-          {BufferApi::DT_INT32, 4, 4, 3, "Image volume field and image frame have different depth"}}) {
-        const FramePointer frame(
-            BufferApi::CreateImageFrame(failure.type, failure.width, failure.height, failure.depth));
-        frame->SetScaleX({9.0, 9.0, "m", "x"});
-        EXPECT_TRUE(raises(failure.text, [&] { CopyImageVolumeToFrame(volume, *frame); }));
-        EXPECT_EQ(frame->GetScaleX().getFactor(), 9.0);
+    const std::pair<FramePointer, QString> cases[] = {
+        {newFrame(BufferApi::DT_FLOAT, 5, 5, 0), "Z-Plane for given frame not valid!"},
+        {newFrame(BufferApi::DT_FLOAT, 5, 5, 3), "Pixel-plane of given frame has not the required type!"},
+        {newFrame(BufferApi::DT_INT32, 5, 5, 3), "Image volume field and image frame have different width"},
+        {newFrame(BufferApi::DT_INT32, 4, 5, 3), "Image volume field and image frame have different height"},
+        {newFrame(BufferApi::DT_INT32, 4, 4, 3), "Image volume field and image frame have different depth"}};
+    for (const auto& [target, text] : cases) {
+        I_FrameImage& refusing = *target;
+        refusing.SetScaleX({9.0, 9.0, "m", "x"});
+        EXPECT_TRUE(raises(text, [&] { CopyImageVolumeToFrame(volume, refusing); }));
+        EXPECT_EQ(refusing.GetScaleX().getFactor(), 9.0);
     }
 }
 
 TEST(ImageVolumeToFrame, TypesOutsideTheSixAreRefused)
 {
-    const FramePointer frame(BufferApi::CreateImageFrame(BufferApi::DT_FLOAT, 2, 2, 1));
+    const auto frame = newFrame(BufferApi::DT_FLOAT, 2, 2);
     const StrangeVolume volume;
-    for (const std::function<void()>& call :
-         {std::function<void()>([&] { CopyImageVolumeToFrame(volume, *frame); }),
-          {[&] { return CreateFrameFromImageVolume(volume, true); }},
-          {[] { return CreateBufferFromImageVolume(StrangeVolume(), true); }}}) {
-        EXPECT_TRUE(raises<RTE::Exception>("Unsupported image type", call));
-    }
+    const QString text = "Unsupported image type";
+    expectRaised<RTE::Exception>({{text, [&] { CopyImageVolumeToFrame(volume, *frame); }},
+                                  {text, [&] { return CreateFrameFromImageVolume(volume, true); }},
+                                  {text, [] { return CreateBufferFromImageVolume(StrangeVolume(), true); }}});
 }
 
 } // namespace

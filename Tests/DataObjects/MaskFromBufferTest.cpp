@@ -50,8 +50,8 @@ TEST(MaskFromBuffer, APlaneGivesAViewOrItsMemory)
     EXPECT_EQ(plane->GetData(), nullptr);
 
     const QString text = "data-pointer is null";
-    EXPECT_TRUE(raises(text, [&] { return GetMask(*plane); }));
-    EXPECT_TRUE(raises(text, [&] { return GetMask(std::move(*plane)); }));
+    expectRaised(
+        {{text, [&] { return GetMask(*plane); }}, {text, [&] { return GetMask(std::move(*plane)); }}});
 }
 
 TEST(MaskFromBuffer, OnlyBytesAreAMask)
@@ -59,8 +59,8 @@ TEST(MaskFromBuffer, OnlyBytesAreAMask)
     const QString text = "plane type cannot be mapped onto a bool array";
     for (const auto type : {BufferApi::DT_WORD, BufferApi::DT_FLOAT, BufferApi::DT_RGB}) {
         const std::unique_ptr<I_PlaneBase> plane(BufferApi::CreatePlane(type, 2, 2));
-        EXPECT_TRUE(raises(text, [&] { return GetMask(*plane); }));
-        EXPECT_TRUE(raises(text, [&] { return GetMask(std::move(*plane)); }));
+        expectRaised(
+            {{text, [&] { return GetMask(*plane); }}, {text, [&] { return GetMask(std::move(*plane)); }}});
         EXPECT_NE(plane->GetData(), nullptr);
     }
 }
@@ -103,29 +103,17 @@ TEST(MaskFromBuffer, WithoutAMaskOneIsMadeAndZDoesNotMatter)
 
 TEST(MaskFromBuffer, FailuresComeInOrder)
 {
-    using Call = Mask (*)(I_Frame&, unsigned int);
-    const Call get = [](I_Frame& frame, unsigned int z) { return GetMask(frame, z); };
-    const Call view = [](I_Frame& frame, unsigned int z) { return GetOrCreateMask(frame, z, true); };
-    const Call move = [](I_Frame& frame, unsigned int z) {
-        return MoveOrCreateMask(std::move(frame), z, true);
-    };
-    struct Case
-    {
-        Call call;
-        bool hasMask;
-        unsigned int z;
-        const char* text;
-    };
-    for (const Case& failure : {Case{get, false, 2, "Z is out of range"},
-                                {get, true, 2, "Z is out of range"},
-                                {get, false, 1, "Frame has no mask"},
-                                {view, true, 2, "Z is out of range"},
-                                {view, false, 2, "Frame requires a mask, but has no mask."},
-                                {move, true, 2, "Z is out of range"},
-                                {move, false, 2, "Frame requires a mask, but has no mask."}}) {
-        const auto frame = newFrame(failure.hasMask);
-        EXPECT_TRUE(raises(failure.text, [&] { return failure.call(*frame, failure.z); }));
-    }
+    const auto masked = newFrame(true);
+    const auto bare = newFrame(false);
+    const QString outOfRange = "Z is out of range";
+    const QString noMask = "Frame requires a mask, but has no mask.";
+    expectRaised({{outOfRange, [&] { return GetMask(*bare, 2); }},
+                  {outOfRange, [&] { return GetMask(*masked, 2); }},
+                  {"Frame has no mask", [&] { return GetMask(*bare, 1); }},
+                  {outOfRange, [&] { return GetOrCreateMask(*masked, 2, true); }},
+                  {noMask, [&] { return GetOrCreateMask(*bare, 2, true); }},
+                  {outOfRange, [&] { return MoveOrCreateMask(std::move(*masked), 2, true); }},
+                  {noMask, [&] { return MoveOrCreateMask(std::move(*bare), 2, true); }}});
 }
 
 } // namespace

@@ -142,18 +142,17 @@ TEST(Mask, WithoutPixelsNothingIsTouched)
 
 TEST(Mask, FailuresLeaveBothAsTheyWere)
 {
-    EXPECT_TRUE(raises("data-pointer is null", [] { Mask(nullptr, 0, 0, true); }));
-
     Mask mask(2, 2, true);
     const Mask transposed(4, 1, false);
     const Mask empty(0, 0);
     const QString copyText = "Source and destination have different sizes.";
     const QString otherText = "Other mask has wrong size.";
-    EXPECT_TRUE(raises(copyText, [&] { mask = transposed; }));
-    EXPECT_TRUE(raises(copyText, [&] { mask = empty; }));
-    EXPECT_TRUE(raises(otherText, [&] { mask &= transposed; }));
-    EXPECT_TRUE(raises(otherText, [&] { mask |= transposed; }));
-    EXPECT_TRUE(raises(otherText, [&] { mask ^= empty; }));
+    expectRaised({{"data-pointer is null", [] { Mask(nullptr, 0, 0, true); }},
+                  {copyText, [&] { mask = transposed; }},
+                  {copyText, [&] { mask = empty; }},
+                  {otherText, [&] { mask &= transposed; }},
+                  {otherText, [&] { mask |= transposed; }},
+                  {otherText, [&] { mask ^= empty; }}});
     EXPECT_TRUE(AllValuesValid(mask));
 }
 

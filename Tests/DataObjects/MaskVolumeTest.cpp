@@ -33,11 +33,16 @@ TEST(MaskVolume, RejectsWhatIsNoStackOfEqualPlanes)
 {
     const auto plane = std::make_shared<Mask>(2, 2, true);
     const auto other = std::make_shared<Mask>(2, 1, true);
-    EXPECT_TRUE(raises("At least 1 plane required.", [] { MaskVolume(4, 4, 0); }));
-    EXPECT_TRUE(raises("At least 1 plane required", [] { MaskVolume(Planes{}); }));
-    EXPECT_TRUE(raises("Mask is not valid.", [&] { MaskVolume(Planes{plane, nullptr}); }));
-    EXPECT_TRUE(raises("Mask is not valid.", [] { MaskVolume(std::shared_ptr<Mask>()); }));
-    EXPECT_TRUE(raises("Mask has invalid size.", [&] { MaskVolume(Planes{plane, other}); }));
+    expectRaised({{"At least 1 plane required.", [] { MaskVolume(4, 4, 0); }},
+                  {"At least 1 plane required", [] { MaskVolume(Planes{}); }},
+                  {"Mask is not valid.",
+                   [&] {
+                       MaskVolume(Planes{plane, nullptr});
+                   }},
+                  {"Mask is not valid.", [] { MaskVolume(std::shared_ptr<Mask>()); }},
+                  {"Mask has invalid size.", [&] {
+                       MaskVolume(Planes{plane, other});
+                   }}});
 }
 
 TEST(MaskVolume, SharesMovesOrCopiesThePlane)
@@ -86,8 +91,8 @@ TEST(MaskVolume, MovedFromIsEmpty)
     const std::shared_ptr<Mask> plane = volume[3];
     const MaskVolume moved(std::move(volume));
     EXPECT_EQ(&moved.GetMask(3), plane.get());
-    EXPECT_TRUE(volume.empty());
     EXPECT_EQ(volume.GetSize(), Size(0, 0, 0));
+    EXPECT_TRUE(volume.empty());
 }
 
 TEST(MaskVolume, CombinesPlaneByPlane)
@@ -108,17 +113,23 @@ TEST(MaskVolume, CombinesPlaneByPlane)
 TEST(MaskVolumeList, RejectsEmptyAndUnequal)
 {
     const QString empty = "List size of mask volumes not allowed to be zero";
+    const QString different = "Size of mask volumes is different";
     const auto volume = std::make_shared<MaskVolume>(2, 2, 2);
     const auto other = std::make_shared<MaskVolume>(2, 2, 1);
-    EXPECT_TRUE(raises(empty, [] { MaskVolumeList(2, 2, 0, 0); }));
-    EXPECT_TRUE(raises(empty, [] { MaskVolumeList(Volumes{}); }));
-    EXPECT_TRUE(raises(empty, [] { MaskVolumeList(std::vector<MaskVolume>{}); }));
-    EXPECT_TRUE(raises("At least 1 plane required.", [] { MaskVolumeList(2, 2, 0, 1); }));
-    EXPECT_TRUE(raises("Size of mask volumes is different", [&] { MaskVolumeList(Volumes{volume, other}); }));
     std::vector<MaskVolume> unequal{*volume, *other};
-    EXPECT_TRUE(raises("Size of mask volumes is different", [&] { MaskVolumeList(std::move(unequal)); }));
+    expectRaised({{empty, [] { MaskVolumeList(2, 2, 0, 0); }},
+                  {empty, [] { MaskVolumeList(Volumes{}); }},
+                  {empty, [] { MaskVolumeList(std::vector<MaskVolume>{}); }},
+                  {"At least 1 plane required.", [] { MaskVolumeList(2, 2, 0, 1); }},
+                  {different,
+                   [&] {
+                       MaskVolumeList(Volumes{volume, other});
+                   }},
+                  {different, [&] { MaskVolumeList(std::move(unequal)); }},
+                  {"Mask volume is not valid", [&] {
+                       MaskVolumeList(Volumes{volume, nullptr});
+                   }}});
     EXPECT_EQ(unequal[0].GetSize(), Size(2, 2, 2));
-    EXPECT_TRUE(raises("Mask volume is not valid", [&] { MaskVolumeList(Volumes{volume, nullptr}); }));
 }
 
 TEST(MaskVolumeList, CopiesDeeplyAndMoves)

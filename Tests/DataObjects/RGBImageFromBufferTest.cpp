@@ -23,15 +23,6 @@ using BufferApi::I_FrameImage;
 using BufferApi::RgbQuad;
 using Size = Math::Size2T<unsigned int>;
 
-BufferApi::ComponentParts onePlane(const std::string& name, BufferApi::E_DataType type, const Size& size)
-{
-    BufferApi::ComponentParts parts;
-    parts.name = name;
-    parts.type = type;
-    parts.planes.emplace_back(BufferApi::CreatePlane(type, size.width, size.height));
-    return parts;
-}
-
 void mark(const I_Buffer& buffer, unsigned int frame, const AttributeValue& code)
 {
     BufferAttributes(*buffer.GetFrame(frame)).set(Attr::rgbFrame, code);
@@ -98,6 +89,9 @@ TEST(RGBImageFromBufferTest, TellsWhatIsNoColour)
     const auto colour = imageBuffer(BufferApi::DT_RGB, 1, 1);
     refuses(invalidFrame, *colour, 1, 0);
     refuses(invalidFrame, *colour, 0, 1);
+    const std::unique_ptr<RgbQuad[]> released(
+        static_cast<RgbQuad*>(Private::findPixelPlane(*colour->GetFrame(0), 0)->ReleaseData()));
+    refuses(invalidFrame, *colour, 0, 0);
 
     const auto words = imageBuffer(BufferApi::DT_WORD, 1, 1);
     refuses(invalidFrame, *words, 0, 0);
@@ -116,31 +110,9 @@ TEST(RGBImageFromBufferTest, TellsWhatIsNoColour)
     mark(*floats, 0, 1);
     refuses(invalidType, *floats, 0, 0);
 
-    const std::unique_ptr<I_Buffer> vectors(BufferApi::CreateBuffer());
-    vectors->AddFrame(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
+    const auto vectors = bufferOf(BufferApi::CreateVectorFrame2C(4, 4, 1, 1));
     mark(*vectors, 0, 1);
     refuses(invalidFrame, *vectors, 0, 0);
-}
-
-TEST(RGBImageFromBufferTest, ReleasedPixelsAreRefused)
-{
-    const auto buffer = imageBuffer(BufferApi::DT_RGB, 1, 1);
-    I_Frame& frame = *buffer->GetFrame(0);
-    const std::unique_ptr<RgbQuad[]> pixels(
-        static_cast<RgbQuad*>(Private::findPixelPlane(frame, 0)->ReleaseData()));
-    EXPECT_TRUE(raises("Invalid RGB frame", [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
-}
-
-TEST(RGBImageFromBufferTest, MosaicsWithoutPixelsAreRefused)
-{
-    Image<unsigned short> mosaic(4, 3, 1, true);
-    mosaic.GetAttributes().set(Attr::rgbFrame, 1);
-    Image<unsigned short> movedFrom(mosaic);
-    const Image<unsigned short> target(std::move(movedFrom));
-    const std::unique_ptr<unsigned short[]> pixels(mosaic.GetImageData().ReleaseRawPointer());
-    for (const auto* const hollow : {&movedFrom, &mosaic}) {
-        EXPECT_TRUE(raises("data-pointer is null", [&] { return createRGBImageFromImage(*hollow); }));
-    }
 }
 
 TEST(RGBImageFromBufferTest, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
@@ -151,15 +123,14 @@ TEST(RGBImageFromBufferTest, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
         Size mask;
     };
     const Size size(300, 200);
-    for (const Case& each : {Case{{30, 20}, size}, {{200, 300}, size}, {size, {1, 1}}, {size, {301, 200}}}) {
-        SCOPED_TRACE(testing::Message() << each.pixels.width << ", " << each.mask.width);
-        std::vector<BufferApi::ComponentParts> parts;
-        parts.push_back(onePlane(I_FrameImage::COMPONENT_PIXEL, BufferApi::DT_RGB, each.pixels));
-        parts.push_back(onePlane(I_Frame::COMPONENT_MASK, BufferApi::DT_BYTE, each.mask));
-        const std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());
-        buffer->AddFrame(
-            BufferApi::buildFrame({BufferApi::FrameKind::Rgb, size.width, size.height, 1}, std::move(parts))
-                .release());
+    for (const auto& [pixels, mask] :
+         {Case{{30, 20}, size}, {{200, 300}, size}, {size, {1, 1}}, {size, {301, 200}}}) {
+        SCOPED_TRACE(testing::Message() << pixels.width << ", " << mask.width);
+        auto frame = frameOfParts(
+            BufferApi::FrameKind::Rgb, size.width, size.height,
+            onePlane(I_FrameImage::COMPONENT_PIXEL, BufferApi::DT_RGB, pixels.width, pixels.height),
+            onePlane(I_Frame::COMPONENT_MASK, BufferApi::DT_BYTE, mask.width, mask.height));
+        const auto buffer = bufferOf(frame.release());
         EXPECT_TRUE(raises("Invalid RGB frame", [&] { return createRGBImageFromBuffer(*buffer, 0, 0); }));
     }
 }
@@ -197,16 +168,21 @@ TEST(RGBImageFromBufferTest, ReadsWholeImageBuffers)
     EXPECT_EQ(images.GetName(), "Run");
     EXPECT_EQ(images.GetGlobalAttributes().attributeValue("Number").value<int>(), 7);
 
-    const auto refuses = [](const QString& text, const ImageBufferVariant& source) {
-        EXPECT_TRUE(raises(text, [&] { return createRGBImageBufferFromImageBuffer(source); }));
-    };
-    buffer.getFrame(1).GetAttributes().set(Attr::rgbFrame, 0);
-    refuses("not a rgb frame", buffer);
+    auto unmarked = buffer;
+    unmarked.getFrame(1).GetAttributes().set(Attr::rgbFrame, 0);
     ImageBuffer<float> floats(4, 3, 1, 1, true);
     floats.getFrame(0).GetAttributes().set(Attr::rgbFrame, 1);
-    refuses("Invalid RGB image type", floats);
-    refuses("RGB image buffer doesn't support multiply z planes.",
-            ImageBuffer<unsigned short>(4, 3, 2, 1, true));
+    const ImageBuffer<unsigned short> deep(4, 3, 2, 1, true);
+    const auto hollow = buffer;
+    Image<unsigned short>& plane = hollow.begin()[0]->getPlane(0);
+    const std::unique_ptr<unsigned short[]> pixels(plane.GetImageData().ReleaseRawPointer());
+    expectRaised({{"not a rgb frame", [&] { return createRGBImageBufferFromImageBuffer(unmarked); }},
+                  {"Invalid RGB image type", [&] { return createRGBImageBufferFromImageBuffer(floats); }},
+                  {"RGB image buffer doesn't support multiply z planes.",
+                   [&] { return createRGBImageBufferFromImageBuffer(deep); }},
+                  {"data-pointer is null", [&] { return createRGBImageBufferFromImageBuffer(hollow); }}});
+    const Image<unsigned short> target(std::move(plane));
+    EXPECT_TRUE(raises("data-pointer is null", [&] { return createRGBImageFromImage(plane); }));
 }
 
 TEST(RGBImageFromBufferTest, VolumesAreRefused)

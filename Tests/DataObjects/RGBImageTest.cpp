@@ -4,11 +4,13 @@
 #include "Core/Common/AttributeNames.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/ScalarField.h"
+#include "Tests/DataObjects/Companions.h"
 #include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"
 
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <thread>
 
@@ -20,10 +22,8 @@ using namespace TestSupport;
 using Size = Math::Size2T<unsigned int>;
 using Words = Image<unsigned short>;
 
-const Zt::LinearScale scaleX(0.5, 1.0, "mm", "X");
-const Zt::LinearScale scaleY(0.25, 2.0, "mm", "Y");
-const Zt::LinearScale scaleI(3.0, 4.0, "counts", "I");
-const QString fieldName = "Field";
+const QString nullPointer = "data-pointer is null";
+const QString invalidSizes = "Invalid sizes";
 
 RGBImage randomImage(unsigned int width, unsigned int height, unsigned int limit = 0xFFFF)
 {
@@ -36,31 +36,11 @@ RGBImage randomImage(unsigned int width, unsigned int height, unsigned int limit
     return image;
 }
 
-/// Its last pixel is invalid, and its companions are not those of a new image.
 RGBImage fullImage(unsigned int width = 5, unsigned int height = 3)
 {
     RGBImage image = randomImage(width, height);
-    image.GetMask().SetValid(width - 1, height - 1, false);
-    image.GetScaleX() = scaleX;
-    image.GetScaleY() = scaleY;
-    image.GetScaleI() = scaleI;
-    image.GetAttributes().set("Number", 7);
-    image.GetScalarFields().Add(fieldName, 1.5F);
+    addCompanions(image);
     return image;
-}
-
-/// Mask, scales, attributes and scalar fields are those of fullImage.
-template <typename AnyImage>
-void expectCompanions(const AnyImage& image)
-{
-    EXPECT_FALSE(image.IsMaskValid(image.GetWidth() - 1, image.GetHeight() - 1));
-    EXPECT_TRUE(image.IsMaskValid(0, 0));
-    EXPECT_EQ(image.GetScaleX(), scaleX);
-    EXPECT_EQ(image.GetScaleY(), scaleY);
-    EXPECT_EQ(image.GetScaleI(), scaleI);
-    EXPECT_EQ(image.GetAttributes().attributeValue("Number").template value<int>(), 7);
-    const auto field = image.GetScalarFields().Get(fieldName);
-    EXPECT_EQ(CastScalarFieldTo<float>(*field).GetPixel(0, 0), 1.5F);
 }
 
 bool samePixels(const RGBImage& a, const RGBImage& b)
@@ -71,18 +51,16 @@ bool samePixels(const RGBImage& a, const RGBImage& b)
 TEST(RGBImageTest, IsMadeOfValuesVectorsAndPackedColours)
 {
     const RGBImage filled(3, 2, Rgb16(1, 2, 3), false);
-    EXPECT_EQ(filled.GetSize(), Size(3, 2));
     EXPECT_EQ(filled(2, 1), Rgb16(1, 2, 3));
     EXPECT_FALSE(AllValuesValid(filled));
-    EXPECT_EQ(filled.GetScaleX(), Zt::LinearScale(Zt::ScalePreset::X));
-    EXPECT_EQ(filled.GetScaleY(), Zt::LinearScale(Zt::ScalePreset::Y));
-    EXPECT_EQ(filled.GetScaleI(), Zt::LinearScale(Zt::ScalePreset::I));
+    EXPECT_EQ(filled.GetScaleX(), defaultScales[0]);
+    EXPECT_EQ(filled.GetScaleY(), defaultScales[1]);
+    EXPECT_EQ(filled.GetScaleI(), defaultScales[3]);
     EXPECT_EQ(filled.GetScalarFields().GetSizeOfScalarFields(), Size(3, 2));
 
     const RGBImage copied({{1, 1, 1}, {2, 2, 2}, {3, 3, 3}, {4, 4, 4}, {5, 5, 5}, {6, 6, 6}}, 3, 2);
     EXPECT_EQ(copied(0, 1), Rgb16(4, 4, 4));
     EXPECT_EQ(copied[Math::Point2T<unsigned int>(2, 1)], Rgb16(6, 6, 6));
-    EXPECT_EQ(copied[2ULL], Rgb16(3, 3, 3));
     EXPECT_TRUE(AllValuesValid(copied));
 
     const std::vector<unsigned int> packed{0x112233, 0xFFFF0102};
@@ -93,80 +71,67 @@ TEST(RGBImageTest, IsMadeOfValuesVectorsAndPackedColours)
     const std::vector<Rgb16> five(5);
     // The larger size must not be asked of the memory.
     for (const Size& size : {Size(3, 2), Size(0xFFFFFFFFU, 0xFFFFFFFFU)}) {
-        EXPECT_TRUE(raises("Invalid sizes", [&] { RGBImage(five, size); }));
-        EXPECT_TRUE(raises("data-pointer is null",
-                           [&] { RGBImage(static_cast<const unsigned int*>(nullptr), size); }));
+        expectRaised({{invalidSizes, [&] { RGBImage(five, size); }},
+                      {nullPointer, [&] { RGBImage(static_cast<const unsigned int*>(nullptr), size); }}});
     }
+    const RGBImage deep(1, 1, Rgb16(0x0102, 0x0304, 0x0506), true);
+    EXPECT_EQ(deep.GetPixelAsRGBQUAD(0, 0), (BufferApi::RgbQuad{0x06, 0x04, 0x02, 0})) << "the low bytes";
     EXPECT_TRUE(RGBImage(std::vector<Rgb16>(), 0, 7).empty());
+    EXPECT_TRUE(RGBImage(static_cast<const unsigned int*>(nullptr), 0, 7).empty());
 }
 
 TEST(RGBImageTest, JoinsThreeImages)
 {
     const auto channel = [](unsigned short first) {
         Words image(37, 3, true);
-        for (unsigned short& pixel : image) {
-            pixel = first++;
-        }
+        std::iota(image.begin(), image.end(), first);
+        addCompanions(image);
         image.ReplaceMaskStrategy(std::make_unique<LazyMask>(37, 3, true));
-        image.SetScaleX(scaleX);
-        image.SetScaleY(scaleY);
-        image.SetScaleI(scaleI);
         return image;
     };
     Words r = channel(10);
     Words g = channel(1000);
     const Words b = channel(60000);
-    r.GetAttributes().set("Number", 7);
     r.SetMaskValid(1, 0, false);
-    g.SetMaskValid(2, 0, false);
+    g.SetMaskValid(36, 2, false);
     g.GetAttributes().set("Number", 8);
     onEachTarget([&] {
-        const RGBImage image(r, g, b);
+        RGBImage image(r, g, b);
         for (unsigned int i = 0; i < image.size(); ++i) {
             ASSERT_EQ(image[i], Rgb16(r[i], g[i], b[i])) << i;
         }
-        EXPECT_EQ(image.GetScaleX(), scaleX);
-        EXPECT_EQ(image.GetScaleY(), scaleY);
-        EXPECT_EQ(image.GetScaleI(), scaleI);
-        EXPECT_EQ(image.GetAttributes().attributeValue("Number").value<int>(), 7);
-        EXPECT_TRUE(image.IsMaskValid(0, 0));
         EXPECT_FALSE(image.IsMaskValid(1, 0));
-        EXPECT_FALSE(image.IsMaskValid(2, 0));
+        EXPECT_TRUE(image.GetScalarFields().empty());
+        image.GetScalarFields().Add("Field", 1.5F);
+        expectCompanions(image);
     });
     EXPECT_FALSE(b.IsMaskSpawned());
 }
 
-TEST(RGBImageTest, ChecksSizeThenXThenYThenI)
+TEST(RGBImageTest, ChecksPixelsThenSizeThenXThenYThenI)
 {
     const Words r(2, 2, 0, true);
-    Words other(2, 2, 0, true);
-    const Words larger(2, 3, 0, true);
+    Words other(2, 3, 0, true);
     const auto refuses = [&](const QString& text) {
-        EXPECT_TRUE(raises(text, [&] { RGBImage(r, other, r); }));
-        EXPECT_TRUE(raises(text, [&] { RGBImage(r, r, other); }));
+        expectRaised({{text, [&] { RGBImage(r, other, r); }}, {text, [&] { RGBImage(r, r, other); }}});
     };
-    EXPECT_TRUE(raises("Size of the R/G/B frames aren't equal", [&] { RGBImage(r, r, larger); }));
-    EXPECT_TRUE(raises("Size of the R/G/B frames aren't equal", [&] { RGBImage(r, larger, r); }));
-    other.SetScaleI(scaleI);
+    refuses("Size of the R/G/B frames aren't equal");
+    other = Words(r);
+    other.SetScaleI(scaleOf(2));
     refuses("I scale of the R/G/B frames aren't equal");
-    other.SetScaleY(scaleY);
+    other.SetScaleY(scaleOf(2));
     refuses("Y scale of the R/G/B frames aren't equal");
-    other.SetScaleX(scaleX);
+    other.SetScaleX(scaleOf(2));
     refuses("X scale of the R/G/B frames aren't equal");
-}
 
-TEST(RGBImageTest, ChannelsWithoutPixelsAreRefused)
-{
-    const Words whole(3, 2, 1, true);
-    Words movedFrom(whole);
+    Words movedFrom(2, 3, 0, true);
     const Words target(std::move(movedFrom));
-    Words released(whole);
+    Words released(2, 3, 0, true);
     const std::unique_ptr<unsigned short[]> pixels(released.GetImageData().ReleaseRawPointer());
     for (const Words* const hollow : {&movedFrom, &released}) {
-        const QString text = "data-pointer is null";
-        EXPECT_TRUE(raises(text, [&] { RGBImage(*hollow, whole, whole); }));
-        EXPECT_TRUE(raises(text, [&] { RGBImage(whole, *hollow, whole); }));
-        EXPECT_TRUE(raises(text, [&] { RGBImage(whole, whole, *hollow); }));
+        expectRaised({{nullPointer, [&] { RGBImage(*hollow, r, r); }},
+                      {nullPointer, [&] { RGBImage(r, *hollow, r); }},
+                      {nullPointer, [&] { RGBImage(r, r, *hollow); }}});
     }
 }
 
@@ -187,7 +152,7 @@ TEST(RGBImageTest, CopiesAreDeepAndOfAnySize)
     }
     assigned(0, 0) += Rgb16(1, 1, 1);
     assigned.GetAttributes().set("Number", 8);
-    assigned.GetScalarFields().Remove(fieldName);
+    assigned.GetScalarFields().Remove("Field");
     EXPECT_TRUE(samePixels(*created, image));
     expectCompanions(image);
 }
@@ -196,7 +161,7 @@ TEST(RGBImageTest, MovedFromImagesAreEmpty)
 {
     RGBImage source = fullImage();
     source.SetBitDepth(11);
-    const auto field = source.GetScalarFields().Get(fieldName);
+    const auto field = source.GetScalarFields().Get("Field");
     RGBImage target(1, 1, Rgb16(), true);
     const auto* const fields = &target.GetScalarFields();
     target = std::move(source);
@@ -204,7 +169,7 @@ TEST(RGBImageTest, MovedFromImagesAreEmpty)
     EXPECT_EQ(target.GetBitDepth(), 11);
     expectCompanions(target);
     EXPECT_EQ(&target.GetScalarFields(), fields);
-    EXPECT_EQ(target.GetScalarFields().Get(fieldName), field);
+    EXPECT_EQ(target.GetScalarFields().Get("Field"), field);
 
     RGBImage moved(std::move(target));
     for (const RGBImage* const empty : {&source, &target}) {
@@ -215,7 +180,7 @@ TEST(RGBImageTest, MovedFromImagesAreEmpty)
         EXPECT_TRUE(copy.GetScalarFields().empty());
         EXPECT_EQ(copy.GetBitDepth(), 8);
         EXPECT_TRUE(empty->IntensityImage().empty());
-        EXPECT_TRUE(raises("Invalid sizes", [&] { moved += *empty; }));
+        EXPECT_TRUE(raises(invalidSizes, [&] { moved += *empty; }));
     }
     RGBImage& self = moved;
     moved = std::move(self);
@@ -235,19 +200,12 @@ TEST(RGBImageTest, DeepCopyFromKeepsBitDepthAndScalarFields)
     EXPECT_FALSE(target.GetAttributes().contains("Old"));
     EXPECT_EQ(target.GetBitDepth(), 9);
     EXPECT_TRUE(target.GetScalarFields().empty());
-    target.GetScalarFields().Add(fieldName, 1.5F);
+    target.GetScalarFields().Add("Field", 1.5F);
     expectCompanions(target);
 
     RGBImage smaller(3, 5, Rgb16(9, 9, 9), true);
     EXPECT_TRUE(raises("Source RGB image has different size", [&] { smaller.DeepCopyFrom(source); }));
     EXPECT_EQ(smaller(0, 0), Rgb16(9, 9, 9));
-}
-
-TEST(RGBImageTest, QuadsTakeTheLowBytes)
-{
-    RGBImage image(1, 2, Rgb16(), true);
-    image(0, 1) = Rgb16(0x0102, 0x0304, 0x0506);
-    EXPECT_EQ(image.GetPixelAsRGBQUAD(0, 1), (BufferApi::RgbQuad{0x06, 0x04, 0x02, 0}));
 }
 
 TEST(RGBImageTest, ComputesPixelByPixel)
@@ -275,8 +233,7 @@ TEST(RGBImageTest, ComputesPixelByPixel)
         EXPECT_EQ(sum(60, 40), Rgb16());
     });
     RGBImage image = a;
-    EXPECT_TRUE(raises("Invalid sizes", [&] { image += b; }));
-    EXPECT_TRUE(raises("Invalid sizes", [&] { image -= b; }));
+    expectRaised({{invalidSizes, [&] { image += b; }}, {invalidSizes, [&] { image -= b; }}});
     EXPECT_TRUE(samePixels(image, a));
     image = image(60, 40);
     EXPECT_EQ(image(0, 0), a(60, 40));
@@ -319,32 +276,28 @@ TEST(RGBImageTest, IntensitiesOfAllSumsAreRoundedOnce)
 
 TEST(RGBImageTest, FindsOutItsBitDepth)
 {
-    const auto depthOf = [](unsigned short maximum) {
+    const std::vector<std::pair<unsigned short, int>> depthsOfMaxima{
+        {0, 8}, {1, 8}, {255, 8}, {256, 9}, {4095, 12}, {4096, 13}, {65535, 16}};
+    for (const auto& [maximum, depth] : depthsOfMaxima) {
         RGBImage image(9, 9, Rgb16(), true);
         image(8, 8).green = maximum;
-        return image.GetBitDepth();
-    };
-    EXPECT_EQ(depthOf(0), 8);
-    EXPECT_EQ(depthOf(1), 8);
-    EXPECT_EQ(depthOf(255), 8);
-    EXPECT_EQ(depthOf(256), 9);
-    EXPECT_EQ(depthOf(4095), 12);
-    EXPECT_EQ(depthOf(4096), 13);
-    EXPECT_EQ(depthOf(65535), 16);
+        EXPECT_EQ(image.GetBitDepth(), depth) << maximum;
+    }
     EXPECT_EQ(RGBImage(std::vector<Rgb16>(), 0, 0).GetBitDepth(), 8);
 
-    const auto depthWith = [](const AttributeValue& value) {
+    const std::vector<std::pair<AttributeValue, int>> depthsOfAttributes{
+        {4095, 12},
+        {QStringLiteral("16383.5"), 15},
+        {1, 8},
+        {1e30, 16},
+        {QStringLiteral("unknown"), 8},
+        {-5, 8},
+        {std::numeric_limits<double>::quiet_NaN(), 8}};
+    for (const auto& [maximum, depth] : depthsOfAttributes) {
         RGBImage image(2, 2, Rgb16(1000, 0, 0), true);
-        image.GetAttributes().set(Attr::cameraMaxIntensity, value);
-        return image.GetBitDepth();
-    };
-    EXPECT_EQ(depthWith(4095), 12);
-    EXPECT_EQ(depthWith("16383.5"), 15);
-    EXPECT_EQ(depthWith(1), 8);
-    EXPECT_EQ(depthWith(1e30), 16);
-    EXPECT_EQ(depthWith("unknown"), 8);
-    EXPECT_EQ(depthWith(-5), 8);
-    EXPECT_EQ(depthWith(std::numeric_limits<double>::quiet_NaN()), 8);
+        image.GetAttributes().set(Attr::cameraMaxIntensity, maximum);
+        EXPECT_EQ(image.GetBitDepth(), depth) << maximum.toStdString();
+    }
 }
 
 TEST(RGBImageTest, BitDepthStaysOnceItIsKnown)
@@ -354,12 +307,11 @@ TEST(RGBImageTest, BitDepthStaysOnceItIsKnown)
     image = Rgb16(60000, 0, 0);
     EXPECT_EQ(image.GetBitDepth(), 8);
     const QString text = "Bit depth must be between 8 and 16";
-    EXPECT_TRUE(raises(text, [&] { image.SetBitDepth(7); }));
-    EXPECT_TRUE(raises(text, [&] { image.SetBitDepth(17); }));
-    image.SetBitDepth(16);
-    EXPECT_EQ(image.GetBitDepth(), 16);
-    image.SetBitDepth(8);
-    EXPECT_EQ(image.GetBitDepth(), 8);
+    expectRaised({{text, [&] { image.SetBitDepth(7); }}, {text, [&] { image.SetBitDepth(17); }}});
+    for (const auto depth : {std::uint16_t{16}, std::uint16_t{8}}) {
+        image.SetBitDepth(depth);
+        EXPECT_EQ(image.GetBitDepth(), depth);
+    }
 }
 
 TEST(RGBImageTest, ManyThreadsFindOutTheBitDepth)

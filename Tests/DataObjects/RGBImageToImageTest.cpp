@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/RGBImageToImage.h"
 
+#include "Tests/DataObjects/Companions.h"
 #include "Tests/Support/AllTypes.h"
 
 namespace
@@ -12,9 +13,7 @@ using namespace TestSupport;
 TEST(RGBImageToImageTest, MonochromeImagesHaveTheMeanInTheirType)
 {
     RGBImage image({{1, 2, 2}, {300, 300, 301}, {65535, 65535, 65534}}, 3, 1);
-    image.GetMask().SetValid(1, 0, false);
-    image.GetAttributes().set("Number", 7);
-    image.GetScaleX() = Zt::LinearScale(2, 3, "mm", "Axis");
+    addCompanions(image);
     forAllTypes([&](auto tag) {
         using T = typename decltype(tag)::type;
         const auto gray = createMonochromeImageFromRGBImage<T>(image);
@@ -26,10 +25,7 @@ TEST(RGBImageToImageTest, MonochromeImagesHaveTheMeanInTheirType)
             EXPECT_EQ(gray(1, 0), sizeof(T) == 1 ? T{255} : static_cast<T>(300));
             EXPECT_EQ(gray(2, 0), sizeof(T) == 1 ? T{255} : static_cast<T>(65534));
         }
-        EXPECT_TRUE(gray.IsMaskValid(0, 0));
-        EXPECT_FALSE(gray.IsMaskValid(1, 0));
-        EXPECT_EQ(gray.GetAttributes().attributeValue("Number").template value<int>(), 7);
-        EXPECT_EQ(gray.GetScaleX(), image.GetScaleX());
+        expectCompanions(gray);
     });
 }
 

@@ -7,7 +7,9 @@
 #include "Core/DataObjects/ImageDataFromBuffer.h"
 #include "Core/DataObjects/ScalarField.h"
 #include "Core/DataObjects/ScalarFieldToFrame.h"
+#include "Tests/DataObjects/Fields.h"
 #include "Tests/Support/AllTypes.h"
+#include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
 #include <algorithm>
@@ -23,8 +25,6 @@ using testing::Each;
 using testing::ElementsAre;
 using FramePointer = std::unique_ptr<I_Frame>;
 
-const Zt::LinearScale kelvin(0.5, 273.0, "K", "Temperature");
-
 /// 3 × 2 with "a" of T, whose planes are filled with z + 1.
 template <typename T>
 FramePointer frameWithA(unsigned int depth)
@@ -35,13 +35,6 @@ FramePointer frameWithA(unsigned int depth)
         CopyScalarFieldToFrameTypedScalarT(ScalarField<T>(pixels, kelvin), *frame, "a", z);
     }
     return frame;
-}
-
-/// What a matcher takes.
-template <typename T>
-std::vector<T> valuesOf(const ImageData<T>& data)
-{
-    return {data.begin(), data.end()};
 }
 
 class Failing final : public BufferApi::PlaneSource
@@ -66,14 +59,6 @@ BufferApi::ComponentParts lazyScalar(const std::string& name, bool fails, unsign
     parts.planes.push_back(
         BufferApi::createLazyPlane(BufferApi::DT_BYTE, width, 2, std::make_shared<Failing>(fails)));
     return parts;
-}
-
-FramePointer lazyFrame(BufferApi::ComponentParts first, BufferApi::ComponentParts second)
-{
-    std::vector<BufferApi::ComponentParts> parts;
-    parts.push_back(std::move(first));
-    parts.push_back(std::move(second));
-    return BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
 }
 
 TEST(ScalarFieldFromFrame, ACopyOfEachTypeAndPlane)
@@ -111,12 +96,11 @@ TEST(ScalarFieldFromFrame, WhatIsNotThere)
                "No typed scalar of name '\u00e4%1' found."},
           Case{"", 0, "No scalar field of name '' found.", "No typed scalar of name '' found."},
           Case{"a", 2, "No scalar field of name 'a' found for given plane.", "Invalid plane index 2"}}) {
-        EXPECT_TRUE(raises(c.field, [&] { return GetScalarField(*frame, c.name, c.plane); }));
-        EXPECT_TRUE(
-            raises(c.pixels, [&] { return GetImageDataFromTypedScalarT<float>(*frame, c.name, c.plane); }));
-        EXPECT_TRUE(raises(c.pixels, [&] {
-            return GetImageDataFromTypedScalarT<float>(std::move(*frame), c.name, c.plane);
-        }));
+        expectRaised(
+            {{c.field, [&] { return GetScalarField(*frame, c.name, c.plane); }},
+             {c.pixels, [&] { return GetImageDataFromTypedScalarT<float>(*frame, c.name, c.plane); }},
+             {c.pixels,
+              [&] { return GetImageDataFromTypedScalarT<float>(std::move(*frame), c.name, c.plane); }}});
     }
     EXPECT_TRUE(raises<RTE::Exception>("RGB scalar field is not supported.",
                                        [&] { return GetScalarField(*frame, "colour", 0); }));
@@ -160,29 +144,30 @@ TEST(ScalarFieldFromFrame, MovingTakesTheMemoryOfOnePlane)
 
 TEST(ScalarFieldFromFrame, MovingFailsBeforeAnythingMoves)
 {
-    const auto raisesAndKeeps = [](auto raised, I_Frame& frame, ScalarFields& fields, unsigned int plane) {
-        using E = typename decltype(raised.first)::type;
-        EXPECT_TRUE(
-            raises<E>(raised.second, [&] { MoveScalarFieldFromFrame(fields, std::move(frame), plane); }));
-        EXPECT_TRUE(fields.empty());
-        EXPECT_NE(frame.GetComponent(0U)->GetPlane(0)->GetData(), nullptr);
-    };
-    const PixelTypes::Tag<VerificationFailed> verification;
     ScalarFields fields(3, 2);
     ScalarFields larger(3, 3);
     const auto frame = frameWithA<float>(1);
-    raisesAndKeeps(std::pair(verification, "Invalid plane index 1"), *frame, fields, 1);
-    raisesAndKeeps(std::pair(verification, "Source scalar field has wrong size."), *frame, larger, 0);
-    frame->AddComponent("TS:b", BufferApi::DT_RGB, {});
-    raisesAndKeeps(std::pair(PixelTypes::Tag<RTE::Exception>(), "RGB scalar field is not supported."), *frame,
-                   fields, 0);
-    const auto unreadable = lazyFrame(lazyScalar("a", false), lazyScalar("b", true));
-    raisesAndKeeps(std::pair(PixelTypes::Tag<RTE::FileReadError>(), "no file"), *unreadable, fields, 0);
+    const auto colour = frameWithA<float>(1);
+    colour->AddComponent("TS:b", BufferApi::DT_RGB, {});
+    const auto unreadable =
+        frameOfParts(BufferApi::FrameKind::Image, 3, 2, lazyScalar("a", false), lazyScalar("b", true));
+    const auto move = [](ScalarFields& to, I_Frame& from, unsigned int plane) {
+        return [&to, &from, plane] { MoveScalarFieldFromFrame(to, std::move(from), plane); };
+    };
+    expectRaised({{"Invalid plane index 1", move(fields, *frame, 1)},
+                  {"Source scalar field has wrong size.", move(larger, *frame, 0)}});
+    EXPECT_TRUE(raises<RTE::Exception>("RGB scalar field is not supported.", move(fields, *colour, 0)));
+    EXPECT_TRUE(raises<RTE::FileReadError>("no file", move(fields, *unreadable, 0)));
+    EXPECT_TRUE(fields.empty() && larger.empty());
+    for (const auto* const kept : {frame.get(), colour.get(), unreadable.get()}) {
+        EXPECT_NE(memoryOf(*kept, "TS:a", 0), nullptr);
+    }
 }
 
 TEST(ScalarFieldFromFrame, FilesAreReadWhenTheyMustBe)
 {
-    const auto frame = lazyFrame(lazyScalar("a", false), lazyScalar("b", false));
+    const auto frame =
+        frameOfParts(BufferApi::FrameKind::Image, 3, 2, lazyScalar("a", false), lazyScalar("b", false));
     const auto& plane = *frame->GetComponent("TS:a")->GetPlane(0);
     EXPECT_THAT(CastScalarFieldTo<unsigned char>(*GetScalarField(*frame, "a", 0)), Each(7));
     EXPECT_TRUE(BufferApi::isUnread(plane));
@@ -190,9 +175,11 @@ TEST(ScalarFieldFromFrame, FilesAreReadWhenTheyMustBe)
     EXPECT_FALSE(BufferApi::isUnread(plane));
     EXPECT_THAT(CastScalarFieldTo<unsigned char>(*fields->Get("b")), Each(7));
 
-    const auto unreadable = lazyFrame(lazyScalar("a", false), lazyScalar("b", true));
+    const auto unreadable =
+        frameOfParts(BufferApi::FrameKind::Image, 3, 2, lazyScalar("a", false), lazyScalar("b", true));
     EXPECT_TRUE(raises<RTE::FileReadError>("no file", [&] { return GetScalarFields(*unreadable, 0); }));
-    const auto otherSize = lazyFrame(lazyScalar("a", false), lazyScalar("b", false, 1));
+    const auto otherSize =
+        frameOfParts(BufferApi::FrameKind::Image, 3, 2, lazyScalar("a", false), lazyScalar("b", false, 1));
     EXPECT_TRUE(
         raises("Source scalar field has wrong size.", [&] { return GetScalarFields(*otherSize, 0); }));
     EXPECT_EQ(GetScalarField(*otherSize, "b", 0)->GetWidth(), 1U);

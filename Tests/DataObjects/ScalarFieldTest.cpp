@@ -2,8 +2,8 @@
 #include "Core/DataObjects/ScalarField.h"
 
 #include "Core/DataObjects/ScalarFieldAccess.h"
+#include "Tests/DataObjects/Fields.h"
 #include "Tests/DataObjects/PixelReference.h"
-#include "Tests/DataObjects/StrangeField.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"
@@ -22,15 +22,7 @@ using namespace TestSupport;
 using Zt::LinearScale;
 using Size = Math::Size2T<unsigned int>;
 
-const LinearScale kelvin(0.5, 273.0, "K", "Temperature");
-const LinearScale plain(1.0, 0.0, "", "");
 const QString differentSizes = "Source and destination have different sizes.";
-
-template <typename T>
-ScalarField<T> filled(unsigned int width, unsigned int height, T value, const LinearScale& scale = kelvin)
-{
-    return {ImageData<T>(width, height, value), scale};
-}
 
 TEST(ScalarField, TakesCopiesOrViewsWhatItIsMadeOf)
 {
@@ -63,8 +55,8 @@ TEST(ScalarField, TakesCopiesOrViewsWhatItIsMadeOf)
 TEST(ScalarField, RefusesNull)
 {
     const QString text = "data-pointer is null";
-    EXPECT_TRUE(raises(text, [] { ScalarField<int>(1, 1, nullptr, true, plain); }));
-    EXPECT_TRUE(raises(text, [] { ScalarField<int>(std::unique_ptr<ImageData<int>>(), plain); }));
+    expectRaised({{text, [] { ScalarField<int>(1, 1, nullptr, true, plain); }},
+                  {text, [] { ScalarField<int>(std::unique_ptr<ImageData<int>>(), plain); }}});
 }
 
 TEST(ScalarField, CopiesShareNothing)
@@ -144,15 +136,15 @@ TEST(ScalarField, FailedAssignmentsChangeNothing)
     StrangeField strange(2, 2);
     const QString badCast = "bad scalar field cast";
     const QString unsupported = "Unsupported scalar field type";
-    EXPECT_TRUE(raises(differentSizes, [&] { target = transposed; }));
-    EXPECT_TRUE(raises(differentSizes, [&] { Assign(transposed, target); }));
-    EXPECT_TRUE(raises("Image data has different size than scalar field.",
-                       [&] { target.SetData(transposed.GetDataT()); }));
-    EXPECT_TRUE(raises(badCast, [&] { target.DeepCopyFrom(otherType); }));
-    EXPECT_TRUE(raises(badCast, [&] { Assign(otherType, target); }));
-    EXPECT_TRUE(raises(badCast, [&] { target.DeepCopyFrom(strange); }));
-    EXPECT_TRUE(raises<RTE::Exception>(unsupported, [&] { Assign(strange, target); }));
-    EXPECT_TRUE(raises<RTE::Exception>(unsupported, [&] { Assign(target, strange); }));
+    expectRaised(
+        {{differentSizes, [&] { target = transposed; }},
+         {differentSizes, [&] { Assign(transposed, target); }},
+         {"Image data has different size than scalar field.", [&] { target.SetData(transposed.GetDataT()); }},
+         {badCast, [&] { target.DeepCopyFrom(otherType); }},
+         {badCast, [&] { Assign(otherType, target); }},
+         {badCast, [&] { target.DeepCopyFrom(strange); }}});
+    expectRaised<RTE::Exception>(
+        {{unsupported, [&] { Assign(strange, target); }}, {unsupported, [&] { Assign(target, strange); }}});
     EXPECT_THAT(target, testing::Each(1.0F));
     EXPECT_EQ(target.GetScaleI(), plain);
 
@@ -166,28 +158,27 @@ TEST(ScalarField, CastsOnlyToItsType)
     forAllPairs([](auto from, auto to) {
         using From = typename decltype(from)::type;
         using To = typename decltype(to)::type;
-        const auto field = std::make_shared<ScalarField<From>>(filled<From>(2, 2, From{1}));
+        const auto field = std::make_shared<ScalarField<From>>(filled(From{1}));
         const std::shared_ptr<ScalarFieldVariant> variant = field;
         const std::shared_ptr<const ScalarFieldVariant> constant = field;
         constexpr bool same = std::is_same_v<From, To>;
         EXPECT_EQ(IsScalarFieldOfType<To>(*variant), same);
-        EXPECT_EQ(variant->HasSameType(filled<To>(1, 1, To{})), same);
+        EXPECT_EQ(variant->HasSameType(filled(To{})), same);
         EXPECT_EQ(static_cast<int>(variant->GetDataType()) == PixelTypes::number<To>, same);
+        EXPECT_EQ(CastScalarFieldTo<To>(variant) == variant, same);
+        EXPECT_EQ(CastScalarFieldTo<To>(constant) == constant, same);
+        EXPECT_EQ(CastScalarFieldTo<To>(variant) == nullptr, !same);
         if constexpr (same) {
             EXPECT_EQ(&CastScalarFieldTo<To>(*variant), field.get());
             EXPECT_EQ(&CastScalarFieldTo<To>(*constant), field.get());
-            EXPECT_EQ(CastScalarFieldTo<To>(variant), field);
-            EXPECT_EQ(CastScalarFieldTo<To>(constant), field);
         } else {
             const QString text = "bad scalar field cast";
-            EXPECT_TRUE(raises(text, [&] { return CastScalarFieldTo<To>(*variant); }));
-            EXPECT_TRUE(raises(text, [&] { return CastScalarFieldTo<To>(*constant); }));
-            EXPECT_TRUE(raises(text, [&] { return CastScalarFieldTo<To>(std::move(*variant)); }));
-            EXPECT_EQ(CastScalarFieldTo<To>(variant), nullptr);
-            EXPECT_EQ(CastScalarFieldTo<To>(constant), nullptr);
+            expectRaised({{text, [&] { return CastScalarFieldTo<To>(*variant); }},
+                          {text, [&] { return CastScalarFieldTo<To>(*constant); }},
+                          {text, [&] { return CastScalarFieldTo<To>(std::move(*variant)); }}});
         }
-        EXPECT_EQ(CastScalarFieldTo<To>(std::shared_ptr<ScalarFieldVariant>()), nullptr);
     });
+    EXPECT_EQ(CastScalarFieldTo<int>(std::shared_ptr<ScalarFieldVariant>()), nullptr);
 }
 
 /// As pixels are converted, but that `unsigned int` to `int` saturates too.
@@ -264,12 +255,11 @@ TEST(ScalarFieldConversion, RefusesAnUnknownType)
     const QString text = "Unsupported scalar field type";
     const auto strange = std::make_shared<StrangeField>(2, 2);
     const std::shared_ptr<const ScalarFieldVariant> shared = strange;
-    EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return CreateScalarFieldCopyOfType<float>(*strange); }));
-    EXPECT_TRUE(raises<RTE::Exception>(
-        text, [&] { return CastOrCreateScalarFieldCopyOfType<float>(std::move(*strange)); }));
-    EXPECT_TRUE(
-        raises<RTE::Exception>(text, [&] { return CastOrCreateScalarFieldCopyOfType<float>(shared); }));
-    EXPECT_TRUE(raises<RTE::Exception>(text, [&] { return GetSizeOfScalarField(*strange); }));
+    expectRaised<RTE::Exception>(
+        {{text, [&] { return CreateScalarFieldCopyOfType<float>(*strange); }},
+         {text, [&] { return CastOrCreateScalarFieldCopyOfType<float>(std::move(*strange)); }},
+         {text, [&] { return CastOrCreateScalarFieldCopyOfType<float>(shared); }},
+         {text, [&] { return GetSizeOfScalarField(*strange); }}});
     EXPECT_NE(strange->GetSharedDataT(), nullptr);
 }
 

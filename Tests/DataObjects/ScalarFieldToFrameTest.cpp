@@ -7,8 +7,9 @@
 #include "Core/DataObjects/ImageToBuffer.h"
 #include "Core/DataObjects/ImageVolume.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
-#include "Tests/DataObjects/StrangeField.h"
+#include "Tests/DataObjects/Fields.h"
 #include "Tests/Support/AllTypes.h"
+#include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
 #include <functional>
@@ -24,31 +25,15 @@ using testing::Each;
 using testing::ElementsAre;
 using FramePointer = std::unique_ptr<I_FrameImage>;
 
-const Zt::LinearScale kelvin(0.5, 273.0, "K", "Temperature");
-const Zt::LinearScale plain(1.0, 0.0, "", "");
-
 FramePointer newFrame(unsigned int depth)
 {
     return FramePointer(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 3, 2, depth));
 }
 
 template <typename T>
-ScalarField<T> filled(T value)
-{
-    return {ImageData<T>(3, 2, value), kelvin};
-}
-
-template <typename T>
 ImageData<T> view(I_FrameImage& frame, const std::string& name, unsigned int z = 0)
 {
     return GetImageDataFromTypedScalarT<T>(frame, name, z);
-}
-
-/// What a matcher takes.
-template <typename T>
-std::vector<T> valuesOf(const ImageData<T>& data)
-{
-    return {data.begin(), data.end()};
 }
 
 TEST(ScalarFieldToFrame, CopiesEachTypeIntoOnePlane)
@@ -139,32 +124,21 @@ TEST(ScalarFieldToFrame, PixelsAloneFailInTheFilesOfImages)
 {
     const auto frame = newFrame(1);
     const ImageData<float> wide(4, 2, 1.0F);
-    for (const auto& [file, call] :
-         {std::pair<const char*, std::function<void()>>{
-              "ImageToBuffer", [&] { CopyImageDataToTypedScalar(wide, *frame, "a", 0); }},
-          {"ImageToBuffer", [&] { CopyImageDataToTypedScalarT(wide, *frame, "a", 1); }},
-          {"ImageDataFromBuffer", [&] { return view<float>(*frame, "a"); }}}) {
-        try {
-            call();
-            ADD_FAILURE();
-        } catch (const VerificationFailed& failure) {
-            EXPECT_EQ(failure.locationFile(), QStringLiteral("Core/DataObjects/%1").arg(file));
-        }
-    }
+    EXPECT_EQ(locationOf([&] { CopyImageDataToTypedScalar(wide, *frame, "a", 0); }),
+              "Core/DataObjects/ImageToBuffer");
+    EXPECT_EQ(locationOf([&] { CopyImageDataToTypedScalarT(wide, *frame, "a", 1); }),
+              "Core/DataObjects/ImageToBuffer");
+    EXPECT_EQ(locationOf([&] { return view<float>(*frame, "a"); }), "Core/DataObjects/ImageDataFromBuffer");
 }
 
 TEST(ScalarFieldToFrame, APlaneOutOfAFileNeedNotHaveTheSizeOfItsFrame)
 {
-    std::vector<BufferApi::ComponentParts> parts(1);
-    parts[0].name = "TS:a";
-    parts[0].type = BufferApi::DT_FLOAT;
-    parts[0].planes.emplace_back(BufferApi::CreatePlane(BufferApi::DT_FLOAT, 1, 2));
-    const auto frame = BufferApi::buildFrame({BufferApi::FrameKind::Image, 3, 2, 1}, std::move(parts));
-    const QString otherSize = "Size of TS and plane must be equal.";
+    const auto frame =
+        frameOfParts(BufferApi::FrameKind::Image, 3, 2, onePlane("TS:a", BufferApi::DT_FLOAT, 1, 2));
     ImageData<float> larger(3, 2, 1.0F);
-    EXPECT_TRUE(raises(otherSize, [&] { MoveScalarFieldToFrame(larger, *frame, "a"); }));
-    const ScalarField<float> fitting(ImageData<float>(1, 2, 2.0F), kelvin);
-    CopyScalarFieldToFrameTypedScalar(fitting, *frame, "a", 0);
+    EXPECT_TRUE(
+        raises("Size of TS and plane must be equal.", [&] { MoveScalarFieldToFrame(larger, *frame, "a"); }));
+    CopyScalarFieldToFrameTypedScalar(filled(1, 2, 2.0F), *frame, "a", 0);
     EXPECT_THAT(CastScalarFieldTo<float>(*GetScalarField(*frame, "a", 0)), Each(2.0F));
     CopyScalarFieldToFrameTypedScalar(filled(3), *frame, "a", 0);
     EXPECT_THAT(CastScalarFieldTo<int>(*GetScalarField(*frame, "a", 0)), Each(3));
@@ -247,22 +221,21 @@ TEST(ScalarFieldToFrame, AFieldThatServesTwoPlanesIsCopied)
 
 TEST(ScalarFieldToFrame, VolumesFailBeforeAnythingMoves)
 {
+    auto volume = volumeWithA();
     const auto frame = newFrame(2);
-    const auto expectRaised = [&](const QString& text, ImageVolume<int>& volume, I_FrameImage& target) {
+    const auto expectRefused = [&](const QString& text, I_FrameImage& target) {
         const float* const memory = memoryOf(volume, 0);
         EXPECT_TRUE(raises(text, [&] { MoveScalarFieldsFromVolumeToFrame(volume, target); }));
         EXPECT_EQ(memoryOf(volume, 0), memory);
         EXPECT_EQ(target.GetComponentCount(), 1U);
     };
-    auto volume = volumeWithA();
-    expectRaised("Image volume field and image frame have different depth", volume, *newFrame(1));
+    expectRefused("Image volume field and image frame have different depth", *newFrame(1));
     auto& second = volume.getPlane(1).GetScalarFields();
     second.Add(BufferApi::DT_DOUBLE, "a", nullptr);
-    expectRaised("bad scalar field cast", volume, *frame);
+    expectRefused("bad scalar field cast", *frame);
     second.Remove("a");
-    expectRaised("Scalar field 'a' is not existing.", volume, *frame);
-    const FramePointer wider(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 4, 2, 2));
-    expectRaised("Size of TS and plane must be equal.", volume, *wider);
+    expectRefused("Scalar field 'a' is not existing.", *frame);
+    expectRefused("Size of TS and plane must be equal.", *TestSupport::newFrame(BufferApi::DT_WORD, 4, 2, 2));
 }
 
 } // namespace

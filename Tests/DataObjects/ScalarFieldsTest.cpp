@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ScalarFields.h"
 
-#include "Tests/DataObjects/StrangeField.h"
+#include "Tests/DataObjects/Fields.h"
 #include "Tests/Support/Raises.h"
 
 #include <array>
@@ -17,17 +17,9 @@ using namespace TestSupport;
 using testing::Each;
 using Size = Math::Size2T<unsigned int>;
 
-const Zt::LinearScale plain(1.0, 0.0, "", "");
-const Zt::LinearScale kelvin(0.5, 273.0, "K", "Temperature");
 const QString wrongSize = "Source scalar field has wrong size.";
 const QString emptyInMap = "Empty scalar field names are not allowed.";
 const QString emptyTyped = "empty scalar field name is not allowed.";
-
-template <typename T>
-ScalarField<T> filled(unsigned int width, unsigned int height, T value)
-{
-    return {ImageData<T>(width, height, value), kelvin};
-}
 
 const ScalarField<float>& floats(const ScalarFields& fields, const QString& name)
 {
@@ -95,7 +87,7 @@ TEST(ScalarFields, TypedAddKnowsTheSixTypes)
     EXPECT_EQ(static_cast<int>(fields.Get("a")->GetDataType()), 7);
 }
 
-TEST(ScalarFields, AddCopiesMovesOrTakesTheField)
+TEST(ScalarFields, AddCopiesMovesOrTakesTheFieldAndSetWritesIntoIt)
 {
     ScalarFields fields(2, 2);
     auto source = filled<int>(2, 2, 5);
@@ -112,55 +104,43 @@ TEST(ScalarFields, AddCopiesMovesOrTakesTheField)
     EXPECT_EQ(fields.Get("moved").get(), address);
     EXPECT_EQ(before->ShareData(), data);
     EXPECT_THAT(fields.GetNames(), testing::ElementsAre("copied", "moved"));
+    fields.Set("moved", filled<double>(2, 2, 3.5));
+    EXPECT_EQ(fields.Get("moved").get(), address);
+    EXPECT_THAT(CastScalarFieldTo<double>(*address), Each(3.5));
+    EXPECT_EQ(address->GetScaleI(), kelvin);
 }
-
-/// Every call on a collection of 2 × 2 that has "a" of float, filled with 1.
-struct Failure
-{
-    const char* what;
-    QString text;
-    std::function<void(ScalarFields&)> call;
-};
 
 TEST(ScalarFields, FailuresLeaveTheCollectionAsItWas)
 {
     auto larger = filled<float>(3, 2, 4.0F);
     auto fitting = filled<float>(2, 2, 4.0F);
     const auto owned = [](const auto& field) { return std::make_unique<ScalarField<float>>(field); };
-    const std::array failures{
-        Failure{"copy, size", wrongSize, [&](auto& fields) { fields.Add("a", std::as_const(larger)); }},
-        Failure{"copy, size first", wrongSize, [&](auto& fields) { fields.Add("", std::as_const(larger)); }},
-        Failure{"copy, name", emptyInMap, [&](auto& fields) { fields.Add("", std::as_const(fitting)); }},
-        Failure{"move, size", wrongSize, [&](auto& fields) { fields.Add("a", std::move(larger)); }},
-        Failure{"move, name", emptyInMap, [&](auto& fields) { fields.Add("", std::move(fitting)); }},
-        Failure{"take, size", wrongSize, [&](auto& fields) { fields.Add("b", owned(larger)); }},
-        Failure{"take, name", emptyInMap, [&](auto& fields) { fields.Add("", owned(fitting)); }},
-        Failure{"take null", "Scalar field is null",
-                [](auto& fields) { fields.Add("b", std::unique_ptr<ScalarFieldVariant>()); }},
-        Failure{"typed", emptyTyped, [](auto& fields) { fields.Add(BufferApi::DT_BYTE, "", nullptr); }},
-        Failure{"zeros", emptyTyped, [](auto& fields) { fields.Add(""); }},
-        Failure{"value", emptyTyped, [](auto& fields) { fields.Add("", 1.0F); }},
-        Failure{"get", "Scalar field 'A %1' is not existing.",
-                [](auto& fields) { return fields.Get("A %1"); }},
-        Failure{"const get", "Scalar field '' is not existing.",
-                [](auto& fields) { return std::as_const(fields).Get(""); }},
-        Failure{"set, name", "Scalar field 'b' is not existing.",
-                [&](auto& fields) { fields.Set("b", larger); }},
-        Failure{"set, size", "Source and destination have different sizes.",
-                [&](auto& fields) { fields.Set("a", larger); }},
-        Failure{"set, type", "bad scalar field cast",
-                [](auto& fields) { fields.Set("a", filled<double>(2, 2, 1.0)); }},
-        Failure{"rename to itself", "Scalar field already contains item of the new name.",
-                [](auto& fields) { fields.Rename("a", "a"); }},
-        Failure{"rename a missing one", "Scalar field already contains item of the new name.",
-                [](auto& fields) { fields.Rename("missing", "a"); }},
-        Failure{"rename to nothing", emptyInMap, [](auto& fields) { fields.Rename("a", ""); }},
-    };
+    const QString newExists = "Scalar field already contains item of the new name.";
+    ScalarFields fields(2, 2);
+    const auto field = fields.Add("a", 1.0F);
+    const std::vector<Failure> failures{
+        {wrongSize, [&] { fields.Add("a", std::as_const(larger)); }},
+        {wrongSize, [&] { fields.Add("", std::as_const(larger)); }},
+        {emptyInMap, [&] { fields.Add("", std::as_const(fitting)); }},
+        {wrongSize, [&] { fields.Add("a", std::move(larger)); }},
+        {emptyInMap, [&] { fields.Add("", std::move(fitting)); }},
+        {wrongSize, [&] { fields.Add("b", owned(larger)); }},
+        {emptyInMap, [&] { fields.Add("", owned(fitting)); }},
+        {"Scalar field is null", [&] { fields.Add("b", std::unique_ptr<ScalarFieldVariant>()); }},
+        {emptyTyped, [&] { fields.Add(BufferApi::DT_BYTE, "", nullptr); }},
+        {emptyTyped, [&] { fields.Add(""); }},
+        {emptyTyped, [&] { fields.Add("", 1.0F); }},
+        {"Scalar field 'A %1' is not existing.", [&] { return fields.Get("A %1"); }},
+        {"Scalar field '' is not existing.", [&] { return std::as_const(fields).Get(""); }},
+        {"Scalar field 'b' is not existing.", [&] { fields.Set("b", larger); }},
+        {"Source and destination have different sizes.", [&] { fields.Set("a", larger); }},
+        {"bad scalar field cast", [&] { fields.Set("a", filled<double>(2, 2, 1.0)); }},
+        {newExists, [&] { fields.Rename("a", "a"); }},
+        {newExists, [&] { fields.Rename("missing", "a"); }},
+        {emptyInMap, [&] { fields.Rename("a", ""); }}};
     for (const Failure& failure : failures) {
-        SCOPED_TRACE(failure.what);
-        ScalarFields fields(2, 2);
-        const auto field = fields.Add("a", 1.0F);
-        EXPECT_TRUE(raises(failure.text, [&] { failure.call(fields); }));
+        expectRaised({failure});
+        SCOPED_TRACE(&failure - failures.data());
         EXPECT_EQ(fields.GetCount(), 1U);
         EXPECT_EQ(fields.Get("a"), field);
         EXPECT_THAT(floats(fields, "a"), Each(1.0F));
@@ -173,8 +153,8 @@ TEST(ScalarFields, AnUnknownTypeIsSeenBeforeTheSizeAndStays)
 {
     ScalarFields fields(2, 2);
     StrangeField strange(3, 3);
-    EXPECT_TRUE(
-        raises<RTE::Exception>("Unsupported scalar field type", [&] { fields.Add("", std::move(strange)); }));
+    const auto add = [&] { fields.Add("", std::move(strange)); };
+    EXPECT_TRUE(raises<RTE::Exception>("Unsupported scalar field type", add));
     EXPECT_NE(strange.GetSharedDataT(), nullptr);
     EXPECT_TRUE(fields.empty());
 }
@@ -182,30 +162,12 @@ TEST(ScalarFields, AnUnknownTypeIsSeenBeforeTheSizeAndStays)
 TEST(ScalarFields, AMissingKeyIsOutOfRange)
 {
     ScalarFields fields(2, 2);
-    const auto text = [](auto& collection) {
-        try {
-            static_cast<void>(collection["missing"]);
-        } catch (const std::out_of_range& error) {
-            return std::string(error.what());
-        }
-        return std::string();
-    };
-    EXPECT_EQ(text(fields), "invalid map<K, T> key");
-    EXPECT_EQ(text(std::as_const(fields)), "invalid map<K, T> key");
+    EXPECT_EQ(textOfMissing(fields), "invalid map<K, T> key");
+    EXPECT_EQ(textOfMissing(std::as_const(fields)), "invalid map<K, T> key");
     EXPECT_FALSE(fields.Contains("missing"));
     const auto field = fields.Add("there");
     EXPECT_EQ(fields["there"], field);
     EXPECT_EQ(std::as_const(fields)["there"], field);
-}
-
-TEST(ScalarFields, SetWritesIntoTheFieldThatIsThere)
-{
-    ScalarFields fields(2, 2);
-    const auto held = fields.Add("a");
-    fields.Set("a", filled<float>(2, 2, 3.5F));
-    EXPECT_EQ(fields.Get("a"), held);
-    EXPECT_THAT(CastScalarFieldTo<float>(*held), Each(3.5F));
-    EXPECT_EQ(held->GetScaleI(), kelvin);
 }
 
 TEST(ScalarFields, RenamesAndRemoves)

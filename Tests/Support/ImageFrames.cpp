@@ -79,4 +79,19 @@ void* pixelsOf(const I_Frame& frame, unsigned int z)
     return memoryOf(frame, I_FrameImage::COMPONENT_PIXEL, z);
 }
 
+std::unique_ptr<I_FrameImage> newFrame(E_DataType type, unsigned int width, unsigned int height,
+                                       unsigned int depth)
+{
+    return std::unique_ptr<I_FrameImage>(CreateImageFrame(type, width, height, depth));
+}
+
+ComponentParts onePlane(const std::string& name, E_DataType type, unsigned int width, unsigned int height)
+{
+    ComponentParts parts;
+    parts.name = name;
+    parts.type = type;
+    parts.planes.emplace_back(CreatePlane(type, width, height));
+    return parts;
+}
+
 } // namespace TestSupport

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/FrameBuilder.h"
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace TestSupport
 {
@@ -29,5 +32,32 @@ void removeMask(BufferApi::I_Frame& frame);
 [[nodiscard]] void* memoryOf(const BufferApi::I_Frame& frame, const std::string& component, unsigned int z);
 /// The same of the pixels.
 [[nodiscard]] void* pixelsOf(const BufferApi::I_Frame& frame, unsigned int z);
+
+/// A frame without a mask.
+[[nodiscard]] std::unique_ptr<BufferApi::I_FrameImage>
+newFrame(BufferApi::E_DataType type, unsigned int width, unsigned int height, unsigned int depth = 1);
+
+/// A component of one plane.
+[[nodiscard]] BufferApi::ComponentParts onePlane(const std::string& name, BufferApi::E_DataType type,
+                                                 unsigned int width, unsigned int height);
+
+/// A frame of one plane as out of a file: its components need not have its size.
+template <typename... Components>
+[[nodiscard]] std::unique_ptr<BufferApi::I_Frame> frameOfParts(BufferApi::FrameKind kind, unsigned int width,
+                                                               unsigned int height, Components... components)
+{
+    std::vector<BufferApi::ComponentParts> parts;
+    (parts.push_back(std::move(components)), ...);
+    return BufferApi::buildFrame({kind, width, height, 1}, std::move(parts));
+}
+
+/// A buffer that takes these frames over.
+template <typename... Frames>
+[[nodiscard]] std::unique_ptr<BufferApi::I_Buffer> bufferOf(Frames*... frames)
+{
+    std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
+    (buffer->AddFrame(frames), ...);
+    return buffer;
+}
 
 } // namespace TestSupport

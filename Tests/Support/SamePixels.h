@@ -6,6 +6,7 @@
 #include <concepts>
 #include <cstring>
 #include <span>
+#include <utility>
 
 namespace TestSupport
 {
@@ -36,6 +37,14 @@ template <typename T>
         }
     }
     return testing::AssertionSuccess();
+}
+
+/// The same of whatever has begin() and size(): images, masks, vectors.
+template <typename Actual, typename Expected>
+[[nodiscard]] testing::AssertionResult samePixels(const Actual& actual, const Expected& expected)
+{
+    return samePixels(std::span(std::as_const(actual).begin(), static_cast<std::size_t>(actual.size())),
+                      std::span(std::as_const(expected).begin(), static_cast<std::size_t>(expected.size())));
 }
 
 } // namespace TestSupport
