@@ -112,14 +112,7 @@ TEST(AttributeValue, CopiesAreEqualAndMovingLeavesNull)
     }
 }
 
-TEST(AttributeValue, ANullPointerIsTheEmptyText)
-{
-    const AttributeValue value(static_cast<const char*>(nullptr));
-    EXPECT_EQ(value.GetType(), AttributeValue::TypeString);
-    EXPECT_EQ(value.value<QString>(), QString());
-}
-
-TEST(AttributeValue, BytesBehindAZeroStayInAStdString)
+TEST(AttributeValue, TextsMayBeMissingOrHoldAZero)
 {
     const std::string bytes("12\0"
                             "34",
@@ -128,6 +121,9 @@ TEST(AttributeValue, BytesBehindAZeroStayInAStdString)
     EXPECT_EQ(value.toStdString(), bytes);
     EXPECT_EQ(value.toString(), QStringLiteral("12"));
     EXPECT_EQ(AttributeValue(QString::fromLatin1(bytes.data(), 5)).value<int>(), 12);
+    const AttributeValue null(static_cast<const char*>(nullptr));
+    EXPECT_EQ(null.GetType(), AttributeValue::TypeString);
+    EXPECT_EQ(null.value<QString>(), QString());
 }
 
 TEST(AttributeValue, IsEqualByKindAndText)
@@ -458,7 +454,7 @@ TEST(AttributeValue, TakesItsValueFromTextByItsKind)
     }
 }
 
-TEST(AttributeValue, AnUnreadableTextLeavesAFreshValueEmpty)
+TEST(AttributeValue, UnreadableTextsAndUnknownKindsAreEmpty)
 {
     const AttributeValue value = deserialized(AttributeValue::TypeInt32, QStringLiteral("x"));
     EXPECT_EQ(value.Count(), 1U);
@@ -468,17 +464,13 @@ TEST(AttributeValue, AnUnreadableTextLeavesAFreshValueEmpty)
     AttributeValue absent(5);
     absent.DeserializeFrom(Storage::Settings());
     EXPECT_TRUE(absent.IsNull());
-}
 
-TEST(AttributeValue, AnUnknownKindIsAnEmptyList)
-{
-    const AttributeValue value = deserialized(99, QStringLiteral("7"), AttributeValue(5));
-    EXPECT_TRUE(value.IsList());
-    EXPECT_FALSE(value.IsScalar());
-    EXPECT_EQ(value.Count(), 0U);
-    EXPECT_EQ(value.value<QString>(), QString());
-    EXPECT_TRUE(
-        raises(QStringLiteral("List is not convertible."), [&] { std::ignore = value.value<int>(); }));
+    const AttributeValue unknown = deserialized(99, QStringLiteral("7"), AttributeValue(5));
+    EXPECT_TRUE(unknown.IsList());
+    EXPECT_FALSE(unknown.IsScalar());
+    EXPECT_EQ(unknown.Count(), 0U);
+    EXPECT_EQ(unknown.value<QString>(), QString());
+    EXPECT_TRUE(raises("List is not convertible.", [&] { return unknown.value<int>(); }));
 }
 
 TEST(AttributeValue, AListReadInPlaceLeavesItsCopiesAlone)

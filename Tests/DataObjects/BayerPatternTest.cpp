@@ -4,11 +4,13 @@
 #include "Core/Buffer/BufferApi.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ImageBuffer.h"
+#include "Tests/Support/ImageFrames.h"
 
 namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 
 TEST(BayerPatternTest, ANumberOfAtLeastOneMarksAMosaic)
 {
@@ -36,10 +38,8 @@ TEST(BayerPatternTest, ANumberOfAtLeastOneMarksAMosaic)
         image.GetAttributes().set("RGBFrame", each.value);
         EXPECT_EQ(isBayerPatternImage(image), each.isMosaic);
 
-        const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
-        for (int i = 0; i < 2; ++i) {
-            buffer->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 2, 2, 1));
-        }
+        const auto buffer = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 2, 2, 1),
+                                     BufferApi::CreateImageFrame(BufferApi::DT_WORD, 2, 2, 1));
         EXPECT_FALSE(hasBayerPatternImage(*buffer));
         BufferAttributes(*buffer->GetFrame(1)).set("RGBFrame", each.value);
         EXPECT_EQ(isBayerPatternImage(*buffer->GetFrame(1)), each.isMosaic);
@@ -63,15 +63,14 @@ TEST(BayerPatternTest, BuffersAskAllTheirFrames)
 
 TEST(BayerPatternTest, TheFirstFrameTellsPackedColour)
 {
-    const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
+    const auto buffer = bufferOf();
     EXPECT_FALSE(isRGBBuffer(*buffer));
     EXPECT_FALSE(hasBayerPatternImage(*buffer));
     buffer->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_RGB, 2, 2, 1));
     EXPECT_TRUE(isRGBFrame(*buffer->GetFrame(0)));
     EXPECT_TRUE(isRGBBuffer(*buffer));
-    const std::unique_ptr<BufferApi::I_Buffer> words(BufferApi::CreateBuffer());
-    words->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 2, 2, 1));
-    words->AddFrame(BufferApi::CreateImageFrame(BufferApi::DT_RGB, 2, 2, 1));
+    const auto words = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 2, 2, 1),
+                                BufferApi::CreateImageFrame(BufferApi::DT_RGB, 2, 2, 1));
     EXPECT_FALSE(isRGBFrame(*words->GetFrame(0)));
     EXPECT_FALSE(isRGBBuffer(*words));
 }

@@ -9,8 +9,6 @@
 
 #include <QTemporaryDir>
 
-#include <functional>
-
 namespace
 {
 
@@ -293,25 +291,21 @@ private:
     unsigned int m_kind;
 };
 
-class UntypedPlane final : public BufferApi::I_PlaneBase
+/// An attribute that is a plane of no type.
+class UntypedAttribute final : public BufferApi::I_AttributePlane, public BufferApi::I_PlaneBase
 {
 public:
+    [[nodiscard]] unsigned int GetKind() const override { return BufferApi::AT_PLANE; }
+    [[nodiscard]] BufferApi::I_PlaneBase* GetPlane() const override
+    {
+        return const_cast<UntypedAttribute*>(this);
+    }
+    void SetPlane(BufferApi::I_PlaneBase* /*plane*/) override {}
     [[nodiscard]] BufferApi::E_DataType GetDataType() const override { return BufferApi::DT_UNKNOWN; }
     [[nodiscard]] void* GetData() const override { return nullptr; }
     [[nodiscard]] void* ReleaseData() override { return nullptr; }
     [[nodiscard]] unsigned int GetWidth() const override { return 0; }
     [[nodiscard]] unsigned int GetHeight() const override { return 1; }
-};
-
-class UntypedAttribute final : public BufferApi::I_AttributePlane
-{
-public:
-    [[nodiscard]] unsigned int GetKind() const override { return BufferApi::AT_PLANE; }
-    [[nodiscard]] BufferApi::I_PlaneBase* GetPlane() const override { return m_plane.get(); }
-    void SetPlane(BufferApi::I_PlaneBase* /*plane*/) override {}
-
-private:
-    std::unique_ptr<UntypedPlane> m_plane = std::make_unique<UntypedPlane>();
 };
 
 TEST(BufferAttributes, MeetKindsOfOtherMakers)

@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 
 namespace
 {
@@ -55,30 +54,26 @@ BufferPointer vectorBuffer()
     return bufferOf(frame);
 }
 
-TEST(DataObjectFromBuffer, TheFirstFrameDecidesTheKind)
+TEST(DataObjectFromBuffer, TheFirstFrameDecidesTheKindAndAMarkForWhoeverWantsColour)
 {
-    EXPECT_EQ(GetDataObjectFromBuffer(colourBuffer())->getTypeIdentifier(), "RGBImageBuffer");
-    EXPECT_EQ(GetDataObjectFromBuffer(wordBuffer())->getTypeIdentifier(), "ImageBufferVariant");
-    EXPECT_EQ(GetDataObjectFromBuffer(wordBuffer("1"))->getTypeIdentifier(), "ImageBufferVariant")
+    const QString image = "ImageBufferVariant";
+    const QString colour = "RGBImageBuffer";
+    EXPECT_EQ(GetDataObjectFromBuffer(colourBuffer())->getTypeIdentifier(), colour);
+    EXPECT_EQ(GetDataObjectAsRGBFromBuffer(colourBuffer())->getTypeIdentifier(), colour);
+    EXPECT_EQ(GetDataObjectFromBuffer(wordBuffer())->getTypeIdentifier(), image);
+    EXPECT_EQ(GetDataObjectFromBuffer(wordBuffer("1"))->getTypeIdentifier(), image)
         << "a mark alone is no wish for colour";
-    EXPECT_EQ(GetDataObjectAsRGBFromBuffer(colourBuffer())->getTypeIdentifier(), "RGBImageBuffer");
-}
-
-TEST(DataObjectFromBuffer, MarkedImagesBecomeColourForWhoeverWantsIt)
-{
     for (const char* const mark : {"1", "257", "769"}) {
-        EXPECT_EQ(GetDataObjectAsRGBFromBuffer(wordBuffer(mark))->getTypeIdentifier(), "RGBImageBuffer")
-            << mark;
+        EXPECT_EQ(GetDataObjectAsRGBFromBuffer(wordBuffer(mark))->getTypeIdentifier(), colour) << mark;
     }
     for (const QString& mark : {QString(), QStringLiteral(""), QStringLiteral("0")}) {
-        EXPECT_EQ(GetDataObjectAsRGBFromBuffer(wordBuffer(mark))->getTypeIdentifier(), "ImageBufferVariant")
+        EXPECT_EQ(GetDataObjectAsRGBFromBuffer(wordBuffer(mark))->getTypeIdentifier(), image)
             << mark.toStdString();
     }
     // A wish that cannot be met is no image either.
     for (const char* const mark : {"0.0", "abc", " 0", "-1"}) {
-        EXPECT_TRUE(raises("Invalid RGB frame", [&] {
-            return GetDataObjectAsRGBFromBuffer(wordBuffer(mark));
-        })) << mark;
+        const auto get = [&] { return GetDataObjectAsRGBFromBuffer(wordBuffer(mark)); };
+        EXPECT_TRUE(raises("Invalid RGB frame", get)) << mark;
     }
     auto bytes = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_BYTE, 4, 4, 1));
     setText(*bytes->GetFrame(0), Attr::rgbFrame, QStringLiteral("1"));
@@ -89,12 +84,11 @@ TEST(DataObjectFromBuffer, MarkedImagesBecomeColourForWhoeverWantsIt)
 TEST(DataObjectFromBuffer, AllElseIsNotImplemented)
 {
     const std::array<std::function<BufferPointer()>, 3> makers = {
-        [] { return BufferPointer(); }, [] { return BufferPointer(BufferApi::CreateBuffer()); },
-        [] { return vectorBuffer(); }};
+        [] { return BufferPointer(); }, [] { return bufferOf(); }, [] { return vectorBuffer(); }};
     for (const auto& make : makers) {
-        EXPECT_TRUE(raises<RTE::Exception>(notImplemented, [&] { return GetDataObjectFromBuffer(make()); }));
-        EXPECT_TRUE(
-            raises<RTE::Exception>(notImplemented, [&] { return GetDataObjectAsRGBFromBuffer(make()); }));
+        expectRaised<RTE::Exception>(
+            {{notImplemented, [&] { return GetDataObjectFromBuffer(make()); }},
+             {notImplemented, [&] { return GetDataObjectAsRGBFromBuffer(make()); }}});
     }
     auto late = wordBuffer();
     late->AddFrame(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
@@ -104,8 +98,7 @@ TEST(DataObjectFromBuffer, AllElseIsNotImplemented)
 
 TEST(DataObjectFromBuffer, ObjectsOwnAllTheyNeed)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto type = BufferApi::GetDataType<T>();
         auto buffer = imageBuffer(type, 2, 2);
         const void* const pixels = pixelsOf(*buffer->GetFrame(1), 1);
@@ -150,13 +143,10 @@ TEST(DataObjectFromBuffer, BuffersAreMadeOfImagesAndColours)
     const auto ofImages = createBufferFromVariant(ImageBuffer<float>(image, AttributesContainer()));
     EXPECT_EQ(ofImages->GetFrame(0)->GetDataType(), BufferApi::DT_FLOAT);
     EXPECT_TRUE(ofImages->GetFrame(0)->HasMask());
-    const auto ofColours = createBufferFromVariant(RGBImageBuffer(4, 4, 2, Rgb16(10, 20, 30), true));
+    auto ofColours = createBufferFromVariant(RGBImageBuffer(4, 4, 2, Rgb16(10, 20, 30), true));
     EXPECT_EQ(ofColours->GetFrameCount(), 2U);
     EXPECT_EQ(ofColours->GetFrame(0)->GetDataType(), BufferApi::DT_WORD);
-    EXPECT_EQ(GetDataObjectAsRGBFromBuffer(
-                  createBufferFromVariant(RGBImageBuffer(4, 4, 2, Rgb16(10, 20, 30), true)))
-                  ->getTypeIdentifier(),
-              "RGBImageBuffer");
+    EXPECT_EQ(GetDataObjectAsRGBFromBuffer(std::move(ofColours))->getTypeIdentifier(), "RGBImageBuffer");
     for (const QString& identifier :
          {TypeIdentifier::scatterPlot, TypeIdentifier::invalid, QString(), QStringLiteral("Other"),
           TypeIdentifier::imageBuffer, TypeIdentifier::rgbImageBuffer}) {
@@ -166,33 +156,34 @@ TEST(DataObjectFromBuffer, BuffersAreMadeOfImagesAndColours)
 
 TEST(BufferStructureInformation, TellsTheFirstFrame)
 {
+    using Numbers = std::vector<unsigned int>;
+    using Flags = std::vector<bool>;
+    const auto numbers = [](const auto& of) {
+        return Numbers{of.frameCount, of.width, of.height, of.depth, of.gridX, of.gridY, of.gridZ};
+    };
+    const auto flags = [](const auto& of) {
+        return Flags{of.isImage, of.isVector, of.isVector3C, of.hasMask};
+    };
     auto images = imageBuffer(BufferApi::DT_INT32, 3, 2);
     images->AddFrame(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
     const auto ofImages = GetBufferStructureInformationForBuffer(*images);
-    EXPECT_EQ(ofImages.frameCount, 3U);
-    EXPECT_EQ(std::vector({ofImages.width, ofImages.height, ofImages.depth}), std::vector({31U, 17U, 3U}));
+    EXPECT_EQ(numbers(ofImages), (Numbers{3, 31, 17, 3, 0, 0, 1}));
+    EXPECT_EQ(flags(ofImages), (Flags{true, false, false, true}));
     EXPECT_EQ(ofImages.dataType, BufferApi::DT_INT32);
-    EXPECT_EQ(std::vector({ofImages.gridX, ofImages.gridY, ofImages.gridZ}), std::vector({0U, 0U, 1U}));
-    EXPECT_EQ(std::vector({ofImages.isImage, ofImages.isVector, ofImages.isVector3C, ofImages.hasMask}),
-              std::vector({true, false, false, true}));
     EXPECT_EQ(ofImages.name, "Recording");
 
     const auto ofColours = GetBufferStructureInformationForBuffer(*colourBuffer());
+    EXPECT_EQ(flags(ofColours), (Flags{true, false, false, false}));
     EXPECT_EQ(ofColours.dataType, BufferApi::DT_RGB);
-    EXPECT_TRUE(ofColours.isImage);
-    EXPECT_FALSE(ofColours.hasMask);
 
     const auto ofVectors = GetBufferStructureInformationForBuffer(*vectorBuffer());
-    EXPECT_EQ(std::vector({ofVectors.gridX, ofVectors.gridY, ofVectors.gridZ}), std::vector({16U, 8U, 4U}));
-    EXPECT_EQ(std::vector({ofVectors.width, ofVectors.height, ofVectors.depth}), std::vector({6U, 5U, 2U}));
+    EXPECT_EQ(numbers(ofVectors), (Numbers{1, 6, 5, 2, 16, 8, 4}));
+    EXPECT_EQ(flags(ofVectors), (Flags{false, true, true, false}));
     EXPECT_EQ(ofVectors.dataType, BufferApi::DT_FLOAT);
-    EXPECT_EQ(std::vector({ofVectors.isImage, ofVectors.isVector, ofVectors.isVector3C}),
-              std::vector({false, true, true}));
-    EXPECT_FALSE(GetBufferStructureInformationForBuffer(*bufferOf(BufferApi::CreateVectorFrame2C(2, 2, 1, 1)))
-                     .isVector3C);
+    const auto two = bufferOf(BufferApi::CreateVectorFrame2C(2, 2, 1, 1));
+    EXPECT_FALSE(GetBufferStructureInformationForBuffer(*two).isVector3C);
 
-    const BufferPointer none(BufferApi::CreateBuffer());
-    const auto ofNone = GetBufferStructureInformationForBuffer(*none);
+    const auto ofNone = GetBufferStructureInformationForBuffer(*bufferOf());
     EXPECT_EQ(ofNone.frameCount + ofNone.width + ofNone.depth + ofNone.gridX, 0U);
     EXPECT_EQ(ofNone.dataType, BufferApi::DT_UNKNOWN);
     EXPECT_FALSE(ofNone.isImage || ofNone.isVector);

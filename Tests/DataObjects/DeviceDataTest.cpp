@@ -7,10 +7,10 @@
 #include "Core/DataObjects/DataObjectAttributeSink.h"
 #include "Core/DataObjects/DeviceDataAccess.h"
 #include "Core/DataObjects/DeviceDataFromAttributes.h"
+#include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
 #include <cmath>
-#include <functional>
 
 namespace
 {
@@ -112,7 +112,7 @@ TEST(DeviceData, FindsRecordsOrRaises)
 TEST(DeviceData, ComesThroughFrames)
 {
     const AttributesContainer attributes = sample();
-    const std::unique_ptr<BufferApi::I_Frame> frame(BufferApi::CreateImageFrame(BufferApi::DT_BYTE, 1, 1, 1));
+    const auto frame = newFrame(BufferApi::DT_BYTE, 1, 1);
     BufferAttributes stored(*frame);
     stored.merge(attributes);
     EXPECT_EQ(GetAllDevData(stored), GetAllDevData(attributes));
@@ -222,7 +222,7 @@ TEST(DeviceData, GivesThePoseOfARobot)
 
 TEST(DeviceData, MarksBuffers)
 {
-    const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
+    const auto buffer = bufferOf();
     EXPECT_FALSE(IsRawViewAndBgImageDisabled(BufferAttributes(*buffer)));
     AddDisableRawViewAndBgImageAttribute(*buffer);
     EXPECT_TRUE(IsRawViewAndBgImageDisabled(BufferAttributes(*buffer)));

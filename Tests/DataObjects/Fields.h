@@ -2,27 +2,13 @@
 #pragma once
 
 #include "Core/DataObjects/ScalarField.h"
+#include "Tests/DataObjects/StrangeField.h"
 #include "Tests/Support/Scales.h"
 
 #include <stdexcept>
 
 namespace TestSupport
 {
-
-/// A scalar field that says it is of a type which the library does not have.
-class StrangeField : public DataObjects::ScalarField<float>
-{
-public:
-    StrangeField(unsigned int width, unsigned int height)
-        : ScalarField(width, height, Zt::LinearScale(Zt::ScalePreset::I))
-    {
-        InitializeWithZeros();
-    }
-    [[nodiscard]] DataObjects::E_DataType GetDataType() const noexcept override
-    {
-        return static_cast<DataObjects::E_DataType>(2);
-    }
-};
 
 template <typename T>
 DataObjects::ScalarField<T> filled(unsigned int width, unsigned int height, T value,

@@ -21,8 +21,6 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <functional>
-
 namespace
 {
 
@@ -127,8 +125,7 @@ TEST_F(FilesystemExport, AFailedExportLeavesTheOldFile)
 
 TEST_F(FilesystemExport, ImagesOfAllTypesComeBackBitForBit)
 {
-    forAllTypes([&](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([&]<typename T>(PixelTypes::Tag<T>) {
         const auto frame = imageFrame(BufferApi::GetDataType<T>(), 1);
         const QString file = path("image.qfi");
         ExportImage(GetImageT<T>(*frame, 0, true), file);
@@ -214,8 +211,7 @@ TEST_F(FilesystemExport, MasksAreBytesOf255And0)
 
 TEST_F(FilesystemExport, ScalarFieldsAreImagesWithTheirScale)
 {
-    forAllTypes([&](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([&]<typename T>(PixelTypes::Tag<T>) {
         ScalarField<T> field(3, 2, kelvin);
         std::iota(field.begin(), field.end(), T{10});
         ExportScalarField(static_cast<const ScalarFieldVariant&>(field), path("field"));

@@ -6,11 +6,14 @@
 #include "Core/DataObjects/AttributeKeyValuePairs.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/DataObjectAttributeSink.h"
+#include "Tests/Support/ImageFrames.h"
+#include "Tests/Support/Scales.h"
 
 namespace
 {
 
 using namespace DataObjects;
+using namespace TestSupport;
 
 RTE::DeviceDataT<double> device(const QString& name, const QString& alias, std::vector<double> trace)
 {
@@ -98,15 +101,15 @@ TEST(GlobalAndFrameAttributes, GiveTheGlobalValueOrThatOfTheFirstFrame)
 
 TEST(GlobalAndFrameAttributes, ComeFromABufferByCopy)
 {
-    const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::CreateBuffer());
+    const auto buffer = bufferOf();
     BufferAttributes(*buffer).set("Global", 1);
     for (int i = 0; i < 2; ++i) {
-        BufferApi::I_Frame* frame = BufferApi::CreateImageFrame(BufferApi::DT_BYTE, 1, 1, 1);
+        BufferApi::I_Frame* frame = newFrame(BufferApi::DT_BYTE, 1, 1).release();
         buffer->AddFrame(frame);
-        frame->SetScaleX({1.0 + i, 0.0, QString(), QString()});
-        frame->SetScaleY({3.0 + i, 0.0, QString(), QString()});
-        frame->SetScaleZ({5.0 + i, 0.0, QString(), QString()});
-        frame->SetScaleI({7.0 + i, 0.0, QString(), QString()});
+        frame->SetScaleX(scaleOf(1.0 + i));
+        frame->SetScaleY(scaleOf(3.0 + i));
+        frame->SetScaleZ(scaleOf(5.0 + i));
+        frame->SetScaleI(scaleOf(7.0 + i));
         // Sorted, so that no group takes away what came before it.
         BufferAttributes(*frame).set("Acq.X", i);
         BufferAttributes(*frame).set("Acq", i);
@@ -118,13 +121,10 @@ TEST(GlobalAndFrameAttributes, ComeFromABufferByCopy)
     ASSERT_EQ(all.frameAttributes.size(), 2U);
     EXPECT_EQ(all.frameAttributes[1].attributeValue("Acq").toString(), QStringLiteral("1"));
     EXPECT_TRUE(all.frameAttributes[1].contains("Acq.X"));
-    std::vector<double> factors;
-    for (const auto* scales : {&all.scalesX, &all.scalesY, &all.scalesZ, &all.scalesI}) {
-        for (const Zt::LinearScale& scale : *scales) {
-            factors.push_back(scale.getFactor());
-        }
-    }
-    EXPECT_EQ(factors, (std::vector<double>{1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(all.scalesX, (std::vector{scaleOf(1), scaleOf(2)}));
+    EXPECT_EQ(all.scalesY, (std::vector{scaleOf(3), scaleOf(4)}));
+    EXPECT_EQ(all.scalesZ, (std::vector{scaleOf(5), scaleOf(6)}));
+    EXPECT_EQ(all.scalesI, (std::vector{scaleOf(7), scaleOf(8)}));
 
     const std::unique_ptr<Attributes> clone = all.clone();
     const GlobalAndFrameAttributes moved = std::move(all);
@@ -135,14 +135,10 @@ TEST(GlobalAndFrameAttributes, ComeFromABufferByCopy)
 
 TEST(AttributeScope, HasATextForDisplay)
 {
-    const std::vector<QString> texts{
-        QStringLiteral("None"),        QStringLiteral("Global"),           QStringLiteral("Frame"),
-        QStringLiteral("Device Data"), QStringLiteral("Custom Image Tag"), QStringLiteral("None"),
-        QStringLiteral("None")};
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        EXPECT_EQ(getAttributeScopeAsString(static_cast<AttributeScope>(i)), texts[i]);
+    const QStringList texts{"None", "Global", "Frame", "Device Data", "Custom Image Tag", "None", "None"};
+    for (int i = -1; i < texts.size(); ++i) {
+        EXPECT_EQ(getAttributeScopeAsString(static_cast<AttributeScope>(i)), texts.value(i, "None"));
     }
-    EXPECT_EQ(getAttributeScopeAsString(static_cast<AttributeScope>(-1)), QStringLiteral("None"));
 }
 
 TEST(AttributeKeyValuePairs, HoldFramesOverGlobalsThenTagsAndDevices)

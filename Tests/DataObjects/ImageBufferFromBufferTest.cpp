@@ -10,9 +10,6 @@
 
 #include <QTemporaryDir>
 
-#include <memory>
-#include <utility>
-
 namespace
 {
 
@@ -37,8 +34,7 @@ void expectViewOf(I_Buffer& buffer, ImageBufferVariant& view)
 
 TEST(ImageBufferFromBuffer, AViewIsBoundToTheBuffer)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
         auto view = GetImageBufferT<T>(*buffer, true);
         EXPECT_EQ(view.GetName(), "Recording");
@@ -59,8 +55,7 @@ TEST(ImageBufferFromBuffer, AViewIsBoundToTheBuffer)
 
 TEST(ImageBufferFromBuffer, ARecordingTakenOutStandsByItselfAndGoesBackByMoving)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto expected = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
         auto source = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
         const void* const pixels = pixelsOf(*source->GetFrame(1), 2);

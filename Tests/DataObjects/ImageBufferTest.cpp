@@ -3,10 +3,9 @@
 
 #include "Core/DataObjects/ScalarField.h"
 #include "Tests/Support/AllTypes.h"
+#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/Scales.h"
-
-#include <functional>
 
 namespace
 {
@@ -112,7 +111,7 @@ TYPED_TEST(ImageBufferTest, IsAssignedToBuffersOfEveryType)
 {
     auto source = recording<TypeParam>(1);
     source.getFrame(2).SetMaskValid(3, 2, 1, false);
-    forAllTypes([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
+    forAllTypes([&]<typename T>(PixelTypes::Tag<T>) { expectConverted<T>(source); });
 }
 
 TEST(ImageBuffer, TravelsAsAVariant)
@@ -144,7 +143,6 @@ TEST(ImageBuffer, IsBuiltFromEveryKindOfList)
         EXPECT_EQ(buffer.size(), frames);
         EXPECT_EQ(buffer.getFrame(frames - 1).GetVoxel(1, 1, 0), 3);
         EXPECT_EQ(attributeOf(buffer.GetGlobalAttributes(), "First"), 7);
-        EXPECT_TRUE(buffer.GetName().isEmpty());
     };
     const auto taken = [&] { return std::make_unique<AttributesContainer>(attributes); };
     const auto image = [] { return Image<int>(2, 2, 3, true); };
@@ -153,9 +151,7 @@ TEST(ImageBuffer, IsBuiltFromEveryKindOfList)
     const auto shared = std::make_shared<Image<int>>(image());
     check({image(), attributes}, 1);
     check({constant, attributes}, 1);
-    const ImageBuffer<int> sharing(shared, attributes);
-    check(sharing, 1);
-    EXPECT_EQ(&sharing.getFrame(0).getPlane(0), shared.get());
+    EXPECT_EQ(&ImageBuffer<int>(shared, attributes).getFrame(0).getPlane(0), shared.get());
     check({volume(), attributes}, 1);
     check({volume(), taken()}, 1);
     const auto listsOf = [&](auto make) {
@@ -168,10 +164,10 @@ TEST(ImageBuffer, IsBuiltFromEveryKindOfList)
         };
         check({list(), attributes}, 2);
         check({list(), taken()}, 2);
-        EXPECT_TRUE(raises(noFrames, [&] { ImageBuffer<int>(List(), attributes); }));
-        EXPECT_TRUE(raises(noFrames, [&] { ImageBuffer<int>(List(), taken()); }));
-        EXPECT_TRUE(raises("Attributes are not valid.",
-                           [&] { ImageBuffer<int>(list(), std::unique_ptr<Attributes>()); }));
+        expectRaised({{noFrames, [&] { ImageBuffer<int>(List(), attributes); }},
+                      {noFrames, [&] { ImageBuffer<int>(List(), taken()); }},
+                      {"Attributes are not valid.",
+                       [&] { ImageBuffer<int>(list(), std::unique_ptr<Attributes>()); }}});
     };
     listsOf(image);
     listsOf(volume);
@@ -202,13 +198,12 @@ TEST(ImageBuffer, AppendedVolumesHaveTheSizeOfTheFirst)
     EXPECT_TRUE(AllValuesValid(*buffer));
     EXPECT_TRUE(buffer->HasOwnerShip());
     EXPECT_TRUE(buffer->HasMatchingFrameSizes(*ImageBuffer<float>::CreateEmptyImageBuffer()));
-    const ImageVolume<int> volume(Size(4, 3, 2), 5, true);
-    buffer->AppendImageVolume(volume);
+    buffer->AppendImageVolume(ImageVolume<int>(Size(4, 3, 2), 5, true));
     buffer->AppendImageVolume(buffer->getFrame(0));
     ImageVolume<int> other(4, 3, 1, true);
     const QString text = "Volumes in the resulting buffer would have different sizes";
-    EXPECT_TRUE(raises(text, [&] { buffer->AppendImageVolume(other); }));
-    EXPECT_TRUE(raises(text, [&] { buffer->AppendImageVolume(std::move(other)); }));
+    expectRaised({{text, [&] { buffer->AppendImageVolume(other); }},
+                  {text, [&] { buffer->AppendImageVolume(std::move(other)); }}});
     EXPECT_EQ(other.GetDepth(), 1U);
     EXPECT_TRUE(buffer->AllVolumesHaveSameSize());
     const auto two = *buffer;
@@ -315,13 +310,13 @@ TEST(ImageBuffer, AViewKeepsItsFrames)
     auto view = viewed.buffer();
     view.GetGlobalAttributes().set("Kept", 1);
     auto two = recording<int>(1, 2);
-    EXPECT_TRUE(raises(otherCount, [&] { view = two; }));
-    EXPECT_TRUE(raises(otherCount, [&] { view = std::move(two); }));
-    EXPECT_TRUE(raises(otherCount, [&] { view.Assign(recording<float>(1, 2)); }));
-    expectRecording(two, 1, 2);
     const auto small = recording<int>(1, 3, {4, 2, 2});
-    EXPECT_TRUE(raises("Assigment of non owning image volume with different size not possible",
-                       [&] { view = small; }));
+    expectRaised(
+        {{otherCount, [&] { view = two; }},
+         {otherCount, [&] { view = std::move(two); }},
+         {otherCount, [&] { view.Assign(recording<float>(1, 2)); }},
+         {"Assigment of non owning image volume with different size not possible", [&] { view = small; }}});
+    expectRecording(two, 1, 2);
     EXPECT_TRUE(view.GetName().isEmpty());
 
     const auto frame = view.getFrameSPtr(2);
@@ -335,9 +330,6 @@ TEST(ImageBuffer, AViewKeepsItsFrames)
     EXPECT_EQ(viewed.voxels[71], 7);
     EXPECT_EQ(view.GetName(), "Run 5");
     expectRecording(view, 5);
-
-    const ImageBuffer<int> copy(view);
-    EXPECT_TRUE(copy.HasOwnerShip());
 }
 
 TEST(ImageBuffer, AssignmentToItselfAndToItsPartsChangesNothing)
@@ -385,16 +377,13 @@ TEST(ImageBuffer, AllAttributesGoOutAndIn)
     EXPECT_FALSE(target.GetGlobalAttributes().contains("Old"));
     EXPECT_FALSE(target.getFrame(0).GetAttributes().contains("Old"));
     EXPECT_EQ(target.getFrame(0).GetScaleX(), scaleOf(50));
-}
 
-TEST(ImageBuffer, AWrongNumberOfFrameAttributesIsNoticedAfterTheGlobalOnes)
-{
-    auto buffer = recording<int>(50);
-    const auto all = recording<int>(1, 2).getAllAttributes();
-    EXPECT_TRUE(raises("Mismatch between frame count and frame attributes count",
-                       [&] { buffer.setAllAttributes(all); }));
-    EXPECT_EQ(attributeOf(buffer.GetGlobalAttributes(), "First"), 1);
-    EXPECT_EQ(attributeOf(buffer.getFrame(0).GetAttributes(), "Frame"), 50);
+    // A wrong number is noticed after the global ones.
+    const auto two = recording<int>(7, 2).getAllAttributes();
+    const QString text = "Mismatch between frame count and frame attributes count";
+    EXPECT_TRUE(raises(text, [&] { target.setAllAttributes(two); }));
+    EXPECT_EQ(attributeOf(target.GetGlobalAttributes(), "First"), 7);
+    EXPECT_EQ(attributeOf(target.getFrame(0).GetAttributes(), "Frame"), 1);
 }
 
 TEST(ImageBuffer, ItsOwnAttributesCanBeSet)
@@ -403,11 +392,9 @@ TEST(ImageBuffer, ItsOwnAttributesCanBeSet)
     GlobalAndFrameAttributes& own = *all;
     own.set("First", 7);
     own.frameAttributes.resize(1);
-    own.frameAttributes[0].set("Frame", 8);
     ImageBuffer<int> buffer(ImageVolume<int>(2, 2, 1, true), std::move(all));
     buffer.setAllAttributes(own);
     EXPECT_EQ(attributeOf(buffer.GetGlobalAttributes(), "First"), 7);
-    EXPECT_EQ(attributeOf(buffer.getFrame(0).GetAttributes(), "Frame"), 8);
 }
 
 TEST(ImageBuffer, AScalarFieldIsAddedToEveryPlane)

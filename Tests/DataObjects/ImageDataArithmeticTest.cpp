@@ -5,8 +5,9 @@
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
 
+#include "Tests/Support/PixelTypeList.h"
+
 #include <algorithm>
-#include <functional>
 
 namespace
 {
@@ -35,8 +36,7 @@ protected:
             std::copy(pixels.begin(), pixels.end(), guarded.data() + lead);
             ImageData<T> view(guarded.data() + lead, static_cast<unsigned int>(pixels.size()), 1, false);
             change(view, operand);
-            ASSERT_TRUE(
-                samePixels(std::span<const T>(view.begin(), view.end()), std::span<const T>(expected)));
+            ASSERT_TRUE(samePixels(view, expected));
             ASSERT_EQ(guarded[lead - 1], T{77});
             ASSERT_EQ(guarded.back(), T{77});
         }
@@ -56,7 +56,6 @@ protected:
     }
 };
 
-using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
 TYPED_TEST_SUITE(ImageDataArithmetic, PixelTypeList);
 
 TYPED_TEST(ImageDataArithmetic, MatchesTheReferenceForAllOperands)

@@ -26,8 +26,7 @@ void checkAssign(std::vector<From>& pixels)
     const ImageData<From> source(pixels.data(), width, 1, false);
     ImageData<To> destination(guarded.data() + lead, width, 1, false);
     static_cast<ImageDataVariant&>(destination).Assign(source);
-    ASSERT_TRUE(samePixels(std::span<const To>(destination.begin(), destination.end()),
-                           std::span<const To>(expected)));
+    ASSERT_TRUE(samePixels(destination, expected));
     ASSERT_EQ(guarded[lead - 1], To{77});
     ASSERT_EQ(guarded.back(), To{77});
 }
@@ -42,9 +41,7 @@ TEST(ImageDataConversion, MatchesTheReferenceForAllPairs)
 
 TEST(ImageDataConversion, MatchesTheReferenceInPlanesBeyondTheCache)
 {
-    forAllPairs([](auto from, auto to) {
-        using From = typename decltype(from)::type;
-        using To = typename decltype(to)::type;
+    forAllPairs([]<typename From, typename To>(PixelTypes::Tag<From>, PixelTypes::Tag<To>) {
         const auto once = PixelReference::samples<From>();
         std::vector<From> pixels;
         while (pixels.size() * (sizeof(From) + sizeof(To)) < PixelReference::bytesBeyondTheCache()) {
@@ -106,9 +103,7 @@ TEST(ImageDataConversion, RefusesAnUnknownTypeBeforeItLooksAtSizes)
 
 TEST(ImageDataConversion, CastsOnlyToTheRightType)
 {
-    forAllPairs([](auto from, auto to) {
-        using From = typename decltype(from)::type;
-        using To = typename decltype(to)::type;
+    forAllPairs([]<typename From, typename To>(PixelTypes::Tag<From>, PixelTypes::Tag<To>) {
         ImageData<From> data(2, 2, 5);
         ImageDataVariant& variant = data;
         if constexpr (std::is_same_v<From, To>) {

@@ -9,10 +9,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <functional>
-#include <memory>
-#include <utility>
-
 namespace
 {
 
@@ -52,8 +48,7 @@ void expectPixels(const ImageData<T>& data, const void* memory, bool owned)
 
 TEST(ImageDataFromBuffer, AnObjectThatStaysIsViewed)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto buffer = newBuffer(BufferApi::GetDataType<T>());
         I_FrameImage& frame = firstFrame(*buffer);
         const void* const memory = memoryOf(*buffer, 2);
@@ -69,8 +64,7 @@ TEST(ImageDataFromBuffer, AnObjectThatStaysIsViewed)
 
 TEST(ImageDataFromBuffer, AnObjectThatIsGivenUpLosesTheMemoryOfThatPlaneAlone)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto check = [](auto take) {
             auto buffer = newBuffer(BufferApi::GetDataType<T>());
             const void* const memory = memoryOf(*buffer, 1);

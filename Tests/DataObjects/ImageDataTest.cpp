@@ -3,6 +3,7 @@
 
 #include "Core/Common/Array.h"
 #include "Tests/DataObjects/PixelReference.h"
+#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/SamePixels.h"
 
@@ -47,7 +48,6 @@ class ImageDataTest : public testing::Test
 {
 };
 
-using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
 TYPED_TEST_SUITE(ImageDataTest, PixelTypeList);
 
 TYPED_TEST(ImageDataTest, PixelsLieRowByRow)
@@ -89,9 +89,7 @@ TYPED_TEST(ImageDataTest, FillsWithEveryPattern)
         for (const TypeParam value : {TypeParam{0}, TypeParam{5}, std::numeric_limits<TypeParam>::max(),
                                       static_cast<TypeParam>(-TypeParam{0})}) {
             data = value;
-            const std::vector<TypeParam> expected(data.size(), value);
-            ASSERT_TRUE(samePixels(std::span<const TypeParam>(data.begin(), data.end()),
-                                   std::span<const TypeParam>(expected)));
+            ASSERT_TRUE(samePixels(data, std::vector<TypeParam>(data.size(), value)));
         }
     }
 }

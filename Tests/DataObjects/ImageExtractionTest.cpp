@@ -6,6 +6,7 @@
 #include "Core/DataObjects/LazyMask.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Raises.h"
+#include "Tests/Support/Scales.h"
 
 namespace
 {
@@ -64,8 +65,7 @@ void expectPixels(const ImageVariant& cut, unsigned int cutWidth, unsigned int c
 
 TEST(ImageExtraction, TakesTheVoxelsAndTheirValidityOfEachType)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const ImageVolume<T> volume = makeVolume<T>();
         expectPixels<T>(*ExtractXYImage(volume, 1), width, height,
                         [](auto x, auto y) { return Voxel(x, y, 1); });
@@ -81,29 +81,23 @@ TEST(ImageExtraction, TakesTheVoxelsAndTheirValidityOfEachType)
 TEST(ImageExtraction, TurnsTheScalesWithTheAxesAndPutsTheCutIntoTheOffset)
 {
     const ImageVolume<float> volume = makeVolume<float>();
-    const Zt::LinearScale& x = volume.GetScaleX();
-    const Zt::LinearScale& y = volume.GetScaleY();
-    const Zt::LinearScale& z = volume.GetScaleZ();
+    const auto [x, y, z, i] = scalesOf(volume);
+    const auto at = [](const Zt::LinearScale& axis, double factor, double offset) {
+        return Zt::LinearScale(factor, offset, axis.getUnit(), axis.getDescription());
+    };
     struct Case
     {
         std::unique_ptr<ImageVariant> cut;
-        Zt::LinearScale x;
-        Zt::LinearScale y;
-        Zt::LinearScale z;
+        FourScales scales;
         unsigned long long scalarFields;
     };
-    const Case cases[] = {
-        {ExtractXYImage(volume, 1), x, y, {4.0, 34.0, z.getUnit(), z.getDescription()}, 1},
-        {ExtractXZImage(volume, 2), x, z, {3.0, 26.0, y.getUnit(), y.getDescription()}, 0},
-        {ExtractYZImage(volume, 3), y, z, {2.0, 16.0, x.getUnit(), x.getDescription()}, 0},
-        {ExtractZYImage(volume, 3), z, y, {2.0, 16.0, x.getUnit(), x.getDescription()}, 0},
-    };
+    const Case cases[] = {{ExtractXYImage(volume, 1), {x, y, at(z, 4.0, 34.0), i}, 1},
+                          {ExtractXZImage(volume, 2), {x, z, at(y, 3.0, 26.0), i}, 0},
+                          {ExtractYZImage(volume, 3), {y, z, at(x, 2.0, 16.0), i}, 0},
+                          {ExtractZYImage(volume, 3), {z, y, at(x, 2.0, 16.0), i}, 0}};
     for (const Case& c : cases) {
         SCOPED_TRACE(&c - cases);
-        EXPECT_EQ(c.cut->GetScaleX(), c.x);
-        EXPECT_EQ(c.cut->GetScaleY(), c.y);
-        EXPECT_EQ(c.cut->GetScaleZ(), c.z);
-        EXPECT_EQ(c.cut->GetScaleI(), volume.GetScaleI());
+        EXPECT_EQ(scalesOf(*c.cut), c.scales);
         EXPECT_EQ(c.cut->GetAttributes().attributeValue("Key").value<int>(), 7);
         EXPECT_EQ(c.cut->GetScalarFields().size(), c.scalarFields);
     }
@@ -125,18 +119,16 @@ TEST(ImageExtraction, AMaskThatNobodyAskedForIsValidAndNotMade)
 TEST(ImageExtraction, RefusesIndicesBeyondTheAxis)
 {
     const ImageVolume<int> volume = makeVolume<int>();
-    using RTE::OutOfRangeError;
-    EXPECT_TRUE(raises<OutOfRangeError>("z plane index", [&] { return ExtractXYImage(volume, depth); }));
-    EXPECT_TRUE(raises<OutOfRangeError>("y plane index", [&] { return ExtractXZImage(volume, height); }));
-    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { return ExtractYZImage(volume, width); }));
-    EXPECT_TRUE(raises<OutOfRangeError>("x plane index", [&] { return ExtractZYImage(volume, width); }));
+    expectRaised<RTE::OutOfRangeError>({{"z plane index", [&] { return ExtractXYImage(volume, depth); }},
+                                        {"y plane index", [&] { return ExtractXZImage(volume, height); }},
+                                        {"x plane index", [&] { return ExtractYZImage(volume, width); }},
+                                        {"x plane index", [&] { return ExtractZYImage(volume, width); }}});
 }
 
 TEST(ImageExtraction, GivesOneRowAsNumbers)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
-        const ImageVolume<T> volume = makeVolume<T>();
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
+        const auto volume = makeVolume<T>();
         const auto& data = volume.getPlane(0).GetImageData();
         EXPECT_EQ(getImageDataLine(data, 2), (std::vector<double>{21, 22, 23, 24}));
         EXPECT_TRUE(getImageDataLine(data, height).empty());

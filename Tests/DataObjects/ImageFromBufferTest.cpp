@@ -4,15 +4,13 @@
 #include "Core/Buffer/FrameBuilder.h"
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ScalarField.h"
+#include "Tests/DataObjects/PlaneMemory.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
-
-#include <functional>
-#include <memory>
-#include <utility>
+#include "Tests/Support/Scales.h"
 
 namespace
 {
@@ -22,13 +20,6 @@ using namespace TestSupport;
 using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-
-const Zt::LinearScale otherScale(3.0, 4.0, "s", "other");
-
-const void* maskOf(const I_Frame& frame, unsigned int z)
-{
-    return memoryOf(frame, I_Frame::COMPONENT_MASK, z);
-}
 
 /// Plane 2 of frame 1, by each of the forms of a kind.
 using Read = std::function<std::unique_ptr<ImageVariant>(I_Buffer&)>;
@@ -61,61 +52,42 @@ std::vector<Read> movesOf()
             [](I_Buffer& b) { return GetImage(std::move(b), 1, 2, true); }};
 }
 
+/// The image is made of the memory that is given.
 template <typename T>
-const Image<T>& typed(const ImageVariant& image)
+void expectMemory(const ImageVariant& variant, const Memory& memory, bool owned)
 {
-    EXPECT_EQ(image.GetDataType(), E_DataType(PixelTypes::number<T>));
-    return dynamic_cast<const Image<T>&>(image);
-}
-
-/// Pixels, mask and a scalar field have the memory that is given.
-template <typename T>
-void expectMemory(const Image<T>& image, const void* pixels, const void* mask, const void* field, bool owned)
-{
+    ASSERT_EQ(variant.GetDataType(), E_DataType(PixelTypes::number<T>));
+    const auto& image = dynamic_cast<const Image<T>&>(variant);
     EXPECT_EQ(image.GetSize(), Math::Size2T<unsigned int>(31, 17));
-    EXPECT_EQ(image.begin(), pixels);
+    EXPECT_EQ(memoryOfPlane(image), memory);
     EXPECT_EQ(image.GetImageData().HasOwnerShip(), owned);
-    EXPECT_EQ(image.GetMask().GetRawPointer(), mask);
     EXPECT_EQ(image.GetMask().HasOwnerShip(), owned);
-    const auto peakRatio = image.GetScalarFields().Get("Peak ratio");
-    EXPECT_EQ(CastScalarFieldTo<float>(*peakRatio).begin(), field);
     EXPECT_EQ(image.GetScalarFields().GetCount(), 2U);
 }
 
 void changeScalesAndAttributes(ImageVariant& image)
 {
-    image.SetScaleX(otherScale);
-    image.GetScaleY().set(otherScale);
-    image.SetScaleZ(otherScale);
-    image.GetScaleI().set(otherScale);
+    image.SetScaleX(scaleOf(7));
+    image.GetScaleY().set(scaleOf(8));
+    image.SetScaleZ(scaleOf(9));
+    image.GetScaleI().set(scaleOf(10));
     image.GetAttributes().remove("Acq");
     image.GetAttributes().set("Operator", QStringLiteral("changed"));
 }
 
-void expectChanged(const I_Frame& frame)
-{
-    for (const Zt::LinearScale* scale :
-         {&frame.GetScaleX(), &frame.GetScaleY(), &frame.GetScaleZ(), &frame.GetScaleI()}) {
-        EXPECT_EQ(*scale, otherScale);
-    }
-    EXPECT_EQ(frame.FindAttribute("Acq.Gain"), nullptr);
-    EXPECT_EQ(BufferAttributes(const_cast<I_Frame&>(frame)).attributeValue("Operator").value<QString>(),
-              "changed");
-}
-
 TEST(ImageFromBuffer, AViewIsBoundToItsFrame)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         for (const Read& read : viewsOf<T>()) {
             const auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
             I_FrameImage& frame = imageFrameOf(*buffer, 1);
             const auto view = read(*buffer);
-            expectMemory(typed<T>(*view), pixelsOf(frame, 2), maskOf(frame, 2), memoryOf(frame, peakRatio, 2),
-                         false);
+            expectMemory<T>(*view, memoryOfPlane(frame, 2), false);
             EXPECT_EQ(view->GetScaleZ(), frame.GetScaleZ());
             changeScalesAndAttributes(*view);
-            expectChanged(frame);
+            EXPECT_EQ(scalesOf(frame), (FourScales{scaleOf(7), scaleOf(8), scaleOf(9), scaleOf(10)}));
+            EXPECT_EQ(frame.FindAttribute("Acq.Gain"), nullptr);
+            EXPECT_EQ(BufferAttributes(frame).attributeValue("Operator").value<QString>(), "changed");
             view->GetScalarFields().Add("Added", 1.5F);
             EXPECT_NE(frame.GetComponent("TS:Added"), nullptr);
         }
@@ -127,43 +99,33 @@ TEST(ImageFromBuffer, ConstFormsViewToo)
     const auto buffer = imageBuffer(BufferApi::DT_INT32, 3, 2);
     const I_Buffer& constBuffer = *buffer;
     const I_FrameImage& frame = imageFrameOf(constBuffer, 1);
-    const auto expectView = [&](const ImageVariant& view) {
-        expectMemory(typed<int>(view), pixelsOf(frame, 2), maskOf(frame, 2), memoryOf(frame, peakRatio, 2),
-                     false);
-    };
-    expectView(GetImageT<int>(frame, 2));
-    expectView(GetImageT<int>(constBuffer, 1, 2));
-    expectView(GetImageT<int>(&constBuffer, 1, 2));
-    expectView(*GetImage(frame, 2));
-    expectView(*GetImage(constBuffer, 1, 2));
-    expectView(*GetImage(&constBuffer, 1, 2));
+    const Memory memory = memoryOfPlane(frame, 2);
+    expectMemory<int>(GetImageT<int>(frame, 2), memory, false);
+    expectMemory<int>(GetImageT<int>(constBuffer, 1, 2), memory, false);
+    expectMemory<int>(GetImageT<int>(&constBuffer, 1, 2), memory, false);
+    expectMemory<int>(*GetImage(frame, 2), memory, false);
+    expectMemory<int>(*GetImage(constBuffer, 1, 2), memory, false);
+    expectMemory<int>(*GetImage(&constBuffer, 1, 2), memory, false);
 }
 
 TEST(ImageFromBuffer, AnImageTakenOutOfAFrameStandsByItself)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         for (const Read& read : movesOf<T>()) {
             auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
             const I_FrameImage& frame = imageFrameOf(*buffer, 1);
-            const void* const pixels = pixelsOf(frame, 2);
-            const void* const mask = maskOf(frame, 2);
-            const void* const field = memoryOf(frame, peakRatio, 2);
-            const Zt::LinearScale scaleY = frame.GetScaleY();
-            const Zt::LinearScale scaleI = frame.GetScaleI();
+            const Memory memory = memoryOfPlane(frame, 2);
+            const Memory memoryOfOther = memoryOfPlane(frame, 1);
+            const FourScales scales = scalesOf(frame);
             const auto image = read(*buffer);
-            EXPECT_EQ(image->GetScaleY(), scaleY);
-            EXPECT_EQ(image->GetScaleI(), scaleI);
+            EXPECT_EQ(scalesOf(*image), scales);
             changeScalesAndAttributes(*image);
-            EXPECT_EQ(frame.GetScaleY(), scaleY);
+            EXPECT_EQ(scalesOf(frame), scales);
             EXPECT_NE(frame.FindAttribute("Acq.Gain"), nullptr);
-            for (const std::string& component :
-                 {I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK, peakRatio, fieldHeight}) {
-                EXPECT_EQ(memoryOf(frame, component, 2), nullptr) << component;
-                EXPECT_NE(memoryOf(frame, component, 1), nullptr) << component;
-            }
+            EXPECT_EQ(memoryOfPlane(frame, 2), noMemory);
+            EXPECT_EQ(memoryOfPlane(frame, 1), memoryOfOther);
             buffer.reset();
-            expectMemory(typed<T>(*image), pixels, mask, field, true);
+            expectMemory<T>(*image, memory, true);
             EXPECT_EQ(image->GetAttributes().attributeValue("Times").template value<std::vector<float>>(),
                       std::vector<float>({0.5F, 1.5F}));
         }
@@ -173,8 +135,7 @@ TEST(ImageFromBuffer, AnImageTakenOutOfAFrameStandsByItself)
 TEST(ImageFromBuffer, NoFormAllocatesPixels)
 {
     for (const bool withMask : {false, true}) {
-        const std::unique_ptr<I_FrameImage> frame(
-            BufferApi::CreateImageFrame(BufferApi::DT_WORD, 512, 512, 1));
+        const auto frame = newFrame(BufferApi::DT_WORD, 512, 512);
         if (withMask) {
             frame->AddMask({});
         }
@@ -202,7 +163,7 @@ TEST(ImageFromBuffer, AFrameWithoutAMaskLeavesTheImageOneOfItsOwn)
     expectOwnMask(*GetImage(std::as_const(*frame), 0));
 
     const auto withMask = AttachMaskAndGetImage(frame.get(), 0);
-    EXPECT_EQ(withMask->GetMask().GetRawPointer(), maskOf(*frame, 0));
+    EXPECT_EQ(withMask->GetMask().GetRawPointer(), memoryOf(*frame, I_Frame::COMPONENT_MASK, 0));
     EXPECT_TRUE(AllValuesValid(*withMask));
     withMask->GetMask()(2, 1) = false;
     EXPECT_FALSE(AttachMaskAndGetImage(frame.get(), 0)->GetMask()(2, 1));

@@ -9,6 +9,8 @@
 #include "Core/DataObjects/ScalarField.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
+#include "Tests/Support/ImageFrames.h"
+#include "Tests/Support/PixelTypeList.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/Scales.h"
 
@@ -145,7 +147,7 @@ TYPED_TEST(ImageTest, IsAssignedToImagesOfEveryType)
 {
     auto source = numbered<TypeParam>(1);
     source.SetMaskValid(1, 1, false);
-    forAllTypes([&](auto tag) { expectConverted<typename decltype(tag)::type>(source); });
+    forAllTypes([&]<typename T>(PixelTypes::Tag<T>) { expectConverted<T>(source); });
 }
 
 TYPED_TEST(ImageTest, CopiesShareNothing)
@@ -363,8 +365,7 @@ TEST(Image, AssignmentToItselfAndToItsPartsChangesNothing)
 
 TEST(Image, TwoViewsOfOneFrameKeepItsAttributes)
 {
-    const std::unique_ptr<BufferApi::I_FrameImage> frame(
-        BufferApi::CreateImageFrame(BufferApi::DT_INT32, 3, 2, 1));
+    const auto frame = newFrame(BufferApi::DT_INT32, 3, 2);
     Viewed<int> viewed;
     viewed.attributes = std::make_shared<BufferAttributes>(*frame);
     auto first = viewed.image();

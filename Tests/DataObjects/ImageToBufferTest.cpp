@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/ImageToBuffer.h"
-#include "Core/DataObjects/ImageMoveToBuffer.h"
 
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ImageFromBuffer.h"
+#include "Core/DataObjects/ImageMoveToBuffer.h"
 #include "Core/DataObjects/ImageVolumeToFrame.h"
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/ScalarFieldFromFrame.h"
 #include "Tests/DataObjects/StrangeImage.h"
 #include "Tests/Support/AllTypes.h"
-#include "Tests/Support/Allocations.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
@@ -19,43 +18,12 @@ namespace
 
 using namespace DataObjects;
 using namespace TestSupport;
-using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
-using FramePointer = std::unique_ptr<I_FrameImage>;
-
-const std::vector<std::string> components{I_FrameImage::COMPONENT_PIXEL, I_Frame::COMPONENT_MASK, peakRatio,
-                                          fieldHeight};
-
-std::vector<const void*> memoryOfAll(const I_FrameImage& frame)
-{
-    std::vector<const void*> memory;
-    for (const std::string& component : components) {
-        memory.push_back(memoryOf(frame, component, 0));
-    }
-    return memory;
-}
-
-/// The frame of its own, or that of a buffer that holds one.
-const I_FrameImage& only(const FramePointer& frame)
-{
-    return *frame;
-}
-const I_FrameImage& only(const std::unique_ptr<I_Buffer>& buffer)
-{
-    EXPECT_EQ(buffer->GetFrameCount(), 1U);
-    return imageFrameOf(*buffer, 0);
-}
-
-FramePointer owned(I_FrameImage* frame)
-{
-    return FramePointer(frame);
-}
 
 TEST(ImageToBuffer, AFrameHoldsAllThatTheImageHolds)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto source = imageFrame(BufferApi::GetDataType<T>(), 1);
         const Image<T> view = GetImageT<T>(std::as_const(*source), 0);
         const Image<T> image(view);
@@ -63,8 +31,8 @@ TEST(ImageToBuffer, AFrameHoldsAllThatTheImageHolds)
         EXPECT_TRUE(framesEqual(*owned(CreateFrameFromImageT(image, true)), *source));
         EXPECT_TRUE(framesEqual(*owned(CreateFrameFromImageT(view, true)), *source));
         EXPECT_TRUE(framesEqual(*owned(CreateFrameFromImage(variant, true)), *source));
-        EXPECT_TRUE(framesEqual(only(CreateBufferFromImageT(image, true)), *source));
-        EXPECT_TRUE(framesEqual(only(CreateBufferFromImage(variant, true)), *source));
+        EXPECT_TRUE(framesEqual(onlyFrame(CreateBufferFromImageT(image, true)), *source));
+        EXPECT_TRUE(framesEqual(onlyFrame(CreateBufferFromImage(variant, true)), *source));
         EXPECT_EQ(GetImageDataType(image.GetImageData()), BufferApi::GetDataType<T>());
         EXPECT_EQ(GetImageDataType(variant), BufferApi::GetDataType<T>());
         removeMask(*source);
@@ -72,38 +40,17 @@ TEST(ImageToBuffer, AFrameHoldsAllThatTheImageHolds)
     });
 }
 
-TEST(ImageMoveToBuffer, TheFrameTakesTheArraysThatTheImageOwns)
-{
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto expected = imageFrame(BufferApi::GetDataType<T>(), 1);
-        const auto check = [&](auto write) {
-            auto source = imageFrame(BufferApi::GetDataType<T>(), 1);
-            const auto memory = memoryOfAll(*source);
-            Image<T> image = GetImageT<T>(std::move(*source), 0, true);
-            source.reset();
-            const auto written = write(image);
-            EXPECT_TRUE(framesEqual(only(written), *expected));
-            EXPECT_EQ(memoryOfAll(only(written)), memory);
-        };
-        check([](Image<T>& i) { return owned(CreateFrameFromImageT(std::move(i), true)); });
-        check([](ImageVariant& i) { return owned(CreateFrameFromImage(std::move(i), true)); });
-        check([](ImageVariant& i) { return CreateBufferFromImage(std::move(i), true); });
-    });
-}
-
 TEST(ImageToBuffer, PixelsAloneGetDefaultScales)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto expected = newFrame(BufferApi::GetDataType<T>(), 3, 2);
         std::fill_n(static_cast<T*>(pixelsOf(*expected, 0)), 6, T(7));
         const auto check = [&](auto write, bool isMoved) {
             ImageData<T> data(3, 2, 7);
             const T* const pixels = data.begin();
             const auto written = write(data);
-            EXPECT_TRUE(framesEqual(only(written), *expected));
-            EXPECT_EQ(pixelsOf(only(written), 0) == pixels, isMoved);
+            EXPECT_TRUE(framesEqual(onlyFrame(written), *expected));
+            EXPECT_EQ(pixelsOf(onlyFrame(written), 0) == pixels, isMoved);
             EXPECT_EQ(data.begin() == nullptr, isMoved);
         };
         using Data = ImageData<T>;
@@ -116,40 +63,6 @@ TEST(ImageToBuffer, PixelsAloneGetDefaultScales)
         check([](Variant& d) { return owned(CreateFrameFromImageData(std::move(d))); }, true);
         check([](Variant& d) { return CreateBufferFromImageData(std::move(d)); }, true);
     });
-}
-
-TEST(ImageMoveToBuffer, WhatIsNotOwnedIsCopied)
-{
-    const auto source = imageFrame(BufferApi::DT_DOUBLE, 1);
-    const auto expected = imageFrame(BufferApi::DT_DOUBLE, 1);
-    const auto ofView = owned(CreateFrameFromImageT(GetImageT<double>(*source, 0, true), true));
-    EXPECT_TRUE(framesEqual(*ofView, *expected));
-    EXPECT_TRUE(framesEqual(*source, *expected));
-    EXPECT_NE(pixelsOf(*ofView, 0), pixelsOf(*source, 0));
-
-    bool maskPixels[] = {true, false, true, true};
-    Image<int> image(ImageData<int>(2, 2, 7), Mask(maskPixels, 2, 2, false));
-    const int* const pixels = image.begin();
-    const auto frame = owned(CreateFrameFromImageT(std::move(image), true));
-    EXPECT_EQ(pixelsOf(*frame, 0), pixels);
-    EXPECT_EQ(std::memcmp(memoryOf(*frame, I_Frame::COMPONENT_MASK, 0), maskPixels, 4), 0);
-
-    Image<int> inBlock(std::make_unique<RTE::OwnedMemory>(16), std::make_unique<LazyMask>(2, 2, true), 2, 2);
-    inBlock = 5;
-    const auto copy = owned(CreateFrameFromImageT(std::move(inBlock), true));
-    EXPECT_FALSE(inBlock.IsMaskSpawned());
-    EXPECT_EQ(GetImageT<int>(*copy, 0)(1, 1), 5);
-    EXPECT_TRUE(AllValuesValid(GetImageT<int>(*copy, 0)));
-}
-
-TEST(ImageMoveToBuffer, NothingIsAllocatedForPixels)
-{
-    Image<float> image(512, 512, 1.0F, true);
-    image.GetScalarFields().Add("Field", 1.0F);
-    forgetLargestAllocation();
-    const auto buffer = CreateBufferFromImage(std::move(image), true);
-    EXPECT_LT(largestAllocation(), 16U * 1024);
-    EXPECT_FALSE(owned(CreateFrameFromImageT(Image<int>(2, 2, 7, false), false))->HasMask());
 }
 
 TEST(ImageToBuffer, AMaskThatNobodyAskedForIsAllValidAndNotMade)
@@ -166,8 +79,7 @@ TEST(ImageToBuffer, AMaskThatNobodyAskedForIsAllValidAndNotMade)
 
 TEST(ImageToBuffer, CopyingIntoAFrameReplacesWhatItHoldsButAddsNoMask)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto source = imageFrame(BufferApi::GetDataType<T>(), 1, 7);
         const auto target = imageFrame(BufferApi::GetDataType<T>(), 1, 8);
         BufferAttributes(*target).set("Only here", 1);

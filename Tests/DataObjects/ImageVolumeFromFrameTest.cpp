@@ -3,14 +3,11 @@
 
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ScalarField.h"
+#include "Tests/DataObjects/PlaneMemory.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
-
-#include <functional>
-#include <memory>
-#include <utility>
 
 namespace
 {
@@ -21,32 +18,26 @@ using BufferApi::I_Buffer;
 using BufferApi::I_Frame;
 using BufferApi::I_FrameImage;
 
-/// What plane z of a frame or of a volume lies on.
-using Memory = std::vector<const void*>;
+using Memories = std::vector<Memory>;
 
-Memory memoryOfPlanes(const I_Frame& frame)
+Memories memoryOfPlanes(const I_FrameImage& frame)
 {
-    Memory memory;
+    Memories memories;
     for (unsigned int z = 0; z < frame.GetDepth(); ++z) {
-        memory.push_back(pixelsOf(frame, z));
-        memory.push_back(memoryOf(frame, I_Frame::COMPONENT_MASK, z));
-        memory.push_back(memoryOf(frame, peakRatio, z));
+        memories.push_back(memoryOfPlane(frame, z));
     }
-    return memory;
+    return memories;
 }
 
 template <typename T>
-Memory memoryOfPlanes(const ImageVolumeVariant& volume)
+Memories memoryOfPlanes(const ImageVolumeVariant& volume)
 {
     EXPECT_EQ(volume.GetDataType(), E_DataType(PixelTypes::number<T>));
-    Memory memory;
+    Memories memories;
     for (const auto& plane : dynamic_cast<const ImageVolume<T>&>(volume)) {
-        memory.push_back(plane->begin());
-        memory.push_back(plane->GetMask().GetRawPointer());
-        const auto field = std::as_const(*plane).GetScalarFields().Get("Peak ratio");
-        memory.push_back(CastScalarFieldTo<float>(*field).begin());
+        memories.push_back(memoryOfPlane(*plane));
     }
-    return memory;
+    return memories;
 }
 
 using Read = std::function<std::unique_ptr<ImageVolumeVariant>(I_Buffer&)>;
@@ -59,8 +50,7 @@ std::unique_ptr<ImageVolumeVariant> held(ImageVolume<T>&& volume)
 
 TEST(ImageVolumeFromFrame, AViewIsBoundToAllPlanes)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         for (const Read& read :
              {Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(imageFrameOf(b, 1), true)); }),
               Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(b, 1, true)); }),
@@ -85,7 +75,7 @@ TEST(ImageVolumeFromFrame, ConstFormsViewToo)
     const auto buffer = imageBuffer(BufferApi::DT_FLOAT, 2, 2);
     const I_Buffer& constBuffer = *buffer;
     const I_FrameImage& frame = imageFrameOf(constBuffer, 1);
-    const Memory expected = memoryOfPlanes(frame);
+    const Memories expected = memoryOfPlanes(frame);
     EXPECT_EQ(memoryOfPlanes<float>(GetImageVolumeT<float>(frame)), expected);
     EXPECT_EQ(memoryOfPlanes<float>(GetImageVolumeT<float>(constBuffer, 1)), expected);
     EXPECT_EQ(memoryOfPlanes<float>(*GetImageVolume(frame)), expected);
@@ -94,17 +84,16 @@ TEST(ImageVolumeFromFrame, ConstFormsViewToo)
 
 TEST(ImageVolumeFromFrame, AVolumeTakenOutOfAFrameStandsByItself)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         for (const Read& read :
              {Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(std::move(imageFrameOf(b, 1)), true)); }),
               Read([](I_Buffer& b) { return held(GetImageVolumeT<T>(std::move(b), 1, true)); }),
               Read([](I_Buffer& b) { return GetImageVolume(std::move(imageFrameOf(b, 1)), true); }),
               Read([](I_Buffer& b) { return GetImageVolume(std::move(b), 1, true); })}) {
             auto buffer = imageBuffer(BufferApi::GetDataType<T>(), 3, 2);
-            const Memory memory = memoryOfPlanes(imageFrameOf(*buffer, 1));
+            const Memories memory = memoryOfPlanes(imageFrameOf(*buffer, 1));
             const auto volume = read(*buffer);
-            EXPECT_EQ(memoryOfPlanes(imageFrameOf(*buffer, 1)), Memory(9, nullptr));
+            EXPECT_EQ(memoryOfPlanes(imageFrameOf(*buffer, 1)), Memories(3, noMemory));
             buffer.reset();
             EXPECT_EQ(memoryOfPlanes<T>(*volume), memory);
             EXPECT_TRUE(dynamic_cast<ImageVolume<T>&>(*volume).HasOwnerShip());
@@ -118,7 +107,7 @@ TEST(ImageVolumeFromFrame, AVolumeTakenOutOfAFrameStandsByItself)
 
 TEST(ImageVolumeFromFrame, NoFormAllocatesPixels)
 {
-    const std::unique_ptr<I_FrameImage> frame(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 512, 512, 3));
+    const auto frame = newFrame(BufferApi::DT_WORD, 512, 512, 3);
     frame->AddMask({});
     forgetLargestAllocation();
     static_cast<void>(GetImageVolume(*frame, true));

@@ -3,15 +3,12 @@
 
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Core/DataObjects/ImageVolumeFromFrame.h"
+#include "Tests/DataObjects/PlaneMemory.h"
 #include "Tests/DataObjects/StrangeImage.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
-
-#include <functional>
-#include <memory>
-#include <utility>
 
 namespace
 {
@@ -25,8 +22,7 @@ using FramePointer = std::unique_ptr<I_FrameImage>;
 
 TEST(ImageVolumeToFrame, AFrameHoldsAllThatTheVolumeHolds)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto source = imageFrame(BufferApi::GetDataType<T>(), 3);
         const ImageVolume<T> view = GetImageVolumeT<T>(std::as_const(*source));
         const ImageVolume<T> volume(view);
@@ -48,27 +44,20 @@ TEST(ImageVolumeToFrame, AFrameHoldsAllThatTheVolumeHolds)
 
 TEST(ImageVolumeToFrame, TheFrameTakesTheArraysThatAllPlanesOwn)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto expected = imageFrame(BufferApi::GetDataType<T>(), 3);
         const auto check = [&](auto write) {
             auto source = imageFrame(BufferApi::GetDataType<T>(), 3);
-            const void* const pixels = pixelsOf(*source, 2);
-            const void* const mask = memoryOf(*source, I_Frame::COMPONENT_MASK, 2);
-            const void* const field = memoryOf(*source, peakRatio, 2);
+            const Memory memory = memoryOfPlane(*source, 2);
             ImageVolume<T> volume = GetImageVolumeT<T>(std::move(*source), true);
             source.reset();
-            const FramePointer frame(write(volume));
-            EXPECT_TRUE(framesEqual(*frame, *expected));
-            EXPECT_EQ(pixelsOf(*frame, 2), pixels);
-            EXPECT_EQ(memoryOf(*frame, I_Frame::COMPONENT_MASK, 2), mask);
-            EXPECT_EQ(memoryOf(*frame, peakRatio, 2), field);
+            const auto written = write(volume);
+            EXPECT_TRUE(framesEqual(onlyFrame(written), *expected));
+            EXPECT_EQ(memoryOfPlane(onlyFrame(written), 2), memory);
         };
-        check([](ImageVolume<T>& v) { return CreateFrameFromImageVolumeT(std::move(v), true); });
-        check([](ImageVolumeVariant& v) { return CreateFrameFromImageVolume(std::move(v), true); });
-        const auto buffer = CreateBufferFromImageVolume(
-            GetImageVolumeT<T>(std::move(*imageFrame(expected->GetDataType(), 3)), true), true);
-        EXPECT_TRUE(framesEqual(imageFrameOf(*buffer, 0), *expected));
+        check([](ImageVolume<T>& v) { return owned(CreateFrameFromImageVolumeT(std::move(v), true)); });
+        check([](ImageVolumeVariant& v) { return owned(CreateFrameFromImageVolume(std::move(v), true)); });
+        check([](ImageVolume<T>& v) { return CreateBufferFromImageVolume(std::move(v), true); });
     });
 }
 

@@ -5,8 +5,6 @@
 #include "Tests/Support/Raises.h"
 
 #include <array>
-#include <memory>
-#include <utility>
 
 namespace
 {

@@ -6,11 +6,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <memory>
 #include <random>
 #include <type_traits>
-#include <utility>
-#include <vector>
 
 namespace
 {

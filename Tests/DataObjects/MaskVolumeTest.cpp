@@ -4,8 +4,6 @@
 
 #include "Tests/Support/Raises.h"
 
-#include <utility>
-
 namespace
 {
 

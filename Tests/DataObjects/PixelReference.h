@@ -11,6 +11,7 @@
 #include <limits>
 #include <random>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace PixelReference
@@ -147,33 +148,20 @@ T ratio(T pixel, T divisor)
 inline std::vector<double> remarkableNumbers()
 {
     using Limits = std::numeric_limits<double>;
-    std::vector<double> numbers{0.0,
-                                0.1,
-                                0.9,
-                                1.005,
-                                1.0 / 3.0,
-                                1e-12,
-                                1e-9,
-                                1.0 - 1e-12,
-                                1.0 - 1e-9,
-                                std::nextafter(0.5, 0.0),
-                                std::nextafter(1.0, 0.0),
-                                std::nextafter(1.0, 2.0),
-                                1.7,
-                                10.0,
-                                49.0,
-                                98.0,
-                                1000.0,
-                                1e10,
-                                1e300,
-                                double{maximum<float>},
-                                std::nextafter(double{maximum<float>}, 1e300),
-                                Limits::max(),
-                                Limits::min(),
-                                Limits::denorm_min(),
-                                double{std::numeric_limits<float>::denorm_min()},
-                                Limits::infinity(),
-                                Limits::quiet_NaN()};
+    std::vector<double> numbers{0.0,        0.1, 0.9,  1.005, 1.0 / 3.0, 1e-12,  1e-9, 1.0 - 1e-12,
+                                1.0 - 1e-9, 1.7, 10.0, 49.0,  98.0,      1000.0, 1e10, 1e300};
+    const double ends[] = {Limits::max(),
+                           Limits::min(),
+                           Limits::denorm_min(),
+                           Limits::infinity(),
+                           Limits::quiet_NaN(),
+                           double{maximum<float>},
+                           double{std::numeric_limits<float>::denorm_min()}};
+    numbers.insert(numbers.end(), std::begin(ends), std::end(ends));
+    for (const auto& [from, to] : {std::pair(0.5, 0.0), std::pair(1.0, 0.0), std::pair(1.0, 2.0),
+                                   std::pair(double{maximum<float>}, 1e300)}) {
+        numbers.push_back(std::nextafter(from, to));
+    }
     for (const double bound :
          {1.0, 2.0, 127.0, 255.0, 32767.0, 65535.0, 16777216.0, 2147483647.0, 4294967295.0}) {
         for (const double step : {-1.0, -0.5, 0.0, 0.25, 0.5, 1.0, 1.5}) {

@@ -150,8 +150,7 @@ TEST(RGBImageFromBufferTest, ReadsWholeBuffers)
     for (unsigned int i = 0; i < 3; ++i) {
         expectCompanions(images.getFrame(i), *buffer->GetFrame(i), 0);
     }
-    EXPECT_TRUE(
-        createRGBImageBufferFromBuffer(*std::unique_ptr<I_Buffer>(BufferApi::CreateBuffer())).empty());
+    EXPECT_TRUE(createRGBImageBufferFromBuffer(*bufferOf()).empty());
 }
 
 TEST(RGBImageFromBufferTest, ReadsWholeImageBuffers)

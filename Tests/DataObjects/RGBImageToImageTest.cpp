@@ -14,8 +14,7 @@ TEST(RGBImageToImageTest, MonochromeImagesHaveTheMeanInTheirType)
 {
     RGBImage image({{1, 2, 2}, {300, 300, 301}, {65535, 65535, 65534}}, 3, 1);
     addCompanions(image);
-    forAllTypes([&](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([&]<typename T>(PixelTypes::Tag<T>) {
         const auto gray = createMonochromeImageFromRGBImage<T>(image);
         if constexpr (std::is_floating_point_v<T>) {
             EXPECT_EQ(gray(0, 0), T{5.0F / 3.0F});

@@ -63,8 +63,7 @@ BufferApi::ComponentParts lazyScalar(const std::string& name, bool fails, unsign
 
 TEST(ScalarFieldFromFrame, ACopyOfEachTypeAndPlane)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         auto frame = frameWithA<T>(2);
         const auto field = GetScalarField(*frame, "a", 1);
         frame.reset();
@@ -154,12 +153,16 @@ TEST(ScalarFieldFromFrame, MovingFailsBeforeAnythingMoves)
     const auto move = [](ScalarFields& to, I_Frame& from, unsigned int plane) {
         return [&to, &from, plane] { MoveScalarFieldFromFrame(to, std::move(from), plane); };
     };
+    const auto released = frameWithA<float>(1);
+    released->AddComponent("TS:b", BufferApi::DT_BYTE, {});
+    delete[] static_cast<unsigned char*>(released->GetComponent("TS:b")->GetPlane(0)->ReleaseData());
     expectRaised({{"Invalid plane index 1", move(fields, *frame, 1)},
+                  {"data-pointer is null", move(fields, *released, 0)},
                   {"Source scalar field has wrong size.", move(larger, *frame, 0)}});
     EXPECT_TRUE(raises<RTE::Exception>("RGB scalar field is not supported.", move(fields, *colour, 0)));
     EXPECT_TRUE(raises<RTE::FileReadError>("no file", move(fields, *unreadable, 0)));
     EXPECT_TRUE(fields.empty() && larger.empty());
-    for (const auto* const kept : {frame.get(), colour.get(), unreadable.get()}) {
+    for (const auto* const kept : {frame.get(), colour.get(), unreadable.get(), released.get()}) {
         EXPECT_NE(memoryOf(*kept, "TS:a", 0), nullptr);
     }
 }

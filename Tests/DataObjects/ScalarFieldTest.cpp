@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <array>
 #include <span>
-#include <utility>
 
 namespace
 {
@@ -26,8 +25,7 @@ const QString differentSizes = "Source and destination have different sizes.";
 
 TEST(ScalarField, TakesCopiesOrViewsWhatItIsMadeOf)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         ImageData<T> data(3, 2, T{7});
         const T* const pixels = data.GetRawPointer();
         const ScalarField<T> copy(std::as_const(data), kelvin);
@@ -68,10 +66,10 @@ TEST(ScalarField, CopiesShareNothing)
     EXPECT_TRUE(copy.GetDataT().HasOwnerShip());
     copy.InitializeWithZeros();
     copy.SetScaleI(plain);
-    EXPECT_THAT(view, testing::ElementsAre(1, 2, 3, 4));
-    EXPECT_THAT(CastScalarFieldTo<float>(*created), testing::ElementsAre(1, 2, 3, 4));
-    EXPECT_EQ(view.GetScaleI(), kelvin);
-    EXPECT_EQ(created->GetScaleI(), kelvin);
+    for (const auto* const field : {&view, &CastScalarFieldTo<float>(std::as_const(*created))}) {
+        EXPECT_THAT(*field, testing::ElementsAre(1, 2, 3, 4));
+        EXPECT_EQ(field->GetScaleI(), kelvin);
+    }
 }
 
 TEST(ScalarField, MovesTakeBothPointers)
@@ -155,9 +153,7 @@ TEST(ScalarField, FailedAssignmentsChangeNothing)
 
 TEST(ScalarField, CastsOnlyToItsType)
 {
-    forAllPairs([](auto from, auto to) {
-        using From = typename decltype(from)::type;
-        using To = typename decltype(to)::type;
+    forAllPairs([]<typename From, typename To>(PixelTypes::Tag<From>, PixelTypes::Tag<To>) {
         const auto field = std::make_shared<ScalarField<From>>(filled(From{1}));
         const std::shared_ptr<ScalarFieldVariant> variant = field;
         const std::shared_ptr<const ScalarFieldVariant> constant = field;
@@ -200,7 +196,7 @@ void checkConversion(std::vector<From>& pixels)
     const auto width = static_cast<unsigned int>(pixels.size());
     const ScalarField<From> source(width, 1, pixels.data(), false, kelvin);
     const auto copy = CreateScalarFieldCopyOfType<To>(source);
-    ASSERT_TRUE(samePixels(std::span<const To>(copy.begin(), copy.end()), std::span<const To>(expected)));
+    ASSERT_TRUE(samePixels(copy, expected));
     ASSERT_EQ(copy.GetScaleI(), kelvin);
     ASSERT_NE(static_cast<const void*>(copy.begin()), pixels.data());
 }
@@ -265,12 +261,8 @@ TEST(ScalarFieldConversion, RefusesAnUnknownType)
 
 TEST(ScalarFieldAccess, SizeIsInBytes)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto field = filled<T>(5, 3, T{});
-        EXPECT_EQ(GetSizeOfScalarField(field), 15 * sizeof(T));
-        EXPECT_EQ(GetSizeOfScalarFieldT(field), 15 * sizeof(T));
-    });
+    EXPECT_EQ(GetSizeOfScalarField(filled(5, 3, 1.0)), 120U);
+    EXPECT_EQ(GetSizeOfScalarFieldT(filled<unsigned char>(5, 3, 1)), 15U);
 }
 
 } // namespace

@@ -12,8 +12,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <functional>
-
 namespace
 {
 
@@ -38,8 +36,7 @@ ImageData<T> view(I_FrameImage& frame, const std::string& name, unsigned int z =
 
 TEST(ScalarFieldToFrame, CopiesEachTypeIntoOnePlane)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto frame = newFrame(2);
         CopyScalarFieldToFrameTypedScalar(filled(T{4}), *frame, "a", 1);
         EXPECT_THAT(valuesOf(view<T>(*frame, "a", 0)), Each(T{0}));
@@ -57,8 +54,7 @@ TEST(ScalarFieldToFrame, CopiesEachTypeIntoOnePlane)
 
 TEST(ScalarFieldToFrame, MovesArraysThatAreOwned)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto frame = newFrame(1);
         ImageData<T> data(3, 2, T{4});
         const T* const memory = data.begin();

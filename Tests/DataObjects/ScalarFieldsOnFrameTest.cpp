@@ -11,7 +11,6 @@
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Raises.h"
 
-#include <functional>
 #include <stdexcept>
 
 namespace
@@ -61,8 +60,7 @@ FramePointer frameWithA(unsigned int depth = 1)
 
 TEST(ScalarFieldsOnFrame, ViewsEachTypeOfEachPlane)
 {
-    forAllTypes([](auto tag) {
-        using T = typename decltype(tag)::type;
+    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
         const auto frame = newFrame(2);
         frame->AddComponent("TS:", BufferApi::DT_FLOAT, {});
         CopyScalarFieldToFrameTypedScalar(filled(T{7}), *frame, "a", 1);
@@ -361,50 +359,6 @@ TEST(ScalarFieldsOnFrame, PlainCollectionsTakeCopies)
         EXPECT_EQ(plain.Get("a")->GetScaleI(), kelvin);
     }
     EXPECT_THAT(CastScalarFieldTo<float>(*copy), Each(1.0F));
-}
-
-/// The image of a frame's plane that has the frame's scalar fields.
-Image<unsigned short> imageOn(I_Frame& frame, unsigned int plane)
-{
-    auto* const data = static_cast<unsigned short*>(frame.GetComponent("PIXEL")->GetPlane(plane)->GetData());
-    const auto scale = [] { return std::make_shared<Zt::LinearScale>(Zt::ScalePreset::X); };
-    return {data,
-            {width, height},
-            std::make_shared<Mask>(width, height, true),
-            scale(),
-            scale(),
-            scale(),
-            scale(),
-            std::make_shared<AttributesContainer>(),
-            std::make_shared<ScalarFieldsOnFrame>(frame, plane)};
-}
-
-TEST(ScalarFieldsOnFrame, CopiesOfAnImageAreIndependent)
-{
-    auto frame = frameWithA(2);
-    auto view = imageOn(*frame, 0);
-    const Image<unsigned short> copy(view);
-    const auto created = view.CreateCopy();
-    std::vector<Image<unsigned short>> planes;
-    planes.push_back(imageOn(*frame, 0));
-    planes.push_back(imageOn(*frame, 1));
-    ImageVolume<unsigned short> volume(std::move(planes));
-    volume.getPlane(0).GetScalarFields().Add("b", 2.0F);
-    volume.getPlane(1).GetScalarFields().Add("b", 3.0F);
-    const auto ofVolume = volume.CreateCopy();
-    const auto source = volume;
-    volume = source;
-
-    Image<unsigned short> other(width, height, true);
-    other.GetScalarFields().Add("a", filled(4.0F));
-    other.GetScalarFields().Add("b", filled(5.0F));
-    view = other;
-    EXPECT_EQ(pixels<float>(*frame, "a", 0)[0], 4.0F);
-    EXPECT_EQ(pixels<float>(*frame, "b", 1)[0], 3.0F);
-    frame.reset();
-    EXPECT_THAT(CastScalarFieldTo<float>(*copy.GetScalarFields().Get("a")), Each(1.0F));
-    EXPECT_THAT(CastScalarFieldTo<float>(*created->GetScalarFields().Get("a")), Each(1.0F));
-    EXPECT_THAT(CastScalarFieldTo<float>(*ofVolume->getPlane(1).GetScalarFields().Get("b")), Each(3.0F));
 }
 
 TEST(ScalarFieldsOnFrame, FollowsTheFrameWhereItCan)

@@ -8,9 +8,6 @@
 namespace TestSupport
 {
 
-/// For TYPED_TEST_SUITE.
-using PixelTypeList = testing::Types<unsigned char, unsigned short, int, unsigned int, float, double>;
-
 /// Calls with the PixelTypes::Tag of each element type.
 template <typename Call>
 void forAllTypes(Call&& call)

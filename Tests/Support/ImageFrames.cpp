@@ -5,6 +5,8 @@
 #include "Core/DataObjects/BufferAttributes.h"
 #include "Tests/Support/SampleBuffers.h"
 
+#include <gtest/gtest.h>
+
 namespace TestSupport
 {
 
@@ -83,6 +85,17 @@ std::unique_ptr<I_FrameImage> newFrame(E_DataType type, unsigned int width, unsi
                                        unsigned int depth)
 {
     return std::unique_ptr<I_FrameImage>(CreateImageFrame(type, width, height, depth));
+}
+
+const I_FrameImage& onlyFrame(const std::unique_ptr<I_FrameImage>& frame)
+{
+    return *frame;
+}
+
+const I_FrameImage& onlyFrame(const std::unique_ptr<I_Buffer>& buffer)
+{
+    EXPECT_EQ(buffer->GetFrameCount(), 1U);
+    return imageFrameOf(*buffer, 0);
 }
 
 ComponentParts onePlane(const std::string& name, E_DataType type, unsigned int width, unsigned int height)

@@ -37,6 +37,16 @@ void removeMask(BufferApi::I_Frame& frame);
 [[nodiscard]] std::unique_ptr<BufferApi::I_FrameImage>
 newFrame(BufferApi::E_DataType type, unsigned int width, unsigned int height, unsigned int depth = 1);
 
+/// What a function returns for its caller to free.
+[[nodiscard]] inline std::unique_ptr<BufferApi::I_FrameImage> owned(BufferApi::I_FrameImage* frame)
+{
+    return std::unique_ptr<BufferApi::I_FrameImage>(frame);
+}
+
+/// The frame of its own, or that of a buffer that holds one.
+[[nodiscard]] const BufferApi::I_FrameImage& onlyFrame(const std::unique_ptr<BufferApi::I_FrameImage>& frame);
+[[nodiscard]] const BufferApi::I_FrameImage& onlyFrame(const std::unique_ptr<BufferApi::I_Buffer>& buffer);
+
 /// A component of one plane.
 [[nodiscard]] BufferApi::ComponentParts onePlane(const std::string& name, BufferApi::E_DataType type,
                                                  unsigned int width, unsigned int height);
