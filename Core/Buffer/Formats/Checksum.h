@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Core/Buffer/Formats/ChecksumKernel.h"
+
 #include <optional>
 
 namespace BufferApi::Formats
@@ -17,17 +19,11 @@ public:
     [[nodiscard]] unsigned int value() const;
 
 private:
-    struct Sums
-    {
-        unsigned long long plain = 0;
-        unsigned long long weighted = 0;
-    };
-
-    static void append(Sums& sums, const Sums& block, unsigned long long words);
-    static Sums sumBlock(const unsigned char* data, unsigned long long steps);
+    void append(const Private::WordSums& block);
     void addWords(const unsigned char* data, unsigned long long words);
 
-    Sums m_sums;
+    unsigned long long m_plain = 0;
+    unsigned long long m_weighted = 0;
     bool m_isAllZero = true;
     /// The first byte of a word whose second one is still to come.
     std::optional<unsigned char> m_half;
