@@ -13,16 +13,38 @@ namespace RTE
 namespace
 {
 
-/// Advises on the whole units of memory inside an array.
-void advise(const void* data, unsigned long long bytes, std::uintptr_t unit, int advice) noexcept
+/// The whole units of memory inside an array.
+struct Interior
 {
-    const auto first = reinterpret_cast<std::uintptr_t>(data);
-    const std::uintptr_t begin = (first + unit - 1) & ~(unit - 1);
-    const std::uintptr_t end = (first + bytes) & ~(unit - 1);
-    if (begin < end) {
-        // Advice only: a kernel that does not know it refuses, and the array works as it is.
-        static_cast<void>(madvise(reinterpret_cast<void*>(begin), end - begin, advice));
+    std::uintptr_t begin;
+    std::uintptr_t end;
+
+    Interior(const void* data, unsigned long long bytes, std::uintptr_t unit) noexcept
+        : begin((reinterpret_cast<std::uintptr_t>(data) + unit - 1) & ~(unit - 1)),
+          end((reinterpret_cast<std::uintptr_t>(data) + bytes) & ~(unit - 1))
+    {
     }
+};
+
+void advise(const Interior& interior, int advice) noexcept
+{
+    if (interior.begin < interior.end) {
+        // Advice only: a kernel that does not know it refuses, and the array works as it is.
+        static_cast<void>(
+            madvise(reinterpret_cast<void*>(interior.begin), interior.end - interior.begin, advice));
+    }
+}
+
+std::uintptr_t pageBytes() noexcept
+{
+    static const auto bytes = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    return bytes;
+}
+
+bool isResident(std::uintptr_t page) noexcept
+{
+    unsigned char state = 0;
+    return mincore(reinterpret_cast<void*>(page), pageBytes(), &state) == 0 && (state & 1U) != 0;
 }
 
 constexpr std::uintptr_t hugePage = 2U << 20U;
@@ -79,14 +101,18 @@ void adviseHugePages(void* data, unsigned long long bytes) noexcept
 {
     constexpr unsigned long long worthwhile = 2 * hugePage;
     if (bytes >= worthwhile) {
-        advise(data, bytes, hugePage, MADV_HUGEPAGE);
+        advise(Interior(data, bytes, hugePage), MADV_HUGEPAGE);
     }
 }
 
 void populatePages([[maybe_unused]] void* data, [[maybe_unused]] unsigned long long bytes) noexcept
 {
 #ifdef MADV_POPULATE_WRITE
-    advise(data, bytes, static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE)), MADV_POPULATE_WRITE);
+    const Interior pages(data, bytes, pageBytes());
+    // Walking over pages that are there already takes a tenth of the time that reading them from a file does.
+    if (pages.begin < pages.end && !isResident(pages.end - pageBytes())) {
+        advise(pages, MADV_POPULATE_WRITE);
+    }
 #endif
 }
 
@@ -114,7 +140,7 @@ bool keepInReserve(void* data, unsigned long long bytes) noexcept
     }
     auto* const kept = new (data) Kept{bytes};
 #ifdef MADV_FREE
-    advise(kept + 1, bytes - sizeof(Kept), hugePage, MADV_FREE);
+    advise(Interior(kept + 1, bytes - sizeof(Kept), hugePage), MADV_FREE);
 #endif
     put(kept);
     return true;

@@ -17,8 +17,9 @@ namespace RTE
 /// The page faults of a fresh array cost more than any pass over its pixels.
 DATAOBJECTS_COMMON_EXPORT void adviseHugePages(void* data, unsigned long long bytes) noexcept;
 
-/// Takes the pages of a fresh array from the system at once, which is faster than fault by fault where they
-/// are then written past the cache; does nothing where the system cannot.
+/// Takes the pages inside a part of a fresh array from the system at once, which is faster than fault by
+/// fault where the part is then written past the cache or filled from a file. Does nothing where the system
+/// cannot, and where the last page is there already.
 DATAOBJECTS_COMMON_EXPORT void populatePages(void* data, unsigned long long bytes) noexcept;
 
 /// \name Arrays in reserve

@@ -217,6 +217,8 @@ struct StoredChunk
     unsigned long long zeros = 0;
     /// The Fletcher32 of both follows these; it is taken while they are written.
     bool hasChecksum = false;
+    /// Where a reader's array will have them.
+    unsigned long long memoryOffset = 0;
 
     [[nodiscard]] unsigned long long size() const noexcept
     {

@@ -19,7 +19,9 @@ namespace
 constexpr unsigned long long signatureBytes = 8;
 // Room for both superblocks.
 constexpr unsigned long long firstAddress = 1024;
-// The system copies whole pages fastest; for smaller pieces the gaps would count.
+// Where bytes have the same place in a page of the file as in one of memory, the processor takes loads for
+// later ones of stores and copies a tenth slower. Large arrays begin at a page, so chunks begin half a page
+// off; for smaller pieces the gaps would count.
 constexpr unsigned long long pageBytes = 4096;
 constexpr unsigned long long smallestAligned = 1ULL << 17U;
 // What was written is still in the cache when its checksum is taken. The other way round takes longer: the
@@ -191,7 +193,8 @@ Storage::Storage(const Formats::OutputPath& path, bool isLasting)
 unsigned long long Storage::allocate(unsigned long long bytes)
 {
     if (bytes >= smallestAligned) {
-        m_end = (m_end + pageBytes - 1) / pageBytes * pageBytes;
+        const unsigned long long place = (m_chunk.memoryOffset + pageBytes / 2) % pageBytes;
+        m_end += (place + pageBytes - m_end % pageBytes) % pageBytes;
     } else if (const auto reused = m_free.take(bytes)) {
         return *reused;
     }

@@ -2,8 +2,10 @@
 #include "Core/Buffer/Formats/NativePlanes.h"
 
 #include "Core/Buffer/Formats/Checksum.h"
+#include "Core/Buffer/Formats/Hdf5Call.h"
 #include "Core/Buffer/Formats/NativeColumns.h"
 #include "Core/Buffer/LazyPlane.h"
+#include "Core/Common/Array.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,6 +21,8 @@ namespace
 constexpr unsigned long long mostChunkBytes = 1ULL << 20U;
 // What was read last is still in the cache when its checksum is taken.
 constexpr unsigned long long bytesPerRead = 1ULL << 17U;
+// Pages belong to the piece in which they begin.
+constexpr unsigned long long pageBytes = 4096;
 constexpr unsigned long long mostPerPackedByte = 1032;
 
 /// Rows of a chunk, such that the last chunk of a plane is nearly as full as the others.
@@ -146,8 +150,9 @@ void PlaneWriter::write(const PlanePosition& position, const I_PlaneBase& plane)
     for (unsigned long long y = 0; y < component.height; y += step) {
         const unsigned long long rows = std::min(step, component.height - y);
         const unsigned char* values = inFileOrder(pixels + y * memoryRow, rows);
-        m_dataset.writeChunk(m_geometry.offset(position, y),
-                             m_coder.encode(m_dataset.layout(), values, rows * m_geometry.rowBytes()));
+        Hdf5::StoredChunk chunk = m_coder.encode(m_dataset.layout(), values, rows * m_geometry.rowBytes());
+        chunk.memoryOffset = y * memoryRow;
+        m_dataset.writeChunk(m_geometry.offset(position, y), chunk);
     }
 }
 
@@ -223,31 +228,41 @@ void PlaneReader::read(const PlanePosition& position, unsigned char* destination
     const ComponentStructure& component = m_geometry.component();
     const unsigned long long height = component.width == 0 ? 0 : component.height;
     const unsigned long long memoryRow = GetDataTypeSize(component.type) * component.width;
+    const std::vector<Hdf5::PlacedChunk> chunks = findChunks(position, height);
     const unsigned long long step = m_chunkRows == 0 ? height : m_chunkRows;
     const CoderPool::Lease coder(m_file->coders);
     Scratch channels;
     for (unsigned long long y = 0; y < height; y += step) {
         const unsigned long long rows = std::min(step, height - y);
+        const bool isColour = component.type == DT_RGB;
         unsigned char* pixels = destination + y * memoryRow;
-        if (component.type != DT_RGB) {
-            readRows(position, y, rows, pixels, *coder);
-            continue;
+        unsigned char* values = isColour ? channels.reserve(rows * m_geometry.rowBytes()) : pixels;
+        if (chunks.empty()) {
+            m_dataset.readThroughLibrary(m_geometry.offset(position, y), m_geometry.block(rows),
+                                         m_geometry.element(), values);
+        } else {
+            readChunk(position, chunks[y / step], rows * m_geometry.rowBytes(), values, *coder);
         }
-        readRows(position, y, rows, channels.reserve(rows * m_geometry.rowBytes()), *coder);
-        fromChannels(channels.reserve(0), rows * component.width, component.channels, pixels);
+        if (isColour) {
+            fromChannels(values, rows * component.width, component.channels, pixels);
+        }
     }
 }
 
-void PlaneReader::readRows(const PlanePosition& position, unsigned long long y, unsigned long long rows,
-                           unsigned char* destination, ChunkCoder& coder) const
+std::vector<Hdf5::PlacedChunk> PlaneReader::findChunks(const PlanePosition& position,
+                                                       unsigned long long height) const
 {
-    const Hdf5::Extents offset = m_geometry.offset(position, y);
-    if (m_chunkRows == 0) {
-        return m_dataset.readThroughLibrary(offset, m_geometry.block(rows), m_geometry.element(),
-                                            destination);
+    std::vector<Hdf5::PlacedChunk> chunks;
+    const Hdf5::Serial serial;
+    for (unsigned long long y = 0; m_chunkRows > 0 && y < height; y += m_chunkRows) {
+        chunks.push_back(checkedChunk(m_dataset, m_geometry.offset(position, y), m_file->bytes));
     }
-    const unsigned long long bytes = rows * m_geometry.rowBytes();
-    const Hdf5::PlacedChunk chunk = checkedChunk(m_dataset, offset, m_file->bytes);
+    return chunks;
+}
+
+void PlaneReader::readChunk(const PlanePosition& position, const Hdf5::PlacedChunk& chunk,
+                            unsigned long long bytes, unsigned char* destination, ChunkCoder& coder) const
+{
     const Hdf5::Filters filters = filtersOf(m_dataset.layout(), chunk.filterMask);
     const char* reason = filters.shuffle || filters.deflate
                              ? readCoded(chunk, destination, bytes, coder)
@@ -265,6 +280,7 @@ const char* PlaneReader::readCoded(const Hdf5::PlacedChunk& chunk, unsigned char
 {
     unsigned char* stored = coder.storedBytes(chunk.piece.bytes);
     m_dataset.readStored(chunk.piece, stored);
+    RTE::populatePages(destination, bytes);
     return coder.decode(m_dataset.layout(), {stored, chunk.piece.bytes}, chunk.filterMask, destination,
                         bytes);
 }
@@ -280,6 +296,7 @@ const char* PlaneReader::readAsItIs(const Hdf5::FilePiece& piece, bool hasChecks
     Fletcher32 sum;
     for (unsigned long long done = 0; done < bytes; done += bytesPerRead) {
         const unsigned long long count = std::min(bytesPerRead, bytes - done);
+        RTE::populatePages(destination + done, std::min(count + pageBytes, bytes - done));
         m_dataset.readStored({piece.address + done, count}, destination + done);
         if (hasChecksum) {
             sum.add(destination + done, count);

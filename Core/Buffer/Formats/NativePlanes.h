@@ -6,6 +6,7 @@
 #include "Core/Buffer/Formats/NativeLayout.h"
 
 #include <memory>
+#include <vector>
 
 namespace BufferApi::Formats::Native
 {
@@ -95,8 +96,11 @@ public:
 private:
     void checkExtents() const;
     void checkChunks();
-    void readRows(const PlanePosition& position, unsigned long long y, unsigned long long rows,
-                  unsigned char* destination, ChunkCoder& coder) const;
+    /// The chunks of a plane, found at once; none when they are read through HDF5's own filters.
+    [[nodiscard]] std::vector<Hdf5::PlacedChunk> findChunks(const PlanePosition& position,
+                                                            unsigned long long height) const;
+    void readChunk(const PlanePosition& position, const Hdf5::PlacedChunk& chunk, unsigned long long bytes,
+                   unsigned char* destination, ChunkCoder& coder) const;
     /// These give the reason when the stored bytes are damaged, null otherwise.
     [[nodiscard]] const char* readCoded(const Hdf5::PlacedChunk& chunk, unsigned char* destination,
                                         unsigned long long bytes, ChunkCoder& coder) const;
