@@ -22,6 +22,9 @@ DATAOBJECTS_COMMON_EXPORT void adviseHugePages(void* data, unsigned long long by
 /// cannot, and where the last page is there already.
 DATAOBJECTS_COMMON_EXPORT void populatePages(void* data, unsigned long long bytes) noexcept;
 
+/// Whether the last page inside a part of an array has still to be taken from the system.
+[[nodiscard]] DATAOBJECTS_COMMON_EXPORT bool lacksPages(const void* data, unsigned long long bytes) noexcept;
+
 /// \name Arrays in reserve
 ///
 /// The pages of a fresh array are cleared by the system one by one, and given back when it is freed; beyond

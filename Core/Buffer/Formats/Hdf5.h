@@ -270,6 +270,9 @@ public:
     /// the same size would be written over it, which a lasting file refuses
     FilePiece writeChunk(const Extents& offset, const StoredChunk& stored,
                          const std::optional<FilePiece>& replaced = {});
+    /// The same in two steps, so that several chunks can be placed under one lock and written without it.
+    [[nodiscard]] FilePiece placeChunk(const Extents& offset, const StoredChunk& stored);
+    void writePlaced(const StoredChunk& stored, const FilePiece& place);
     /// Reads a block through the library's own filters, holding the lock meanwhile. \param element of the
     /// destination
     void readThroughLibrary(const Extents& offset, const Extents& count, Element element,

@@ -138,6 +138,16 @@ void Dataset::readStored(const FilePiece& piece, void* destination) const
 FilePiece Dataset::writeChunk(const Extents& offset, const StoredChunk& stored,
                               const std::optional<FilePiece>& replaced)
 {
+    const FilePiece place = placeChunk(offset, stored);
+    if (replaced) {
+        m_file->storage()->giveUp(*replaced);
+    }
+    writePlaced(stored, place);
+    return place;
+}
+
+FilePiece Dataset::placeChunk(const Extents& offset, const StoredChunk& stored)
+{
     Storage& storage = *m_file->storage();
     storage.expectChunk(stored);
     forEachTable(m_handle, m_twin, [&](hid_t id) {
@@ -145,11 +155,16 @@ FilePiece Dataset::writeChunk(const Extents& offset, const StoredChunk& stored,
             return H5Dwrite_chunk(id, H5P_DEFAULT, 0, offset.data(), stored.size(), stored.bytes.data());
         });
     });
-    const FilePiece place = storage.writeChunk(replaced);
+    return storage.takePlace();
+}
+
+void Dataset::writePlaced(const StoredChunk& stored, const FilePiece& place)
+{
+    Storage& storage = *m_file->storage();
+    storage.writeChunk(stored, place);
     if (!storage.failure().isNull()) {
         m_file->fail(storage.failure());
     }
-    return place;
 }
 
 void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, Element element,

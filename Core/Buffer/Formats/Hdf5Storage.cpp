@@ -24,9 +24,6 @@ constexpr unsigned long long firstAddress = 1024;
 // off; for smaller pieces the gaps would count.
 constexpr unsigned long long pageBytes = 4096;
 constexpr unsigned long long smallestAligned = 1ULL << 17U;
-// What was written is still in the cache when its checksum is taken. The other way round takes longer: the
-// system waits for its stores anyway and reads meanwhile.
-constexpr unsigned long long bytesPerWrite = 1ULL << 17U;
 
 } // namespace
 
@@ -229,28 +226,27 @@ void Storage::expectChunk(const StoredChunk& chunk) noexcept
     m_isPlaceNew = false;
 }
 
-FilePiece Storage::writeChunk(const std::optional<FilePiece>& replaced)
+FilePiece Storage::takePlace()
 {
     RTE::verify(m_place && m_place->bytes == m_chunk.size(), "A chunk was not placed");
     RTE::verify(m_isPlaceNew || !m_isLasting, "A chunk would be written over");
-    writeStored(m_chunk, m_place->address);
     m_chunk = {};
-    if (replaced) {
-        m_givenUp.push_back(*replaced);
-    }
     return *m_place;
 }
 
-void Storage::writeStored(const StoredChunk& chunk, unsigned long long address)
+void Storage::writeChunk(const StoredChunk& chunk, const FilePiece& place)
 {
     Formats::Fletcher32 sum;
-    const unsigned long long step = chunk.hasChecksum ? bytesPerWrite : chunk.bytes.size();
-    for (unsigned long long done = 0; done < chunk.bytes.size(); done += step) {
-        const auto piece = chunk.bytes.subspan(done, std::min(step, chunk.bytes.size() - done));
-        write(address + done, piece.data(), piece.size());
+    for (auto left = chunk.bytes; !left.empty();) {
+        const unsigned long long address = place.address + chunk.bytes.size() - left.size();
+        const auto piece =
+            left.first(chunk.hasChecksum ? Formats::bytesAtOnce(address, left.size()) : left.size());
+        write(address, piece.data(), piece.size());
+        // The other way round takes longer: the system waits for its stores anyway and reads meanwhile.
         if (chunk.hasChecksum) {
             sum.add(piece.data(), piece.size());
         }
+        left = left.subspan(piece.size());
     }
     QByteArray tail(static_cast<qsizetype>(chunk.zeros), '\0');
     if (chunk.hasChecksum) {
@@ -258,7 +254,7 @@ void Storage::writeStored(const StoredChunk& chunk, unsigned long long address)
         const unsigned int checksum = sum.value();
         tail.append(reinterpret_cast<const char*>(&checksum), sizeof(checksum));
     }
-    write(address + chunk.bytes.size(), tail.constData(), static_cast<unsigned long long>(tail.size()));
+    write(place.address + chunk.bytes.size(), tail.constData(), static_cast<unsigned long long>(tail.size()));
 }
 
 void Storage::commit()

@@ -76,12 +76,15 @@ public:
     /// Why one of all the writes failed; null if all went well.
     [[nodiscard]] const QString& failure() const noexcept { return m_failure; }
 
-    /// Until `writeChunk` the library's calls for both tables are about these bytes, which it has to be given
+    /// Until `takePlace` the library's calls for both tables are about these bytes, which it has to be given
     /// at this address.
     void expectChunk(const StoredChunk& chunk) noexcept;
-    /// Writes the expected chunk to the place that the library gave it, unless a write has failed.
-    /// \param replaced the place of the chunk that it replaces, which is free with the next commit
-    [[nodiscard]] FilePiece writeChunk(const std::optional<FilePiece>& replaced);
+    /// Where the library put the expected chunk.
+    [[nodiscard]] FilePiece takePlace();
+    /// Writes a chunk to its place, unless a write has failed.
+    void writeChunk(const StoredChunk& chunk, const FilePiece& place);
+    /// A place that is free with the next commit.
+    void giveUp(const FilePiece& place) { m_givenUp.push_back(place); }
     /// Makes what the library has flushed the content of the file.
     void commit();
     /// Commits what the library left behind when it closed the file, and leaves one table alone.
@@ -122,7 +125,6 @@ private:
     [[nodiscard]] Contents& contents(Table table) noexcept { return table == Table::Main ? m_main : m_twin; }
     [[nodiscard]] unsigned long long allocate(unsigned long long bytes);
     void write(unsigned long long offset, const void* source, unsigned long long bytes);
-    void writeStored(const StoredChunk& chunk, unsigned long long address);
     void resize(unsigned long long bytes);
 
     Formats::OutputFile m_file;

@@ -19,8 +19,6 @@ namespace
 
 // A chunk and what it is coded to should stay in the processor's second cache.
 constexpr unsigned long long mostChunkBytes = 1ULL << 20U;
-// What was read last is still in the cache when its checksum is taken.
-constexpr unsigned long long bytesPerRead = 1ULL << 17U;
 // Pages belong to the piece in which they begin.
 constexpr unsigned long long pageBytes = 4096;
 constexpr unsigned long long mostPerPackedByte = 1032;
@@ -147,12 +145,33 @@ void PlaneWriter::write(const PlanePosition& position, const I_PlaneBase& plane)
     const unsigned char* pixels = pixelsOf(plane);
     const unsigned long long memoryRow = GetDataTypeSize(component.type) * component.width;
     const unsigned long long step = m_dataset.layout().chunk[m_geometry.dimensionY()];
+    const bool isStoredAsItLies = component.type != DT_RGB && !m_dataset.layout().filters.deflate;
+    std::vector<Hdf5::StoredChunk> waiting;
     for (unsigned long long y = 0; y < component.height; y += step) {
         const unsigned long long rows = std::min(step, component.height - y);
         const unsigned char* values = inFileOrder(pixels + y * memoryRow, rows);
-        Hdf5::StoredChunk chunk = m_coder.encode(m_dataset.layout(), values, rows * m_geometry.rowBytes());
-        chunk.memoryOffset = y * memoryRow;
-        m_dataset.writeChunk(m_geometry.offset(position, y), chunk);
+        waiting.push_back(m_coder.encode(m_dataset.layout(), values, rows * m_geometry.rowBytes()));
+        waiting.back().memoryOffset = y * memoryRow;
+        if (!isStoredAsItLies) {
+            m_dataset.writeChunk(m_geometry.offset(position, y), waiting.back());
+            waiting.clear();
+        }
+    }
+    writeTogether(position, waiting);
+}
+
+void PlaneWriter::writeTogether(const PlanePosition& position, const std::vector<Hdf5::StoredChunk>& chunks)
+{
+    const unsigned long long step = m_dataset.layout().chunk[m_geometry.dimensionY()];
+    std::vector<Hdf5::FilePiece> places;
+    {
+        const Hdf5::Serial serial;
+        for (const Hdf5::StoredChunk& chunk : chunks) {
+            places.push_back(m_dataset.placeChunk(m_geometry.offset(position, places.size() * step), chunk));
+        }
+    }
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        m_dataset.writePlaced(chunks[i], places[i]);
     }
 }
 
@@ -280,7 +299,9 @@ const char* PlaneReader::readCoded(const Hdf5::PlacedChunk& chunk, unsigned char
 {
     unsigned char* stored = coder.storedBytes(chunk.piece.bytes);
     m_dataset.readStored(chunk.piece, stored);
-    RTE::populatePages(destination, bytes);
+    if (RTE::lacksPages(destination, bytes)) {
+        RTE::populatePages(destination, bytes);
+    }
     return coder.decode(m_dataset.layout(), {stored, chunk.piece.bytes}, chunk.filterMask, destination,
                         bytes);
 }
@@ -293,10 +314,14 @@ const char* PlaneReader::readAsItIs(const Hdf5::FilePiece& piece, bool hasChecks
     if (piece.bytes != whole + (hasChecksum ? checksumBytes : 0)) {
         return "a chunk has the wrong size";
     }
+    const bool isFresh = RTE::lacksPages(destination, bytes);
     Fletcher32 sum;
-    for (unsigned long long done = 0; done < bytes; done += bytesPerRead) {
-        const unsigned long long count = std::min(bytesPerRead, bytes - done);
-        RTE::populatePages(destination + done, std::min(count + pageBytes, bytes - done));
+    unsigned long long count = 0;
+    for (unsigned long long done = 0; done < bytes; done += count) {
+        count = bytesAtOnce(piece.address + done, bytes - done);
+        if (isFresh) {
+            RTE::populatePages(destination + done, std::min(count + pageBytes, bytes - done));
+        }
         m_dataset.readStored({piece.address + done, count}, destination + done);
         if (hasChecksum) {
             sum.add(destination + done, count);

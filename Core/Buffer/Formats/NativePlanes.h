@@ -73,6 +73,8 @@ public:
 private:
     [[nodiscard]] const unsigned char* pixelsOf(const I_PlaneBase& plane);
     [[nodiscard]] const unsigned char* inFileOrder(const unsigned char* pixels, unsigned long long rows);
+    /// Places all chunks of a plane while HDF5's code is in the cache, then writes them.
+    void writeTogether(const PlanePosition& position, const std::vector<Hdf5::StoredChunk>& chunks);
 
     PlaneGeometry m_geometry;
     Hdf5::Dataset m_dataset;
