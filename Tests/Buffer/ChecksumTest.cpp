@@ -41,8 +41,9 @@ unsigned int fletcher32(const Byte* data, std::size_t bytes)
 /// The checksum behind the pixels of a plane of one chunk in a file that holds it as it is.
 unsigned int storedBehind(const QByteArray& file, const QByteArray& pixels)
 {
-    const qsizetype found = file.indexOf(pixels);
-    EXPECT_GE(found, 0);
+    // All of them would take quadratic time where they are equal.
+    const qsizetype found = file.indexOf(pixels.left(31));
+    EXPECT_EQ(file.mid(found, pixels.size()), pixels);
     unsigned int sum = 0;
     std::memcpy(&sum, file.constData() + found + pixels.size(), sizeof(sum));
     return sum;
