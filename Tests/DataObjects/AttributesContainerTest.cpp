@@ -6,7 +6,6 @@
 #include "Tests/Support/Allocations.h"
 #include "Tests/Support/Raises.h"
 
-#include <atomic>
 #include <thread>
 
 namespace

@@ -5,7 +5,6 @@
 #include "Core/DataObjects/LazyMask.h"
 #include "Core/DataObjects/RGBImageFromBuffer.h"
 #include "Core/DataObjects/RGBImageToImage.h"
-#include "Core/DataObjects/ScalarField.h"
 #include "Tests/DataObjects/Companions.h"
 #include "Tests/Support/EachTarget.h"
 #include "Tests/Support/Raises.h"

@@ -8,7 +8,6 @@
 #include "Core/DataObjects/RGBImageBuffer.h"
 #include "Core/DataObjects/SetTypeId.h"
 #include "Core/DataObjects/TypeIdentifier.h"
-#include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
@@ -98,22 +97,20 @@ TEST(DataObjectFromBuffer, AllElseIsNotImplemented)
 
 TEST(DataObjectFromBuffer, ObjectsOwnAllTheyNeed)
 {
-    forAllTypes([]<typename T>(PixelTypes::Tag<T>) {
-        const auto type = BufferApi::GetDataType<T>();
-        auto buffer = imageBuffer(type, 2, 2);
-        const void* const pixels = pixelsOf(*buffer->GetFrame(1), 1);
-        const auto object = GetDataObjectFromBuffer(std::move(buffer));
-        auto& recording = dynamic_cast<ImageBuffer<T>&>(*object);
-        EXPECT_EQ(recording.getFrame(1).getPlane(1).GetRawPointer(), pixels) << "moved, not copied";
-        EXPECT_TRUE(recording.HasOwnerShip());
-        EXPECT_TRUE(buffersEqual(*createBufferFromVariant(*object), *imageBuffer(type, 2, 2)));
-        // Each of these would write to a frame that is gone.
-        recording.GetGlobalAttributes().set("New", 1);
-        recording.getFrame(0).GetAttributes().set("New", 1);
-        recording.getFrame(0).GetScaleX().setFactor(2.0);
-        recording.AddScalarField("New", recording.getFrame(0).GetScaleI());
-        EXPECT_EQ(recording.getFrame(0).getPlane(1).GetScalarFields().size(), 3U);
-    });
+    auto buffer = imageBuffer(BufferApi::DT_INT32, 2, 2);
+    const void* const pixels = pixelsOf(*buffer->GetFrame(1), 1);
+    const auto object = GetDataObjectFromBuffer(std::move(buffer));
+    auto& recording = dynamic_cast<ImageBuffer<int>&>(*object);
+    EXPECT_EQ(recording.getFrame(1).getPlane(1).GetRawPointer(), pixels) << "moved, not copied";
+    EXPECT_TRUE(recording.HasOwnerShip());
+    EXPECT_TRUE(buffersEqual(*createBufferFromVariant(*object), *imageBuffer(BufferApi::DT_INT32, 2, 2)));
+    // Each of these would write to a frame that is gone.
+    recording.GetGlobalAttributes().set("New", 1);
+    recording.getFrame(0).GetAttributes().set("New", 1);
+    recording.getFrame(0).GetScaleX().setFactor(2.0);
+    recording.AddScalarField("New", recording.getFrame(0).GetScaleI());
+    EXPECT_EQ(recording.getFrame(0).getPlane(1).GetScalarFields().size(), 3U);
+
     const auto colour = GetDataObjectFromBuffer(colourBuffer());
     auto& images = dynamic_cast<RGBImageBuffer&>(*colour);
     images.GetGlobalAttributes().set("New", 1);

@@ -105,6 +105,8 @@ TEST_F(FilesystemImport, ObjectsOwnAllTheyNeed)
     auto image = ImportImageT<int>(file, 1, 0);
     ASSERT_TRUE(QFile::remove(file));
     EXPECT_TRUE(recording.HasOwnerShip());
+    const auto expected = imageBuffer(BufferApi::DT_INT32, 2, 2);
+    EXPECT_TRUE(buffersEqual(*CreateBufferFromImageBuffer(recording, true), *expected));
     EXPECT_TRUE(image.GetImageData().HasOwnerShip());
     EXPECT_TRUE(image.GetMask().HasOwnerShip());
     // Each of these would write to a frame that is gone.
@@ -234,6 +236,12 @@ TEST_F(FilesystemImport, FramesPlanesAndTypesThatDoNotFitAreRefused)
          {"BufferApi::DT_RGB not supported yet.", [&] { return ImportImageDataT<int>(colours, 0, 0); }},
          {"Given buffer has no frames", [&] { return ImportImageBufferT<float>(noFrames); }}});
     EXPECT_TRUE(ImportImages(noFrames).empty());
+}
+
+TEST_F(FilesystemImport, TheContentDecidesNotTheName)
+{
+    ASSERT_TRUE(QFile::rename(fileOf(BufferApi::DT_WORD, 1, 1), path("run.png")));
+    EXPECT_EQ(ImportImage(path("run.png"), 0, 0)->GetWidth(), 31U);
 }
 
 } // namespace

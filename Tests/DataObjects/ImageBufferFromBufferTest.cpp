@@ -8,8 +8,6 @@
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 
-#include <QTemporaryDir>
-
 namespace
 {
 
@@ -87,22 +85,6 @@ TEST(ImageBufferFromBuffer, FramesThatSharePlanesAreMovedLast)
     EXPECT_TRUE(framesEqual(*moved->GetFrame(0), *expected->GetFrame(0)));
     EXPECT_TRUE(framesEqual(*moved->GetFrame(1), *expected->GetFrame(0)));
     EXPECT_EQ(pixelsOf(*moved->GetFrame(1), 1), pixels);
-}
-
-TEST(ImageBufferFromBuffer, PlanesOfAFileAreReadBeforeItGoes)
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("recording.qfi");
-    const auto expected = imageBuffer(BufferApi::DT_WORD, 2, 2);
-    BufferApi::ExportBuffer(expected.get(), path, {});
-    std::unique_ptr<I_Buffer> file(BufferApi::ImportBuffer(path, {}));
-    const auto view = CreateBufferFromImageBuffer(*GetImageBuffer(std::as_const(*file)), true);
-    EXPECT_TRUE(buffersEqual(*view, *file));
-    file.reset(BufferApi::ImportBuffer(path, {}));
-    const auto recording = GetImageBuffer(std::move(*file), true);
-    file.reset();
-    ASSERT_TRUE(QFile::remove(path));
-    EXPECT_TRUE(buffersEqual(*CreateBufferFromImageBuffer(std::move(*recording), true), *view));
 }
 
 TEST(ImageBufferFromBuffer, FailuresAreTold)

@@ -7,7 +7,6 @@
 #include "Tests/DataObjects/PlaneMemory.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"
-#include "Tests/Support/Frames.h"
 #include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/Scales.h"

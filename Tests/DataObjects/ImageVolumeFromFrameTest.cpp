@@ -2,7 +2,6 @@
 #include "Core/DataObjects/ImageVolumeFromFrame.h"
 
 #include "Core/DataObjects/BufferAttributes.h"
-#include "Core/DataObjects/ScalarField.h"
 #include "Tests/DataObjects/PlaneMemory.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Allocations.h"

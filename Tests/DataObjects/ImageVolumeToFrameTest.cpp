@@ -83,8 +83,9 @@ TEST(ImageVolumeToFrame, APlaneThatServesTwoDepthsIsCopied)
 {
     ImageVolume<int> volume(Math::Size3T<unsigned int>(2, 2, 2), 7, true);
     volume[1] = volume[0];
-    const FramePointer frame(CreateFrameFromImageVolumeT(std::move(volume), true));
+    const auto frame = owned(CreateFrameFromImageVolumeT(std::move(volume), false));
     EXPECT_EQ(GetImageVolumeT<int>(std::as_const(*frame)).GetVoxel(1, 1, 1), 7);
+    EXPECT_FALSE(frame->HasMask()) << "none was wanted";
 }
 
 TEST(ImageVolumeToFrame, APlaneOfAnotherSizeIsRefusedAndNothingLeaks)

@@ -3,9 +3,7 @@
 
 #include "Tests/Support/Raises.h"
 
-#include <algorithm>
 #include <array>
-#include <cstring>
 #include <random>
 #include <type_traits>
 

@@ -7,7 +7,6 @@
 #include "Core/DataObjects/BufferLibDataAccess.h"
 #include "Core/DataObjects/RGBImageBufferFromBuffer.h"
 #include "Core/DataObjects/RGBImageToImage.h"
-#include "Core/DataObjects/ScalarField.h"
 #include "Tests/DataObjects/Companions.h"
 #include "Tests/Support/Raises.h"
 

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/DataObjects/Rgb16.h"
 
+#include "Core/Common/Exception.h"
 #include "Core/Common/Settings.h"
-#include "Tests/Support/Raises.h"
+
+#include <gtest/gtest.h>
 
 namespace
 {
 
 using namespace DataObjects;
-using namespace TestSupport;
 
 static_assert(Rgb16(0x00112233U) == Rgb16(0x11, 0x22, 0x33));
 static_assert(Rgb16(0xFEDCBA98U) == Rgb16(0xFEDC, 0xBA, 0x98), "red takes all that stands above bit 15");

@@ -4,14 +4,10 @@
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/C_TypedScalarFrame.h"
 #include "Core/DataObjects/AttributesContainer.h"
-#include "Core/DataObjects/ImageVolume.h"
-#include "Core/DataObjects/ScalarFieldOnFrame.h"
 #include "Core/DataObjects/ScalarFieldToFrame.h"
 #include "Tests/DataObjects/Fields.h"
 #include "Tests/Support/AllTypes.h"
 #include "Tests/Support/Raises.h"
-
-#include <stdexcept>
 
 namespace
 {
@@ -344,9 +340,12 @@ TEST(ScalarFieldsOnFrame, PlainCollectionsTakeCopies)
 {
     auto frame = frameWithA();
     ScalarFieldsOnFrame fields(*frame, 0);
+    // A collection that knows of no field of its own asks the frame.
+    ScalarFieldsOnFrame(*frame, 0).Add("late", 2.0F);
     ScalarFields copied(fields);
     ScalarFields assigned(1, 1);
     assigned = fields;
+    EXPECT_THAT(CastScalarFieldTo<float>(*copied.Get("late")), Each(2.0F));
     const auto copy = fields.Get("a")->CreateCopy();
     ScalarFields moved(std::move(static_cast<ScalarFields&>(fields)));
     EXPECT_TRUE(fields.empty());

@@ -5,7 +5,6 @@
 #include "Tests/Support/Raises.h"
 
 #include <array>
-#include <stdexcept>
 
 namespace
 {
