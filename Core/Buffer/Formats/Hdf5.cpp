@@ -53,7 +53,7 @@ herr_t keepInnermost(unsigned position, const H5E_error2_t* error, void* reason)
 herr_t collectName(hid_t, const char* name, const H5L_info_t* info, void* names)
 {
     if (info->type == H5L_TYPE_HARD) {
-        static_cast<std::vector<std::string>*>(names)->emplace_back(name);
+        static_cast<std::set<std::string>*>(names)->emplace(name);
     }
     return 0;
 }
@@ -202,8 +202,9 @@ hid_t typeOf(Element element)
 FoundElement findElement(hid_t fileType)
 {
     const auto find = [](hid_t type) -> std::optional<Element> {
+        const std::size_t bytes = H5Tget_size(type);
         for (const Element element : elements) {
-            if (H5Tequal(type, typeOf(element)) > 0) {
+            if (elementSize(element) == bytes && H5Tequal(type, typeOf(element)) > 0) {
                 return element;
             }
         }
@@ -296,15 +297,19 @@ hid_t Handle::release() noexcept
     return std::exchange(m_id, H5I_INVALID_HID);
 }
 
-bool Group::contains(const std::string& name) const
+Group::Group(Handle handle, ContextPointer file, std::string name, Handle twin)
+    : Object(std::move(handle), std::move(file), std::move(name), std::move(twin))
 {
-    H5L_info_t info{};
-    const bool exists =
-        checked(*m_file, name, [&] { return H5Lexists(m_handle.get(), name.c_str(), H5P_DEFAULT); }) > 0;
-    return exists &&
-           checked(*m_file, name,
-                   [&] { return H5Lget_info(m_handle.get(), name.c_str(), &info, H5P_DEFAULT); }) >= 0 &&
-           info.type == H5L_TYPE_HARD;
+    if (m_file->input() != nullptr) {
+        readLinks();
+    }
+}
+
+void Group::readLinks()
+{
+    checked(*m_file, m_name, [&] {
+        return H5Literate(m_handle.get(), H5_INDEX_NAME, H5_ITER_NATIVE, nullptr, collectName, &m_links);
+    });
 }
 
 Group Group::openGroup(const std::string& name) const
@@ -317,29 +322,24 @@ Group Group::openGroup(const std::string& name) const
                  m_file, name);
 }
 
-Dataset Group::openDataset(const std::string& name) const
+Handle Group::openDatasetHandle(const std::string& name) const
 {
-    const Serial serial;
     if (!contains(name)) {
         m_file->fail(QStringLiteral("there is no dataset '%1'").arg(QString::fromStdString(name)));
     }
-    return Dataset(checkedHandle(*m_file, name, H5Dclose,
-                                 [&] { return H5Dopen2(m_handle.get(), name.c_str(), datasetAccess()); }),
-                   m_file, name);
+    return checkedHandle(*m_file, name, H5Dclose,
+                         [&] { return H5Dopen2(m_handle.get(), name.c_str(), datasetAccess()); });
 }
 
-std::vector<std::string> Group::linkNames() const
+Dataset Group::openDataset(const std::string& name) const
 {
-    std::vector<std::string> names;
-    checked(*m_file, m_name, [&] {
-        const hid_t id = m_handle.get();
-        if (H5Literate(id, H5_INDEX_CRT_ORDER, H5_ITER_INC, nullptr, collectName, &names) >= 0) {
-            return 0;
-        }
-        names.clear();
-        return static_cast<int>(H5Literate(id, H5_INDEX_NAME, H5_ITER_INC, nullptr, collectName, &names));
-    });
-    return names;
+    const Serial serial;
+    return Dataset(openDatasetHandle(name), m_file, name);
+}
+
+Object Group::openDescription(const std::string& name) const
+{
+    return Object(openDatasetHandle(name), m_file, name);
 }
 
 Group Group::createGroup(const std::string& name)

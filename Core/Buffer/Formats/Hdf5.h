@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -153,13 +154,7 @@ public:
 
     /// In order of creation where the file tracks it, else by name.
     [[nodiscard]] std::vector<std::string> attributeNames() const;
-    [[nodiscard]] std::optional<Attribute> findAttribute(const std::string& name) const;
-    /// UTF-8; nothing when there is no such attribute or it is no text.
-    [[nodiscard]] std::optional<QByteArray> findText(const std::string& name) const;
-    /// The numbers of an attribute, whatever their type; nothing when there is none or it holds no numbers.
-    [[nodiscard]] std::optional<std::vector<double>> findNumbers(const std::string& name) const;
-    /// The first number of the attribute, nothing when there is none.
-    [[nodiscard]] std::optional<double> findNumber(const std::string& name) const;
+    [[nodiscard]] Attribute readAttribute(const std::string& name) const;
 
     /// Writes a text of fixed length; the text must not hold a null character.
     void writeText(const std::string& name, const QByteArray& utf8);
@@ -180,6 +175,29 @@ protected:
     std::string m_name;
     Handle m_handle;
     Handle m_twin;
+};
+
+/// Finds attributes of an object that is read. Which ones there are is asked once, so that those which are
+/// missing cost no call each.
+class Attributes
+{
+public:
+    /// \param object outlives this
+    explicit Attributes(const Object& object) : m_object(object), m_names(object.attributeNames()) {}
+
+    [[nodiscard]] const Object& object() const noexcept { return m_object; }
+    [[nodiscard]] const std::vector<std::string>& names() const noexcept { return m_names; }
+    [[nodiscard]] std::optional<Attribute> find(const std::string& name) const;
+    /// UTF-8; nothing when there is no such attribute or it is no text.
+    [[nodiscard]] std::optional<QByteArray> findText(const std::string& name) const;
+    /// The numbers of an attribute, whatever their type; nothing when there is none or it holds no numbers.
+    [[nodiscard]] std::optional<std::vector<double>> findNumbers(const std::string& name) const;
+    /// The first number of the attribute, nothing when there is none.
+    [[nodiscard]] std::optional<double> findNumber(const std::string& name) const;
+
+private:
+    const Object& m_object;
+    std::vector<std::string> m_names;
 };
 
 /// How the chunks of a dataset pass through the filters.
@@ -298,20 +316,28 @@ private:
 class Group : public Object
 {
 public:
-    using Object::Object;
+    /// \param twin as for Object
+    Group(Handle handle, ContextPointer file, std::string name, Handle twin = {});
 
-    /// Hard links alone: others could lead to other files.
-    [[nodiscard]] bool contains(const std::string& name) const;
+    /// \name In a file that is read
+    /// @{
+    [[nodiscard]] bool contains(const std::string& name) const { return m_links.contains(name); }
     [[nodiscard]] Group openGroup(const std::string& name) const;
     [[nodiscard]] Dataset openDataset(const std::string& name) const;
-    /// Names of the hard links, in order of creation where the file tracks it.
-    [[nodiscard]] std::vector<std::string> linkNames() const;
+    /// A dataset of which the attributes alone are wanted.
+    [[nodiscard]] Object openDescription(const std::string& name) const;
+    /// @}
 
     [[nodiscard]] Group createGroup(const std::string& name);
     [[nodiscard]] Dataset createDataset(const std::string& name, const DatasetLayout& layout);
     void remove(const std::string& name);
 
 private:
+    void readLinks();
+    [[nodiscard]] Handle openDatasetHandle(const std::string& name) const;
+
+    /// Hard links alone: others could lead to other files.
+    std::set<std::string> m_links;
     /// Many datasets are made alike, and a list takes as long to make as a dataset's header.
     std::map<std::pair<Extents, Filters>, Handle> m_datasetProperties;
 };

@@ -52,40 +52,69 @@ Handle copyOf(const FileContext& file, const std::string& what, Element element)
     return checkedHandle(file, what, H5Tclose, [&] { return H5Tcopy(typeOf(element)); });
 }
 
-/// Other programs write texts of variable length.
-QByteArray readVariableText(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
+Handle spaceOf(const FileContext& file, const std::string& what, hid_t attribute)
 {
+    return checkedHandle(file, what, H5Sclose, [&] { return H5Aget_space(attribute); });
+}
+
+unsigned long long storedBytes(const FileContext& file, const std::string& what, hid_t attribute)
+{
+    return static_cast<unsigned long long>(
+        checked(file, what, [&] { return static_cast<long long>(H5Aget_storage_size(attribute)); }));
+}
+
+unsigned long long elementBytes(const FileContext& file, const std::string& what, hid_t type)
+{
+    return static_cast<unsigned long long>(checked(file, what, [&] {
+        const auto bytes = static_cast<long long>(H5Tget_size(type));
+        return bytes == 0 ? -1 : bytes;
+    }));
+}
+
+/// Other programs write texts of variable length.
+Attribute readVariableText(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
+{
+    const Handle space = spaceOf(file, what, attribute);
+    if (checked(file, what, [&] { return H5Sget_simple_extent_npoints(space.get()); }) != 1) {
+        return {};
+    }
     char* text = nullptr;
     checked(file, what, [&] { return H5Aread(attribute, type, static_cast<void*>(&text)); });
-    const QByteArray result(text);
+    Attribute result{Attribute::Kind::Text, Element::U8, QByteArray(text)};
     checked(file, what, [&] { return H5free_memory(text); });
     return result;
 }
 
-QByteArray readFixedText(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
+Attribute readText(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
 {
-    const auto bytes =
-        checked(file, what, [&] { return static_cast<long long>(H5Aget_storage_size(attribute)); });
+    if (checked(file, what, [&] { return H5Tis_variable_str(type); }) > 0) {
+        return readVariableText(file, what, attribute, type);
+    }
+    const unsigned long long bytes = storedBytes(file, what, attribute);
+    if (bytes != elementBytes(file, what, type)) {
+        return {};
+    }
     QByteArray text(static_cast<qsizetype>(bytes), '\0');
     checked(file, what, [&] { return H5Aread(attribute, type, text.data()); });
-    text.truncate(static_cast<qsizetype>(qstrnlen(text.constData(), static_cast<std::size_t>(bytes))));
-    return text;
+    text.truncate(static_cast<qsizetype>(qstrnlen(text.constData(), bytes)));
+    return {Attribute::Kind::Text, Element::U8, std::move(text)};
 }
 
-Attribute readNumbers(const FileContext& file, const std::string& what, hid_t attribute, hid_t type,
-                      unsigned long long count)
+Attribute readNumbers(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
 {
+    const unsigned long long count = storedBytes(file, what, attribute) / elementBytes(file, what, type);
+    if (count > 1) {
+        const Handle space = spaceOf(file, what, attribute);
+        if (checked(file, what, [&] { return H5Sget_simple_extent_ndims(space.get()); }) > 1) {
+            return {};
+        }
+    }
     FoundElement found;
     checked(file, what, [&] {
         found = findElement(type);
         return 0;
     });
     const Element element = found.element.value_or(Element::F64);
-    const unsigned long long limit = static_cast<unsigned long long>(
-        checked(file, what, [&] { return static_cast<long long>(H5Aget_storage_size(attribute)); }));
-    if (count > limit) {
-        file.fail(QString::fromStdString(what) + QStringLiteral(": an attribute larger than its data"));
-    }
     Attribute result{Attribute::Kind::Numbers, element, {}};
     result.bytes.resize(static_cast<qsizetype>(count * elementSize(element)));
     if (count > 0) {
@@ -97,20 +126,15 @@ Attribute readNumbers(const FileContext& file, const std::string& what, hid_t at
 Attribute readAttribute(const FileContext& file, const std::string& what, hid_t attribute)
 {
     const Handle type = checkedHandle(file, what, H5Tclose, [&] { return H5Aget_type(attribute); });
-    const Handle space = checkedHandle(file, what, H5Sclose, [&] { return H5Aget_space(attribute); });
-    const auto count = static_cast<unsigned long long>(
-        checked(file, what, [&] { return H5Sget_simple_extent_npoints(space.get()); }));
-    const int rank = checked(file, what, [&] { return H5Sget_simple_extent_ndims(space.get()); });
-    const auto kind = checked(file, what, [&] { return H5Tget_class(type.get()); });
-    if (kind == H5T_STRING && count == 1) {
-        const bool isVariable = checked(file, what, [&] { return H5Tis_variable_str(type.get()); }) > 0;
-        const auto read = isVariable ? readVariableText : readFixedText;
-        return {Attribute::Kind::Text, Element::U8, read(file, what, attribute, type.get())};
+    switch (checked(file, what, [&] { return H5Tget_class(type.get()); })) {
+    case H5T_STRING:
+        return readText(file, what, attribute, type.get());
+    case H5T_INTEGER:
+    case H5T_FLOAT:
+        return readNumbers(file, what, attribute, type.get());
+    default:
+        return {};
     }
-    if ((kind == H5T_INTEGER || kind == H5T_FLOAT) && rank <= 1) {
-        return readNumbers(file, what, attribute, type.get(), count);
-    }
-    return {};
 }
 
 std::vector<double> numbersOf(const Attribute& attribute)
@@ -153,33 +177,36 @@ std::vector<std::string> Object::attributeNames() const
     return names;
 }
 
-std::optional<Attribute> Object::findAttribute(const std::string& name) const
+Attribute Object::readAttribute(const std::string& name) const
 {
     const Serial serial;
     const std::string what = m_name + "@" + name;
-    if (checked(*m_file, what, [&] { return H5Aexists(m_handle.get(), name.c_str()); }) == 0) {
-        return {};
-    }
     const Handle attribute = checkedHandle(
         *m_file, what, H5Aclose, [&] { return H5Aopen(m_handle.get(), name.c_str(), H5P_DEFAULT); });
-    return readAttribute(*m_file, what, attribute.get());
+    return Hdf5::readAttribute(*m_file, what, attribute.get());
 }
 
-std::optional<QByteArray> Object::findText(const std::string& name) const
+std::optional<Attribute> Attributes::find(const std::string& name) const
 {
-    const auto attribute = findAttribute(name);
+    const bool exists = std::find(m_names.begin(), m_names.end(), name) != m_names.end();
+    return exists ? std::optional(m_object.readAttribute(name)) : std::nullopt;
+}
+
+std::optional<QByteArray> Attributes::findText(const std::string& name) const
+{
+    const auto attribute = find(name);
     return attribute && attribute->kind == Attribute::Kind::Text ? std::optional(attribute->bytes)
                                                                  : std::nullopt;
 }
 
-std::optional<std::vector<double>> Object::findNumbers(const std::string& name) const
+std::optional<std::vector<double>> Attributes::findNumbers(const std::string& name) const
 {
-    const auto attribute = findAttribute(name);
+    const auto attribute = find(name);
     return attribute && attribute->kind == Attribute::Kind::Numbers ? std::optional(numbersOf(*attribute))
                                                                     : std::nullopt;
 }
 
-std::optional<double> Object::findNumber(const std::string& name) const
+std::optional<double> Attributes::findNumber(const std::string& name) const
 {
     const auto numbers = findNumbers(name);
     return numbers && !numbers->empty() ? std::optional(numbers->front()) : std::nullopt;

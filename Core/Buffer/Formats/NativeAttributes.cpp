@@ -163,18 +163,18 @@ std::string hiddenName(const char* name)
     return std::string(hiddenPrefix) + name;
 }
 
-double readNumber(const Hdf5::Object& object, const char* name, double missing)
+double readNumber(const Hdf5::Attributes& attributes, const char* name, double missing)
 {
-    if (const auto hidden = object.findNumber(hiddenName(name))) {
+    if (const auto hidden = attributes.findNumber(hiddenName(name))) {
         return *hidden;
     }
-    return object.findNumber(name).value_or(missing);
+    return attributes.findNumber(name).value_or(missing);
 }
 
-QString readTextOf(const Hdf5::Object& object, const char* name)
+QString readTextOf(const Hdf5::Attributes& attributes, const char* name)
 {
-    const QString hidden = readAnyText(object, hiddenName(name));
-    return hidden.isEmpty() ? readAnyText(object, name) : hidden;
+    const QString hidden = readAnyText(attributes, hiddenName(name));
+    return hidden.isEmpty() ? readAnyText(attributes, name) : hidden;
 }
 
 } // namespace
@@ -195,20 +195,21 @@ void writeScale(Hdf5::Object& object, const ScaleValue& scale, ScaleUse use)
 
 void hideScale(Hdf5::Object& object)
 {
+    const std::vector<std::string> present = object.attributeNames();
     for (const char* name : scaleAttributes) {
-        if (object.findAttribute(name)) {
+        if (std::find(present.begin(), present.end(), name) != present.end()) {
             object.renameAttribute(name, hiddenName(name));
         }
     }
 }
 
-ScaleValue readScale(const Hdf5::Object& object)
+ScaleValue readScale(const Hdf5::Attributes& attributes)
 {
     ScaleValue scale;
-    scale.factor = readNumber(object, "scale_factor", 1);
-    scale.offset = readNumber(object, "add_offset", 0);
-    scale.unit = readTextOf(object, "units");
-    scale.description = readTextOf(object, "long_name");
+    scale.factor = readNumber(attributes, "scale_factor", 1);
+    scale.offset = readNumber(attributes, "add_offset", 0);
+    scale.unit = readTextOf(attributes, "units");
+    scale.description = readTextOf(attributes, "long_name");
     return scale;
 }
 
@@ -222,17 +223,18 @@ void writeAnyText(Hdf5::Object& object, const std::string& name, const QString& 
     }
 }
 
-QString readAnyText(const Hdf5::Object& object, const std::string& name)
+QString readAnyText(const Hdf5::Attributes& attributes, const std::string& name)
 {
-    if (const auto exact = findLongText(object, exactName(name))) {
-        const QString source = QStringLiteral("%1, attribute %2")
-                                   .arg(object.file().path(), QString::fromStdString(exactName(name)));
+    if (const auto exact = findLongText(attributes, exactName(name))) {
+        const QString source =
+            QStringLiteral("%1, attribute %2")
+                .arg(attributes.object().file().path(), QString::fromStdString(exactName(name)));
         JsonReader json({exact->constData(), static_cast<std::size_t>(exact->size())}, source);
         QString text = json.text();
         json.end();
         return text;
     }
-    return QString::fromUtf8(object.findText(name).value_or(QByteArray()));
+    return QString::fromUtf8(attributes.findText(name).value_or(QByteArray()));
 }
 
 void writeLongText(Hdf5::Object& object, const std::string& name, const QByteArray& utf8)
@@ -245,11 +247,11 @@ void writeLongText(Hdf5::Object& object, const std::string& name, const QByteArr
     }
 }
 
-std::optional<QByteArray> findLongText(const Hdf5::Object& object, const std::string& name)
+std::optional<QByteArray> findLongText(const Hdf5::Attributes& attributes, const std::string& name)
 {
-    auto text = object.findText(name);
+    auto text = attributes.findText(name);
     for (unsigned int number = 2; text; ++number) {
-        const auto piece = object.findText(pieceName(name, number));
+        const auto piece = attributes.findText(pieceName(name, number));
         if (!piece) {
             break;
         }
@@ -270,11 +272,11 @@ void writeLongList(Hdf5::Object& object, const std::string& name, const std::vec
     }
 }
 
-std::optional<std::vector<double>> findLongList(const Hdf5::Object& object, const std::string& name)
+std::optional<std::vector<double>> findLongList(const Hdf5::Attributes& attributes, const std::string& name)
 {
-    auto values = object.findNumbers(name);
+    auto values = attributes.findNumbers(name);
     for (unsigned int number = 2; values; ++number) {
-        const auto piece = object.findNumbers(pieceName(name, number));
+        const auto piece = attributes.findNumbers(pieceName(name, number));
         if (!piece) {
             break;
         }
@@ -298,13 +300,11 @@ QByteArray writeBufferAttributes(Hdf5::Object& root, const AttributeMap& attribu
     return hasOthers ? json.result() : QByteArray();
 }
 
-void readBufferAttributes(const Hdf5::Object& root, I_Buffer& buffer)
+void readBufferAttributes(const Hdf5::Attributes& root, I_Buffer& buffer)
 {
-    for (const std::string& name : root.attributeNames()) {
-        const auto own = attributeNameFromFile(name);
-        const auto value = own ? root.findAttribute(name) : std::nullopt;
-        if (value) {
-            createAttribute(buffer, *own, *value);
+    for (const std::string& name : root.names()) {
+        if (const auto own = attributeNameFromFile(name)) {
+            createAttribute(buffer, *own, root.object().readAttribute(name));
         }
     }
 }

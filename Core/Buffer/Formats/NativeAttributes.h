@@ -25,19 +25,20 @@ void writeScale(Hdf5::Object& object, const ScaleValue& scale, ScaleUse use);
 void hideScale(Hdf5::Object& object);
 
 /// Finds a scale, hidden or not.
-[[nodiscard]] ScaleValue readScale(const Hdf5::Object& object);
+[[nodiscard]] ScaleValue readScale(const Hdf5::Attributes& attributes);
 
 /// Writes any text: under `name` as far as HDF5 can hold it, and what it cannot as JSON beside it.
 void writeAnyText(Hdf5::Object& object, const std::string& name, const QString& text);
-[[nodiscard]] QString readAnyText(const Hdf5::Object& object, const std::string& name);
+[[nodiscard]] QString readAnyText(const Hdf5::Attributes& attributes, const std::string& name);
 
 /// \name Texts and lists of any length, in pieces as long as an attribute may be: `name`, `name_2`, `name_3`
 /// …
 /// @{
 void writeLongText(Hdf5::Object& object, const std::string& name, const QByteArray& utf8);
-[[nodiscard]] std::optional<QByteArray> findLongText(const Hdf5::Object& object, const std::string& name);
+[[nodiscard]] std::optional<QByteArray> findLongText(const Hdf5::Attributes& attributes,
+                                                     const std::string& name);
 void writeLongList(Hdf5::Object& object, const std::string& name, const std::vector<unsigned int>& values);
-[[nodiscard]] std::optional<std::vector<double>> findLongList(const Hdf5::Object& object,
+[[nodiscard]] std::optional<std::vector<double>> findLongList(const Hdf5::Attributes& attributes,
                                                               const std::string& name);
 /// @}
 
@@ -46,6 +47,6 @@ void writeLongList(Hdf5::Object& object, const std::string& name, const std::vec
 
 /// Creates the attributes that stand in the file under their own names, those that other programs added
 /// included; lists of one number may stand there as a single number.
-void readBufferAttributes(const Hdf5::Object& root, I_Buffer& buffer);
+void readBufferAttributes(const Hdf5::Attributes& root, I_Buffer& buffer);
 
 } // namespace BufferApi::Formats::Native

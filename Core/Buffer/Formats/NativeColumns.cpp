@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/Formats/NativeColumns.h"
 
+#include "Core/Buffer/Formats/NativePlanes.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -113,8 +115,8 @@ Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name)
     return dataset;
 }
 
-ColumnReader::ColumnReader(Hdf5::Dataset dataset, Hdf5::Element element, unsigned long long fileBytes)
-    : m_dataset(std::move(dataset)), m_element(element), m_fileBytes(fileBytes)
+ColumnReader::ColumnReader(Hdf5::Dataset dataset, Hdf5::Element element, OpenFile& file)
+    : m_dataset(std::move(dataset)), m_element(element), m_file(file)
 {
     if (m_dataset.extents().size() != 1) {
         m_dataset.fail(QStringLiteral("it does not have one dimension"));
@@ -123,8 +125,8 @@ ColumnReader::ColumnReader(Hdf5::Dataset dataset, Hdf5::Element element, unsigne
     if (layout.element == Hdf5::Element::F32 || layout.element == Hdf5::Element::F64) {
         m_dataset.fail(QStringLiteral("it does not hold integers"));
     }
-    const unsigned long long most = fileBytes * mostPerPackedByte / Hdf5::elementSize(layout.element);
-    if (size() > most || m_dataset.libraryChunkBytes() / mostPerPackedByte > fileBytes) {
+    const unsigned long long most = file.bytes * mostPerPackedByte / Hdf5::elementSize(layout.element);
+    if (size() > most || m_dataset.libraryChunkBytes() / mostPerPackedByte > file.bytes) {
         m_dataset.fail(QStringLiteral("its extents are larger than the file can hold"));
     }
 }
@@ -174,13 +176,14 @@ void ColumnReader::loadChunk(unsigned long long chunk) const
     }
     const Hdf5::DatasetLayout& layout = m_dataset.layout();
     const Hdf5::Extents offset{chunk * layout.chunk[0]};
-    const auto [piece, mask] = checkedChunk(m_dataset, offset, m_fileBytes);
-    unsigned char* stored = m_coder.storedBytes(piece.bytes);
+    const auto [piece, mask] = checkedChunk(m_dataset, offset, m_file.bytes);
+    const CoderPool::Lease coder(m_file.coders);
+    unsigned char* stored = (*coder).storedBytes(piece.bytes);
     m_dataset.readStored(piece, stored);
     m_loaded.reset();
     m_chunk.resize(static_cast<qsizetype>(chunkBytes(layout)));
     if (const char* reason =
-            m_coder.decode(layout, {stored, piece.bytes}, mask, m_chunk.data(), chunkBytes(layout))) {
+            (*coder).decode(layout, {stored, piece.bytes}, mask, m_chunk.data(), chunkBytes(layout))) {
         m_dataset.fail(QLatin1String(reason));
     }
     m_loaded = chunk;

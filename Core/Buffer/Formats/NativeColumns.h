@@ -59,13 +59,14 @@ private:
 /// A dimension without values, such as the bytes of a text; it has to be resized along with its column.
 [[nodiscard]] Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name);
 
+struct OpenFile;
+
 /// Reads a one-dimensional dataset by pieces; several threads may read at once.
 class ColumnReader
 {
 public:
-    /// Other integers are read as `element` too. \param fileBytes bytes of the whole file, which no chunk
-    /// exceeds
-    ColumnReader(Hdf5::Dataset dataset, Hdf5::Element element, unsigned long long fileBytes);
+    /// Other integers are read as `element` too. \param file outlives the column
+    ColumnReader(Hdf5::Dataset dataset, Hdf5::Element element, OpenFile& file);
 
     [[nodiscard]] unsigned long long size() const noexcept { return m_dataset.extents()[0]; }
     [[nodiscard]] const Hdf5::Dataset& dataset() const noexcept { return m_dataset; }
@@ -87,9 +88,8 @@ private:
 
     Hdf5::Dataset m_dataset;
     Hdf5::Element m_element;
-    unsigned long long m_fileBytes;
+    OpenFile& m_file;
     mutable std::mutex m_mutex;
-    mutable ChunkCoder m_coder;
     mutable QByteArray m_chunk;
     mutable std::optional<unsigned long long> m_loaded;
 };

@@ -23,7 +23,7 @@ class NativeFrames final : public FrameSource
 public:
     explicit NativeFrames(const std::shared_ptr<OpenFile>& file)
     {
-        addSet(file->file.root(), file);
+        addSet(file->file, file);
         for (unsigned int number = 1; file->file.contains(setName(number)); ++number) {
             addSet(file->file.openGroup(setName(number)), file);
         }
@@ -69,27 +69,28 @@ private:
     std::vector<Place> m_places;
 };
 
-void checkVersion(const Hdf5::File& file)
+void checkVersion(const Hdf5::Attributes& root)
 {
-    if (file.findText("qf_format") != QByteArray(formatName)) {
-        file.file().fail(QStringLiteral("it is an HDF5 file, but not one of frames"));
+    const Hdf5::FileContext& file = root.object().file();
+    if (root.findText("qf_format") != QByteArray(formatName)) {
+        file.fail(QStringLiteral("it is an HDF5 file, but not one of frames"));
     }
-    const auto major = file.findNumber("qf_version");
+    const auto major = root.findNumber("qf_version");
     if (!major || *major != formatMajor) {
-        file.file().fail(QStringLiteral("it is of version %1, this library reads version %2")
-                             .arg(major.value_or(0))
-                             .arg(formatMajor));
+        file.fail(QStringLiteral("it is of version %1, this library reads version %2")
+                      .arg(major.value_or(0))
+                      .arg(formatMajor));
     }
 }
 
-void readLargeAttributes(const Hdf5::File& file, unsigned long long fileBytes, I_Buffer& buffer)
+void readLargeAttributes(OpenFile& file, I_Buffer& buffer)
 {
-    if (!file.contains(Name::bufferAttributes)) {
+    if (!file.file.contains(Name::bufferAttributes)) {
         return;
     }
-    const ColumnReader column(file.openDataset(Name::bufferAttributes), Hdf5::Element::U8, fileBytes);
+    const ColumnReader column(file.file.openDataset(Name::bufferAttributes), Hdf5::Element::U8, file);
     const QByteArray text = column.text(0, column.size());
-    const QString source = QStringLiteral("Cannot read '%1': buffer attributes").arg(file.file().path());
+    const QString source = QStringLiteral("Cannot read '%1': buffer attributes").arg(file.file.file().path());
     attributesFromJson(
         {text.constData(), static_cast<std::size_t>(text.size())}, source,
         [&](const std::string& name, E_AttributeKind kind) { return buffer.CreateAttribute(name, kind); });
@@ -100,12 +101,13 @@ void readLargeAttributes(const Hdf5::File& file, unsigned long long fileBytes, I
 std::unique_ptr<I_Buffer> readBuffer(const QString& path)
 {
     const auto file = std::make_shared<OpenFile>(Hdf5::File::open(path));
-    checkVersion(file->file);
+    const Hdf5::Attributes root(file->file);
+    checkVersion(root);
     const auto frames = std::make_shared<const NativeFrames>(file);
     std::unique_ptr<I_Buffer> buffer = createLazyBuffer(static_cast<unsigned int>(frames->count()), frames);
-    buffer->SetName(readAnyText(file->file, "qf_name"));
-    readBufferAttributes(file->file, *buffer);
-    readLargeAttributes(file->file, file->bytes, *buffer);
+    buffer->SetName(readAnyText(root, "qf_name"));
+    readBufferAttributes(root, *buffer);
+    readLargeAttributes(*file, *buffer);
     buffer->SetModified(false);
     return buffer;
 }

@@ -42,37 +42,39 @@ private:
     PlanePosition m_position;
 };
 
-std::vector<unsigned int> requiredList(const Hdf5::Object& object, const char* name)
+std::vector<unsigned int> requiredList(const Hdf5::Attributes& attributes, const char* name)
 {
-    const auto numbers = findLongList(object, name);
+    const auto numbers = findLongList(attributes, name);
     if (!numbers) {
-        object.fail(QStringLiteral("attribute %1 is missing").arg(QLatin1String(name)));
+        attributes.object().fail(QStringLiteral("attribute %1 is missing").arg(QLatin1String(name)));
     }
     std::vector<unsigned int> values;
     for (const double number : *numbers) {
         if (!(number >= 0 && number <= std::numeric_limits<unsigned int>::max()) ||
             number != std::floor(number)) {
-            object.fail(QStringLiteral("attribute %1 does not hold counts").arg(QLatin1String(name)));
+            attributes.object().fail(
+                QStringLiteral("attribute %1 does not hold counts").arg(QLatin1String(name)));
         }
         values.push_back(static_cast<unsigned int>(number));
     }
     return values;
 }
 
-std::array<unsigned int, 3> requiredTriple(const Hdf5::Object& object, const char* name)
+std::array<unsigned int, 3> requiredTriple(const Hdf5::Attributes& attributes, const char* name)
 {
-    const std::vector<unsigned int> values = requiredList(object, name);
+    const std::vector<unsigned int> values = requiredList(attributes, name);
     if (values.size() != 3) {
-        object.fail(QStringLiteral("attribute %1 does not hold 3 numbers").arg(QLatin1String(name)));
+        attributes.object().fail(
+            QStringLiteral("attribute %1 does not hold 3 numbers").arg(QLatin1String(name)));
     }
     return {values[0], values[1], values[2]};
 }
 
-QByteArray requiredText(const Hdf5::Object& object, const char* name)
+QByteArray requiredText(const Hdf5::Attributes& attributes, const char* name)
 {
-    auto text = findLongText(object, name);
+    auto text = findLongText(attributes, name);
     if (!text) {
-        object.fail(QStringLiteral("attribute %1 is missing").arg(QLatin1String(name)));
+        attributes.object().fail(QStringLiteral("attribute %1 is missing").arg(QLatin1String(name)));
     }
     return *text;
 }
@@ -83,10 +85,10 @@ QString sourceOf(const Hdf5::Object& object, const char* attribute)
         .arg(object.file().path(), QString::fromStdString(object.name()), QLatin1String(attribute));
 }
 
-std::vector<QString> requiredNames(const Hdf5::Object& object, const char* attribute)
+std::vector<QString> requiredNames(const Hdf5::Attributes& attributes, const char* name)
 {
-    const QByteArray text = requiredText(object, attribute);
-    const QString source = sourceOf(object, attribute);
+    const QByteArray text = requiredText(attributes, name);
+    const QString source = sourceOf(attributes.object(), name);
     JsonReader json(viewOf(text), source);
     std::vector<QString> names;
     json.beginArray();
@@ -98,10 +100,9 @@ std::vector<QString> requiredNames(const Hdf5::Object& object, const char* attri
 }
 
 /// Type and size of the components of a dataset, from its extents.
-ComponentStructure componentOf(const Hdf5::Dataset& dataset, bool isStacked)
+ComponentStructure componentOf(const Hdf5::Dataset& dataset, bool isRgb, bool isStacked)
 {
     const Hdf5::Extents& extents = dataset.extents();
-    const bool isRgb = dataset.findText("qf_element") == QByteArray("rgb");
     const std::size_t rank = 4U + (isStacked ? 1U : 0U) + (isRgb ? 1U : 0U);
     if (extents.size() != rank) {
         dataset.fail(QStringLiteral("it has %1 dimensions where %2 are due").arg(extents.size()).arg(rank));
@@ -125,9 +126,9 @@ ComponentStructure componentOf(const Hdf5::Dataset& dataset, bool isStacked)
 } // namespace
 
 SetReader::TextColumn::TextColumn(const Hdf5::Group& group, const char* textName, const char* endName,
-                                  unsigned long long fileBytes)
-    : text(group.openDataset(textName), Hdf5::Element::U8, fileBytes),
-      end(group.openDataset(endName), Hdf5::Element::I64, fileBytes)
+                                  OpenFile& file)
+    : text(group.openDataset(textName), Hdf5::Element::U8, file),
+      end(group.openDataset(endName), Hdf5::Element::I64, file)
 {
 }
 
@@ -149,25 +150,25 @@ QByteArray SetReader::TextColumn::at(unsigned long long row) const
 SetReader::SetReader(const Hdf5::Group& group, std::shared_ptr<OpenFile> file)
     : m_file(std::move(file)), m_name(group.name())
 {
-    readShape(group);
-    openDatasets(group);
-    readScales(group);
+    const Hdf5::Attributes attributes(group);
+    readShape(attributes);
+    openDatasets(group, attributes);
+    readAxes(group);
     readIndices(group);
     if (group.contains(Name::frameAttributes)) {
-        m_attributes = std::make_unique<TextColumn>(group, Name::frameAttributes, Name::frameAttributesEnd,
-                                                    m_file->bytes);
+        m_attributes =
+            std::make_unique<TextColumn>(group, Name::frameAttributes, Name::frameAttributesEnd, *m_file);
     }
     if (group.contains(Name::frameScales)) {
-        m_scales =
-            std::make_unique<TextColumn>(group, Name::frameScales, Name::frameScalesEnd, m_file->bytes);
+        m_scales = std::make_unique<TextColumn>(group, Name::frameScales, Name::frameScalesEnd, *m_file);
     }
 }
 
-void SetReader::readShape(const Hdf5::Group& group)
+void SetReader::readShape(const Hdf5::Attributes& group)
 {
     const auto kind = kindFromText(requiredText(group, "qf_frame"));
     if (!kind) {
-        group.fail(QStringLiteral("unknown kind of frames"));
+        group.object().fail(QStringLiteral("unknown kind of frames"));
     }
     const auto size = requiredTriple(group, "qf_size");
     const std::vector<unsigned int> choices = requiredList(group, "qf_choices");
@@ -175,75 +176,78 @@ void SetReader::readShape(const Hdf5::Group& group)
     m_structure.grid = requiredTriple(group, "qf_grid");
     if (m_structure.shape.choices == 0 ||
         m_structure.shape.choices > std::max(m_file->bytes, mostEmptyPlanes)) {
-        group.fail(QStringLiteral("it has an impossible number of choices"));
+        group.object().fail(QStringLiteral("it has an impossible number of choices"));
     }
 }
 
-void SetReader::openDatasets(const Hdf5::Group& group)
+void SetReader::openDatasets(const Hdf5::Group& group, const Hdf5::Attributes& attributes)
 {
-    PlacedComponents placed;
-    for (const QString& name : requiredNames(group, "qf_datasets")) {
+    FoundComponents found;
+    if (const auto intensity = findLongText(attributes, "qf_scale_i")) {
+        found.intensity = scaleFromJson(*intensity, sourceOf(group, "qf_scale_i"));
+    }
+    for (const QString& name : requiredNames(attributes, "qf_datasets")) {
         if (name.contains(QLatin1Char('/'))) {
             group.fail(QStringLiteral("'%1' is not a name of a dataset").arg(name));
         }
-        openDataset(group.openDataset(name.toStdString()), placed);
+        openDataset(group.openDataset(name.toStdString()), found);
     }
-    for (auto& [index, component] : placed) {
+    for (auto& [index, component] : found.placed) {
         if (index != m_structure.components.size()) {
             group.fail(QStringLiteral("a component is missing"));
         }
-        m_structure.components.push_back(std::move(component));
+        m_structure.components.push_back(std::move(component.structure));
+        m_usual.components.push_back(std::move(component.ownScale));
     }
+    m_usual.intensity = found.intensity.value_or(ScaleValue());
 }
 
-void SetReader::openDataset(Hdf5::Dataset dataset, PlacedComponents& placed)
+void SetReader::openDataset(Hdf5::Dataset dataset, FoundComponents& found)
 {
-    const std::vector<QString> names = requiredNames(dataset, "qf_components");
-    const std::vector<unsigned int> indices = requiredList(dataset, "qf_index");
+    const Hdf5::Attributes attributes(dataset);
+    const std::vector<QString> names = requiredNames(attributes, "qf_components");
+    const std::vector<unsigned int> indices = requiredList(attributes, "qf_index");
     if (names.empty() || names.size() != indices.size()) {
         dataset.fail(QStringLiteral("its components are not named"));
     }
-    ComponentStructure component = componentOf(dataset, names.size() > 1);
+    const bool isRgb = attributes.findText("qf_element") == QByteArray("rgb");
+    Component component{componentOf(dataset, isRgb, names.size() > 1), readOwnScale(attributes, found)};
     for (std::size_t i = 0; i < names.size(); ++i) {
-        component.name = nameFromText(names[i]);
-        if (component.name.empty() || !placed.emplace(indices[i], component).second) {
+        component.structure.name = nameFromText(names[i]);
+        if (component.structure.name.empty() || !found.placed.emplace(indices[i], component).second) {
             dataset.fail(QStringLiteral("a component is out of place"));
         }
     }
-    const PlaneGeometry geometry(component, m_structure.shape.depth, static_cast<unsigned>(names.size()));
+    const PlaneGeometry geometry(component.structure, m_structure.shape.depth,
+                                 static_cast<unsigned>(names.size()));
     m_datasets.push_back({indices, std::make_shared<PlaneReader>(std::move(dataset), geometry, m_file)});
 }
 
-void SetReader::readScales(const Hdf5::Group& group)
+std::optional<ScaleValue> SetReader::readOwnScale(const Hdf5::Attributes& dataset, FoundComponents& found)
+{
+    const auto isOwn = dataset.findNumber("qf_own_scale");
+    if (isOwn && *isOwn != 0) {
+        return readScale(dataset);
+    }
+    if (isOwn && !found.intensity) {
+        found.intensity = readScale(dataset);
+    }
+    return {};
+}
+
+void SetReader::readAxes(const Hdf5::Group& group)
 {
     for (std::size_t axis = 0; axis < m_usual.axes.size(); ++axis) {
         if (group.contains(Name::axes[axis])) {
-            m_usual.axes[axis] = readScale(group.openDataset(Name::axes[axis]));
-        }
-    }
-    m_usual.components.resize(m_structure.components.size());
-    const auto intensity = findLongText(group, "qf_scale_i");
-    if (intensity) {
-        m_usual.intensity = scaleFromJson(*intensity, sourceOf(group, "qf_scale_i"));
-    }
-    bool hasIntensity = intensity.has_value();
-    for (const OpenDataset& dataset : m_datasets) {
-        const Hdf5::Dataset& planes = dataset.planes->dataset();
-        const auto isOwn = planes.findNumber("qf_own_scale");
-        if (isOwn && *isOwn != 0) {
-            for (const unsigned int component : dataset.components) {
-                m_usual.components[component] = readScale(planes);
-            }
-        } else if (isOwn && !hasIntensity) {
-            m_usual.intensity = readScale(planes);
-            hasIntensity = true;
+            const Hdf5::Object coordinate = group.openDescription(Name::axes[axis]);
+            m_usual.axes[axis] = readScale(Hdf5::Attributes(coordinate));
         }
     }
 }
 
 void SetReader::readIndices(const Hdf5::Group& group)
 {
-    const ColumnReader column(group.openDataset(Name::frame), Hdf5::Element::I64, m_file->bytes);
+    const ColumnReader column(group.openDataset(Name::frame), Hdf5::Element::I64, *m_file);
     unsigned long long rows = column.size();
     for (const OpenDataset& dataset : m_datasets) {
         rows = std::min(rows, dataset.planes->rows());

@@ -25,8 +25,7 @@ private:
     /// Texts of the rows; rows beyond its end have none.
     struct TextColumn
     {
-        TextColumn(const Hdf5::Group& group, const char* textName, const char* endName,
-                   unsigned long long fileBytes);
+        TextColumn(const Hdf5::Group& group, const char* textName, const char* endName, OpenFile& file);
         [[nodiscard]] QByteArray at(unsigned long long row) const;
 
         ColumnReader text;
@@ -38,12 +37,24 @@ private:
         std::vector<unsigned int> components;
         std::shared_ptr<const PlaneReader> planes;
     };
-    using PlacedComponents = std::map<unsigned int, ComponentStructure>;
+    struct Component
+    {
+        ComponentStructure structure;
+        std::optional<ScaleValue> ownScale;
+    };
+    struct FoundComponents
+    {
+        std::map<unsigned int, Component> placed;
+        std::optional<ScaleValue> intensity;
+    };
 
-    void readShape(const Hdf5::Group& group);
-    void openDatasets(const Hdf5::Group& group);
-    void openDataset(Hdf5::Dataset dataset, PlacedComponents& placed);
-    void readScales(const Hdf5::Group& group);
+    void readShape(const Hdf5::Attributes& group);
+    void openDatasets(const Hdf5::Group& group, const Hdf5::Attributes& attributes);
+    void openDataset(Hdf5::Dataset dataset, FoundComponents& found);
+    /// Of the first dataset that follows the intensity scale it takes that.
+    [[nodiscard]] static std::optional<ScaleValue> readOwnScale(const Hdf5::Attributes& dataset,
+                                                                FoundComponents& found);
+    void readAxes(const Hdf5::Group& group);
     void readIndices(const Hdf5::Group& group);
     [[nodiscard]] std::vector<ComponentParts> components(unsigned long long row,
                                                          const FrameScales& scales) const;

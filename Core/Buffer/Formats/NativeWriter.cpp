@@ -45,9 +45,10 @@ void Writer::removeDescription()
     for (const std::string& name : m_descriptionNames) {
         m_file->removeAttribute(name);
     }
-    if (m_file->contains(Name::bufferAttributes)) {
+    if (m_hasLargeAttributes) {
         m_file->remove(Name::bufferAttributes);
         m_file->remove(Name::bufferAttributeByte);
+        m_hasLargeAttributes = false;
     }
 }
 
@@ -59,6 +60,7 @@ void Writer::writeLargeAttributes(const QByteArray& json)
     Hdf5::Dataset dimension = createDimension(*m_file, Name::bufferAttributeByte);
     dimension.resize({column.size()});
     column.dataset().attachScale(dimension, 0);
+    m_hasLargeAttributes = true;
 }
 
 void Writer::append(const I_Frame& frame)

@@ -38,6 +38,7 @@ private:
     unsigned long long m_frames = 0;
     QByteArray m_description;
     std::vector<std::string> m_descriptionNames;
+    bool m_hasLargeAttributes = false;
 };
 
 } // namespace BufferApi::Formats::Native
