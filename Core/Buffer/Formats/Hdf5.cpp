@@ -27,7 +27,7 @@ constexpr unsigned attributesInHeader = 65535;
 // So many links stay in a group's header, where they are found and written fastest, and for these it has room
 // from the start; attributes may take it too.
 constexpr unsigned linksInHeader = 64;
-constexpr unsigned usualLinks = 16;
+constexpr unsigned usualLinks = 40;
 constexpr unsigned usualLinkName = 12;
 
 constexpr std::array elements{Element::U8,  Element::U16, Element::I32, Element::U32,

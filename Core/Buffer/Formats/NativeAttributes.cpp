@@ -3,6 +3,7 @@
 
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/Formats/AttributeJson.h"
+#include "Core/Buffer/Formats/Hdf5Call.h"
 
 #include <algorithm>
 #include <array>
@@ -229,6 +230,7 @@ QString readAnyText(const Hdf5::Attributes& attributes, const std::string& name)
         const QString source =
             QStringLiteral("%1, attribute %2")
                 .arg(attributes.object().file().path(), QString::fromStdString(exactName(name)));
+        const Hdf5::Unlocked unlocked;
         JsonReader json({exact->constData(), static_cast<std::size_t>(exact->size())}, source);
         QString text = json.text();
         json.end();

@@ -2,6 +2,7 @@
 #include "Core/Buffer/Formats/NativeSetReader.h"
 
 #include "Core/Buffer/Formats/AttributeJson.h"
+#include "Core/Buffer/Formats/Hdf5Call.h"
 #include "Core/Buffer/Formats/NativeAttributes.h"
 #include "Core/Buffer/I_FrameVector.h"
 #include "Core/Buffer/LazyPlane.h"
@@ -89,6 +90,7 @@ std::vector<QString> requiredNames(const Hdf5::Attributes& attributes, const cha
 {
     const QByteArray text = requiredText(attributes, name);
     const QString source = sourceOf(attributes.object(), name);
+    const Hdf5::Unlocked unlocked;
     JsonReader json(viewOf(text), source);
     std::vector<QString> names;
     json.beginArray();
@@ -128,7 +130,9 @@ ComponentStructure componentOf(const Hdf5::Dataset& dataset, bool isRgb, bool is
 SetReader::TextColumn::TextColumn(const Hdf5::Group& group, const char* textName, const char* endName,
                                   OpenFile& file)
     : text(group.openDataset(textName), Hdf5::Element::U8, file),
-      end(group.openDataset(endName), Hdf5::Element::I64, file)
+      end(group.openDataset(endName), Hdf5::Element::I64, file),
+      name(QStringLiteral("Cannot read '%1': %2, %3 of row ")
+               .arg(group.file().path(), QString::fromStdString(group.name()), QLatin1String(textName)))
 {
 }
 
@@ -147,13 +151,9 @@ QByteArray SetReader::TextColumn::at(unsigned long long row) const
                      static_cast<unsigned long long>(ends[1] - ends[0]));
 }
 
-SetReader::SetReader(const Hdf5::Group& group, std::shared_ptr<OpenFile> file)
-    : m_file(std::move(file)), m_name(group.name())
+SetReader::SetReader(const Hdf5::Group& group, std::shared_ptr<OpenFile> file) : m_file(std::move(file))
 {
-    const Hdf5::Attributes attributes(group);
-    readShape(attributes);
-    openDatasets(group, attributes);
-    readAxes(group);
+    openStructure(group);
     readIndices(group);
     if (group.contains(Name::frameAttributes)) {
         m_attributes =
@@ -162,6 +162,15 @@ SetReader::SetReader(const Hdf5::Group& group, std::shared_ptr<OpenFile> file)
     if (group.contains(Name::frameScales)) {
         m_scales = std::make_unique<TextColumn>(group, Name::frameScales, Name::frameScalesEnd, *m_file);
     }
+}
+
+void SetReader::openStructure(const Hdf5::Group& group)
+{
+    const Hdf5::Serial serial;
+    const Hdf5::Attributes attributes(group);
+    readShape(attributes);
+    openDatasets(group, attributes);
+    readAxes(group);
 }
 
 void SetReader::readShape(const Hdf5::Attributes& group)
@@ -184,6 +193,7 @@ void SetReader::openDatasets(const Hdf5::Group& group, const Hdf5::Attributes& a
 {
     FoundComponents found;
     if (const auto intensity = findLongText(attributes, "qf_scale_i")) {
+        const Hdf5::Unlocked unlocked;
         found.intensity = scaleFromJson(*intensity, sourceOf(group, "qf_scale_i"));
     }
     for (const QString& name : requiredNames(attributes, "qf_datasets")) {
@@ -266,19 +276,12 @@ void SetReader::readIndices(const Hdf5::Group& group)
     }
 }
 
-QString SetReader::source(const char* column, unsigned long long row) const
-{
-    return QStringLiteral("Cannot read '%1': %2, %3 of row %4")
-        .arg(m_file->file.file().path(), QString::fromStdString(m_name), QLatin1String(column))
-        .arg(row);
-}
-
 std::unique_ptr<I_Frame> SetReader::frame(unsigned long long row) const
 {
     FrameScales scales = m_usual;
     if (m_scales) {
         const QByteArray text = m_scales->at(row);
-        scalesFromJson(viewOf(text), source(Name::frameScales, row), m_structure, scales);
+        scalesFromJson(viewOf(text), m_scales->source(row), m_structure, scales);
     }
     std::unique_ptr<I_Frame> frame = buildFrame(m_structure.shape, components(row, scales));
     frame->SetScaleX(scales.axes[0].scale());
@@ -292,7 +295,7 @@ std::unique_ptr<I_Frame> SetReader::frame(unsigned long long row) const
     }
     if (m_attributes) {
         const QByteArray attributes = m_attributes->at(row);
-        attributesFromJson(viewOf(attributes), source(Name::frameAttributes, row),
+        attributesFromJson(viewOf(attributes), m_attributes->source(row),
                            [&](const std::string& name, E_AttributeKind kind) {
                                return frame->CreateAttribute(name, kind);
                            });

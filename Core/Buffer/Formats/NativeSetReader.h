@@ -27,9 +27,12 @@ private:
     {
         TextColumn(const Hdf5::Group& group, const char* textName, const char* endName, OpenFile& file);
         [[nodiscard]] QByteArray at(unsigned long long row) const;
+        /// For errors.
+        [[nodiscard]] QString source(unsigned long long row) const { return name + QString::number(row); }
 
         ColumnReader text;
         ColumnReader end;
+        QString name;
     };
     struct OpenDataset
     {
@@ -48,6 +51,7 @@ private:
         std::optional<ScaleValue> intensity;
     };
 
+    void openStructure(const Hdf5::Group& group);
     void readShape(const Hdf5::Attributes& group);
     void openDatasets(const Hdf5::Group& group, const Hdf5::Attributes& attributes);
     void openDataset(Hdf5::Dataset dataset, FoundComponents& found);
@@ -58,10 +62,8 @@ private:
     void readIndices(const Hdf5::Group& group);
     [[nodiscard]] std::vector<ComponentParts> components(unsigned long long row,
                                                          const FrameScales& scales) const;
-    [[nodiscard]] QString source(const char* column, unsigned long long row) const;
 
     std::shared_ptr<OpenFile> m_file;
-    std::string m_name;
     FrameStructure m_structure;
     FrameScales m_usual;
     std::vector<OpenDataset> m_datasets;
