@@ -17,14 +17,24 @@ herr_t collectName(hid_t, const char* name, const H5A_info_t*, void* names)
     return 0;
 }
 
+/// One for all texts and single numbers; to be called under the lock.
+hid_t scalarSpace()
+{
+    static const hid_t space = H5Screate(H5S_SCALAR);
+    return space;
+}
+
 /// A text of fixed length in UTF-8; HDF5 knows no text of length 0, so an empty one is one null character.
 Handle textType(const FileContext& file, const std::string& what, unsigned long long bytes)
 {
-    Handle type = checkedHandle(file, what, H5Tclose, [] { return H5Tcopy(H5T_C_S1); });
-    checked(file, what, [&] {
-        return std::min({H5Tset_size(type.get(), std::max<std::size_t>(bytes, 1)),
-                         H5Tset_cset(type.get(), H5T_CSET_UTF8), H5Tset_strpad(type.get(), H5T_STR_NULLPAD)});
-    });
+    static const hid_t anyText = [] {
+        const hid_t type = H5Tcopy(H5T_C_S1);
+        H5Tset_cset(type, H5T_CSET_UTF8);
+        H5Tset_strpad(type, H5T_STR_NULLPAD);
+        return type;
+    }();
+    Handle type = checkedHandle(file, what, H5Tclose, [] { return H5Tcopy(anyText); });
+    checked(file, what, [&] { return H5Tset_size(type.get(), std::max<std::size_t>(bytes, 1)); });
     return type;
 }
 
@@ -37,19 +47,14 @@ Handle listSpace(const FileContext& file, const std::string& what, unsigned long
 }
 
 void writeAttribute(const FileContext& file, const std::string& what, hid_t owner, const std::string& name,
-                    const Handle& type, const Handle& space, const void* data)
+                    hid_t type, hid_t space, const void* data)
 {
     const Handle attribute = checkedHandle(file, what, H5Aclose, [&] {
-        return H5Acreate2(owner, name.c_str(), type.get(), space.get(), H5P_DEFAULT, H5P_DEFAULT);
+        return H5Acreate2(owner, name.c_str(), type, space, H5P_DEFAULT, H5P_DEFAULT);
     });
     if (data != nullptr) {
-        checked(file, what, [&] { return H5Awrite(attribute.get(), type.get(), data); });
+        checked(file, what, [&] { return H5Awrite(attribute.get(), type, data); });
     }
-}
-
-Handle copyOf(const FileContext& file, const std::string& what, Element element)
-{
-    return checkedHandle(file, what, H5Tclose, [&] { return H5Tcopy(typeOf(element)); });
 }
 
 Handle spaceOf(const FileContext& file, const std::string& what, hid_t attribute)
@@ -217,9 +222,9 @@ void Object::writeText(const std::string& name, const QByteArray& utf8)
     const Serial serial;
     const std::string what = m_name + "@" + name;
     const Handle type = textType(*m_file, what, static_cast<unsigned long long>(utf8.size()));
-    const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
-    forEachTable(m_handle, m_twin,
-                 [&](hid_t id) { writeAttribute(*m_file, what, id, name, type, space, utf8.constData()); });
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        writeAttribute(*m_file, what, id, name, type.get(), scalarSpace(), utf8.constData());
+    });
 }
 
 void Object::writeNumbers(const std::string& name, Element element, const QByteArray& bytes)
@@ -227,10 +232,10 @@ void Object::writeNumbers(const std::string& name, Element element, const QByteA
     const Serial serial;
     const std::string what = m_name + "@" + name;
     const auto count = static_cast<unsigned long long>(bytes.size()) / elementSize(element);
-    const Handle type = copyOf(*m_file, what, element);
     const Handle space = listSpace(*m_file, what, count);
+    const char* data = count == 0 ? nullptr : bytes.constData();
     forEachTable(m_handle, m_twin, [&](hid_t id) {
-        writeAttribute(*m_file, what, id, name, type, space, count == 0 ? nullptr : bytes.constData());
+        writeAttribute(*m_file, what, id, name, typeOf(element), space.get(), data);
     });
 }
 
@@ -238,10 +243,9 @@ void Object::writeScalar(const std::string& name, Element element, const void* v
 {
     const Serial serial;
     const std::string what = m_name + "@" + name;
-    const Handle space = checkedHandle(*m_file, what, H5Sclose, [] { return H5Screate(H5S_SCALAR); });
-    const Handle type = copyOf(*m_file, what, element);
-    forEachTable(m_handle, m_twin,
-                 [&](hid_t id) { writeAttribute(*m_file, what, id, name, type, space, value); });
+    forEachTable(m_handle, m_twin, [&](hid_t id) {
+        writeAttribute(*m_file, what, id, name, typeOf(element), scalarSpace(), value);
+    });
 }
 
 void Object::renameAttribute(const std::string& from, const std::string& to)

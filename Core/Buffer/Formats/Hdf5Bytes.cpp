@@ -2,6 +2,7 @@
 #include "Core/Buffer/Formats/Hdf5Bytes.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 #include <limits>
 
@@ -10,6 +11,9 @@ namespace BufferApi::Hdf5
 
 namespace
 {
+
+// The library reads headers and indices in dozens of small pieces, most of which lie together.
+constexpr unsigned long long blockBytes = 1ULL << 14U;
 
 using BytesPointer = std::shared_ptr<FileBytes>;
 
@@ -134,10 +138,32 @@ std::optional<FilePiece> InputBytes::takePlace() noexcept
     return std::exchange(m_place, std::nullopt);
 }
 
+const char* InputBytes::findInBlock(unsigned long long offset, unsigned long long bytes)
+{
+    const unsigned long long first = offset - offset % blockBytes;
+    const unsigned long long last = std::min(first + blockBytes, size());
+    if (offset >= last || bytes > last - offset) {
+        return nullptr;
+    }
+    if (m_blockOffset != first) {
+        m_blockOffset.reset();
+        m_block.resize(last - first);
+        if (!m_file.tryRead(first, m_block.data(), m_block.size()).isNull()) {
+            return nullptr;
+        }
+        m_blockOffset = first;
+    }
+    return m_block.data() + (offset - first);
+}
+
 bool InputBytes::read(unsigned long long offset, void* destination, unsigned long long bytes)
 {
     if (destination == m_chunk) {
         m_place = {offset, bytes};
+        return true;
+    }
+    if (const char* source = findInBlock(offset, bytes)) {
+        std::memcpy(destination, source, bytes);
         return true;
     }
     m_failure = m_file.tryRead(offset, destination, bytes);

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace BufferApi::Hdf5
 {
@@ -72,7 +73,12 @@ public:
     [[nodiscard]] QString takeFailure() { return std::exchange(m_failure, QString()); }
 
 private:
+    /// Null when they do not lie in one block, or it cannot be read as a whole.
+    [[nodiscard]] const char* findInBlock(unsigned long long offset, unsigned long long bytes);
+
     Formats::InputFile m_file;
+    std::optional<unsigned long long> m_blockOffset;
+    std::vector<char> m_block;
     QString m_failure;
     const void* m_chunk = nullptr;
     std::optional<FilePiece> m_place;
