@@ -67,8 +67,10 @@ class NativeFileTest(unittest.TestCase):
                     if not dataset.attrs.get("NAME", b"").startswith(NETCDF_DIMENSION):
                         dataset[...]
                     if not h5py.h5ds.is_scale(dataset.id):
-                        for dimension in dataset.dims:
+                        for index, dimension in enumerate(dataset.dims):
                             self.assertEqual(len(dimension), 1)
+                            self.assertEqual(dimension[0].shape[0], dataset.shape[index])
+                            self.assertTrue(h5py.h5ds.is_attached(dataset.id, dimension[0].id, index))
 
     def test_attributes_have_fixed_length_and_keep_their_order(self):
         for path in glob.glob(self.path("*.qfi")):
