@@ -163,6 +163,18 @@ void OmeWriter::writeRecord(const QByteArray& record)
     m_xml.writeCharacters(QString::fromLatin1(record));
 }
 
+QByteArray recordIn(const QByteArray& xml)
+{
+    QXmlStreamReader reader(xml);
+    while (!reader.atEnd()) {
+        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == recordElement &&
+            reader.namespaceUri() == recordNamespace) {
+            return reader.readElementText().toLatin1();
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 std::optional<double> metresPerPixel(const Zt::LinearScale& scale)
@@ -189,17 +201,13 @@ QByteArray omeXml(const std::vector<OmeImage>& images, const QString& name, cons
 
 QByteArray recordOfOmeXml(const QByteArray& xml)
 {
-    if (!xml.contains(recordNamespace.toLatin1())) {
+    // Its element names the namespace last, and reading starts there: the elements of many pages take long.
+    const qsizetype found = xml.lastIndexOf(recordNamespace.toLatin1());
+    if (found < 0) {
         return {};
     }
-    QXmlStreamReader reader(xml);
-    while (!reader.atEnd()) {
-        if (reader.readNext() == QXmlStreamReader::StartElement && reader.name() == recordElement &&
-            reader.namespaceUri() == recordNamespace) {
-            return reader.readElementText().toLatin1();
-        }
-    }
-    return {};
+    const QByteArray record = recordIn(xml.sliced(std::max<qsizetype>(0, xml.lastIndexOf('<', found))));
+    return record.isEmpty() ? recordIn(xml) : record;
 }
 
 } // namespace BufferApi::Formats
