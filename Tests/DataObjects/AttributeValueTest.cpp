@@ -408,49 +408,32 @@ AttributeValue deserialized(int type, const QString& text, AttributeValue value 
 
 TEST(AttributeValue, TakesItsValueFromTextByItsKind)
 {
-    const struct
-    {
-        int type;
-        const char* text;
-        const char* stored;
-    } cases[] = {
-        {2, "300", "44"},
-        {2, "-129", "127"},
-        {2, "2147483648", "-5"},
-        {3, "32768", "-32768"},
-        {3, " 7 ", "7"},
-        {4, "4294967297", "1"},
-        {4, "2147483648", "-2147483648"},
-        {4, "1.5", "-5"},
-        {4, "0x10", "-5"},
-        {5, "-9223372036854775808", "-9223372036854775808"},
-        {5, "9223372036854775808", "-5"},
-        {6, "999", "255"},
-        {6, "-1", "-5"},
-        {7, "65536", "65535"},
-        {8, "4294967295", "4294967295"},
-        {8, "4294967296", "0"},
-        {9, "18446744073709551615", "18446744073709551615"},
-        {10, "0.1", "0.1"},
-        {10, "1e39", "-5"},
-        {11, "1e-5", "1e-05"},
-        {11, "1,5", "-5"},
-        {11, "nan", "nan"},
-        {11, "", "-5"},
-        {0, "7", ""},
-        {16, "7", ""},
-        {1, "a,b", "a,b"},
-        {12, "1,,65537", "1,0,1"},
-        {12, "", "0"},
-        {12, "-1,2", "0,2"},
-        {13, "1,2147483648,-3", "1,0,-3"},
-        {14, "1.5,1e39,x,2", "1.5,0,0,2"},
-        {15, "1e400,0.25,", "0,0.25,0"},
-    };
-    for (const auto& [type, text, stored] : cases) {
-        const AttributeValue value = deserialized(type, QString::fromLatin1(text), AttributeValue(-5));
-        EXPECT_EQ(value.GetType(), static_cast<unsigned int>(type));
-        EXPECT_EQ(value.toStdString(), stored) << type << " from \"" << text << '"';
+    // Texts of each kind, and the text of what it takes from them; -5 was there before.
+    const std::map<unsigned int, std::vector<std::pair<const char*, const char*>>> textsByKind{
+        {0, {{"7", ""}}},
+        {1, {{"a,b", "a,b"}}},
+        {2, {{"300", "44"}, {"-129", "127"}, {"2147483648", "-5"}}},
+        {3, {{"32768", "-32768"}, {" 7 ", "7"}}},
+        {4, {{"4294967297", "1"}, {"2147483648", "-2147483648"}, {"1.5", "-5"}, {"0x10", "-5"}}},
+        {5, {{"-9223372036854775808", "-9223372036854775808"}, {"9223372036854775808", "-5"}}},
+        {6, {{"999", "255"}, {"-1", "-5"}}},
+        {7, {{"65536", "65535"}}},
+        {8, {{"4294967295", "4294967295"}, {"4294967296", "0"}}},
+        {9, {{"18446744073709551615", "18446744073709551615"}}},
+        {10, {{"0.1", "0.1"}, {"1e39", "-5"}}},
+        {11, {{"1e-5", "1e-05"}, {"1,5", "-5"}, {"nan", "nan"}, {"", "-5"}}},
+        {12, {{"1,,65537", "1,0,1"}, {"", "0"}, {"-1,2", "0,2"}}},
+        {13, {{"1,2147483648,-3", "1,0,-3"}}},
+        {14, {{"1.5,1e39,x,2", "1.5,0,0,2"}}},
+        {15, {{"1e400,0.25,", "0,0.25,0"}}},
+        {16, {{"7", ""}}}};
+    for (const auto& [type, texts] : textsByKind) {
+        for (const auto& [text, stored] : texts) {
+            const auto value =
+                deserialized(static_cast<int>(type), QString::fromLatin1(text), AttributeValue(-5));
+            EXPECT_EQ(value.GetType(), type);
+            EXPECT_EQ(value.toStdString(), stored) << type << " from \"" << text << '"';
+        }
     }
 }
 

@@ -171,7 +171,7 @@ TEST(AttributesContainer, ReadsNumbersWithoutAnAllocation)
 TEST(AttributesContainer, ThreadsSetAndRemoveAtOnce)
 {
     AttributesContainer attributes;
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     constexpr int rounds = 2000;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&attributes, thread] {
@@ -184,9 +184,7 @@ TEST(AttributesContainer, ThreadsSetAndRemoveAtOnce)
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();
     attributes.remove("Shared");
     EXPECT_EQ(namesOf(attributes), (Names{"Own0", "Own1", "Own2", "Own3"}));
     EXPECT_EQ(attributes.attributeValue("Own3").value<int>(), rounds - 1);

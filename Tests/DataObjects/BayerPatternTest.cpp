@@ -14,39 +14,28 @@ using namespace TestSupport;
 
 TEST(BayerPatternTest, ANumberOfAtLeastOneMarksAMosaic)
 {
-    struct Case
-    {
-        AttributeValue value;
-        bool isMosaic;
-    };
-    for (const Case& each : {Case{1, true},
-                             {257, true},
-                             {42, true},
-                             {0, false},
-                             {-1, false},
-                             {0.5, false},
-                             {1.5, true},
-                             {QStringLiteral("769"), true},
-                             {QStringLiteral("0.0"), false},
-                             {QStringLiteral("abc"), false},
-                             {QString(), false},
-                             {std::vector<int>{1}, true},
-                             {std::vector<int>{1, 1}, false}}) {
-        SCOPED_TRACE(each.value.toStdString());
+    const std::vector<AttributeValue> marks{1, 257, 42, 1.5, QStringLiteral("769"), std::vector<int>{1}};
+    std::vector<AttributeValue> values{
+        0, -1, 0.5, QStringLiteral("0.0"), QStringLiteral("abc"), QString(), std::vector<int>{1, 1}};
+    const std::size_t others = values.size();
+    values.insert(values.end(), marks.begin(), marks.end());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        SCOPED_TRACE(values[i].toStdString());
+        const bool isMosaic = i >= others;
         Image<unsigned short> image(2, 2, true);
         EXPECT_FALSE(isBayerPatternImage(image));
-        image.GetAttributes().set("RGBFrame", each.value);
-        EXPECT_EQ(isBayerPatternImage(image), each.isMosaic);
+        image.GetAttributes().set("RGBFrame", values[i]);
+        EXPECT_EQ(isBayerPatternImage(image), isMosaic);
 
         const auto buffer = bufferOf(BufferApi::CreateImageFrame(BufferApi::DT_WORD, 2, 2, 1),
                                      BufferApi::CreateImageFrame(BufferApi::DT_WORD, 2, 2, 1));
         EXPECT_FALSE(hasBayerPatternImage(*buffer));
-        BufferAttributes(*buffer->GetFrame(1)).set("RGBFrame", each.value);
-        EXPECT_EQ(isBayerPatternImage(*buffer->GetFrame(1)), each.isMosaic);
-        EXPECT_EQ(isBayerPatternImage(*buffer, 1), each.isMosaic);
+        BufferAttributes(*buffer->GetFrame(1)).set("RGBFrame", values[i]);
+        EXPECT_EQ(isBayerPatternImage(*buffer->GetFrame(1)), isMosaic);
+        EXPECT_EQ(isBayerPatternImage(*buffer, 1), isMosaic);
         EXPECT_FALSE(isBayerPatternImage(*buffer, 0));
         EXPECT_FALSE(isBayerPatternImage(*buffer, 2));
-        EXPECT_EQ(hasBayerPatternImage(*buffer), each.isMosaic);
+        EXPECT_EQ(hasBayerPatternImage(*buffer), isMosaic);
     }
 }
 

@@ -203,13 +203,14 @@ TEST(BayerTransformerTest, RefusesWhatIsNoMosaic)
     };
     Words mosaic(2, 2, true);
     refuses("not a rgb frame", mosaic);
-    mosaic.GetAttributes().set(Attr::rgbFrame, 0);
-    refuses("not a rgb frame", mosaic);
-    mosaic.GetAttributes().set(Attr::rgbFrame, QStringLiteral("2"));
-    refuses("Invalid RGBFrame attribute: 2", mosaic);
-    mosaic.GetAttributes().set(Attr::rgbFrame, 1e12);
-    refuses("Invalid RGBFrame attribute: 2147483647", mosaic);
-
+    const std::vector<std::pair<AttributeValue, QString>> codesAndTexts{
+        {0, "not a rgb frame"},
+        {QStringLiteral("2"), "Invalid RGBFrame attribute: 2"},
+        {1e12, "Invalid RGBFrame attribute: 2147483647"}};
+    for (const auto& [code, text] : codesAndTexts) {
+        mosaic.GetAttributes().set(Attr::rgbFrame, code);
+        refuses(text, mosaic);
+    }
     Image<float> floats(2, 2, true);
     refuses("not a rgb frame", floats);
     floats.GetAttributes().set(Attr::rgbFrame, 1);
@@ -218,10 +219,10 @@ TEST(BayerTransformerTest, RefusesWhatIsNoMosaic)
     const QString tooSmall = "Image to small. Needs to be at least 2x2";
     refuses(tooSmall, mosaicOf(codes[0], {1, 4}));
     refuses(tooSmall, mosaicOf(codes[0], {4, 1}));
-    EXPECT_TRUE(raises(tooSmall,
-                       [] { return createBayerPatternImageFromRGBImage(RGBImage(4, 1, Rgb16(), true), 1); }));
-    EXPECT_TRUE(raises("Invalid RGBFrame attribute: 3",
-                       [] { return createBayerPatternImageFromRGBImage(RGBImage(4, 4, Rgb16(), true), 3); }));
+    const auto mosaicOfColour = [](unsigned int height, int code) {
+        return [=] { return createBayerPatternImageFromRGBImage(RGBImage(4, height, Rgb16(), true), code); };
+    };
+    expectRaised({{tooSmall, mosaicOfColour(1, 1)}, {"Invalid RGBFrame attribute: 3", mosaicOfColour(4, 3)}});
 }
 
 } // namespace

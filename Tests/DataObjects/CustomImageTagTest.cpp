@@ -42,15 +42,11 @@ TEST(CustomImageTag, SurvivesDamage)
 {
     AttributesContainer attributes;
     setCustomImageTags(tags, attributes);
-    struct Case
-    {
-        AttributeValue count;
-        std::size_t found;
-    };
-    for (const Case& c : {Case{2147483647, 3}, Case{1001, 3}, Case{1000, 1000}, Case{"2.9", 2}, Case{-1, 0},
-                          Case{"many", 0}}) {
-        attributes.set("CustomImageTag_Count", c.count);
-        EXPECT_EQ(getCustomImageTags(attributes).size(), c.found);
+    const std::vector<std::pair<AttributeValue, std::size_t>> countsAndFound{
+        {2147483647, 3}, {1001, 3}, {1000, 1000}, {"2.9", 2}, {-1, 0}, {"many", 0}};
+    for (const auto& [count, found] : countsAndFound) {
+        attributes.set("CustomImageTag_Count", count);
+        EXPECT_EQ(getCustomImageTags(attributes).size(), found) << count.toStdString();
     }
     attributes.set("CustomImageTag_Count", 3);
     attributes.remove("CustomImageTag1_Value");

@@ -230,44 +230,35 @@ TEST(DeviceData, MarksBuffers)
 
 TEST(DeviceDataAccess, DescribesARecord)
 {
+    const auto describes = [](const Record& described, const char* text, const char* list, bool isTrace) {
+        SCOPED_TRACE(text);
+        const DeviceDataAccess access(described);
+        EXPECT_EQ(access.getValueAsString(), QLatin1String(text));
+        EXPECT_EQ(access.getValuesAsList().join(QLatin1Char(';')), QLatin1String(list));
+        EXPECT_EQ(access.isTrace(), isTrace);
+    };
     const auto single = [](std::vector<double> trace) {
         RTE::DeviceDataStatic fixed = properties("single");
         fixed.kind = DeviceDataKind::SingleValue;
         return Record(fixed, std::move(trace));
     };
+    describes(record("t", DeviceClass::Other, {1.0, 3.0}), "avg: 2 | min: 1 | max: 3 | stdDev: 1.41421",
+              "avg: 2;min: 1;max: 3;stdDev: 1.41421", true);
+    describes(record("v", DeviceClass::Other, {1234567.0}), "1.23457e+06",
+              "avg: 1.23457e+06;min: 1.23457e+06;max: 1.23457e+06;stdDev: 0", false);
+    describes(single({4.0}), "4", "avg: 4;min: 4;max: 4;stdDev: 0", false);
+    describes(single({4.0, 5.0}), "4.5 ...", "avg: 4.5;min: 4;max: 5;stdDev: 0.707107", false);
+    describes(single({}), "---", "", false);
+    describes(Record(), "---", "", false);
     Record named = record("named", DeviceClass::Other, {1.0, 2.0});
     named.setNamedValue("open");
+    describes(named, "open", "avg: 1.5;min: 1;max: 2;stdDev: 0.707107", false);
     Record unknownAverage = record("a", DeviceClass::Other, {1.0, 2.0});
     unknownAverage.setStatistics({NAN, 1.0, 2.0, 0.5});
+    describes(unknownAverage, "---", "min: 1;max: 2;stdDev: 0.5", true);
     Record referenceAlone = record("r", DeviceClass::Other, {});
     referenceAlone.setReference(2.5);
-    Record unknownSingle = single({});
-    struct Case
-    {
-        Record record;
-        const char* text;
-        const char* list;
-        bool isTrace;
-    };
-    const std::vector<Case> cases{
-        {record("t", DeviceClass::Other, {1.0, 3.0}), "avg: 2 | min: 1 | max: 3 | stdDev: 1.41421",
-         "avg: 2;min: 1;max: 3;stdDev: 1.41421", true},
-        {record("v", DeviceClass::Other, {1234567.0}), "1.23457e+06",
-         "avg: 1.23457e+06;min: 1.23457e+06;max: 1.23457e+06;stdDev: 0", false},
-        {single({4.0}), "4", "avg: 4;min: 4;max: 4;stdDev: 0", false},
-        {single({4.0, 5.0}), "4.5 ...", "avg: 4.5;min: 4;max: 5;stdDev: 0.707107", false},
-        {named, "open", "avg: 1.5;min: 1;max: 2;stdDev: 0.707107", false},
-        {unknownAverage, "---", "min: 1;max: 2;stdDev: 0.5", true},
-        {unknownSingle, "---", "", false},
-        {referenceAlone, "2.5", "", false},
-        {Record(), "---", "", false}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.text);
-        const DeviceDataAccess access(c.record);
-        EXPECT_EQ(access.getValueAsString(), QLatin1String(c.text));
-        EXPECT_EQ(access.getValuesAsList().join(QLatin1Char(';')), QLatin1String(c.list));
-        EXPECT_EQ(access.isTrace(), c.isTrace);
-    }
+    describes(referenceAlone, "2.5", "", false);
 }
 
 TEST(DeviceDataAccess, GivesPhysicalValues)

@@ -129,58 +129,42 @@ TEST(FrameDecoders, MakeFrames)
     }));
 }
 
-struct Refusal
-{
-    std::shared_ptr<I_FrameDecoder> decoder;
-    std::size_t sourceSize;
-    unsigned long long capacity;
-    const char* message;
-};
-
 TEST(FrameDecoders, RefuseInOrderAndWriteNothing)
 {
-    const auto raw8 = std::make_shared<Raw8>();
-    const auto raw16 = std::make_shared<Raw16>();
-    const auto mono10p = std::make_shared<Mono10p>();
-    const auto mono10pmsb = std::make_shared<Mono10pmsb>();
-    const auto mono12p = std::make_shared<Mono12p>();
-    const auto mono12packed = std::make_shared<Mono12packed>();
-    const auto mono12pmsb = std::make_shared<Mono12pmsb>();
-    const auto rgb24 = std::make_shared<Rgb24>();
-    const std::vector<Refusal> refusals{
-        {raw8, 3, 5, "Destination too small: need 6 bytes, but got 5 bytes"},
-        {raw16, 3, 0, "Source size 3 is not a multiple of 2 bytes"},
-        {raw16, 4, 3, "Destination too small: need 4 bytes, but got 3 bytes"},
-        {mono10p, 11, 0, "Source size 11 is not a multiple of 5 bytes"},
-        {mono10p, 10, 15, "Destination too small: need 16 bytes, but got 15 bytes"},
-        {mono10pmsb, 11, 8, "Source size 11 is not a multiple of 5 bytes"},
-        {mono10pmsb, 10, 8, "Destination too small: need 16 bytes, but got 8 bytes"},
-        {mono10pmsb, 5, 8, "Pixel count 4 is not a multiple of 8"},
-        {mono10pmsb, 10, 19, "Pixel count 9 is not a multiple of 8"},
-        {mono12p, 4, 0, "Source size 4 is not a multiple of 3 bytes"},
-        {mono12p, 6, 7, "Destination too small: need 8 bytes, but got 7 bytes"},
-        {mono12pmsb, 4, 6, "Source size 4 is not a multiple of 3 bytes"},
-        {mono12pmsb, 6, 6, "Destination too small: need 8 bytes, but got 6 bytes"},
-        {mono12pmsb, 3, 6, "Pixel count 3 is not a multiple of 2"},
-        {mono12packed, 4, 100, "Source size 4 is not a multiple of 3 bytes"},
-        {mono12packed, 3, 6, "Source too small: need 6 bytes for 3 pixels, but got 3 bytes"},
-        {mono12packed, 0, 2, "Source too small: need 3 bytes for 1 pixels, but got 0 bytes"},
-        {mono12packed, 3, 1, "Frame size is invalid"},
-        {rgb24, 8, 3, "Destination too small: need 4 bytes, but got 3 bytes"},
-    };
     const Bytes source(16, 0xFF);
-    for (const Refusal& refusal : refusals) {
-        SCOPED_TRACE(refusal.decoder->label().toStdString());
-        Bytes destination(refusal.capacity, 0xEE);
-        const RTE::UnmanagedMemory block(destination.data(), refusal.capacity);
-        EXPECT_TRUE(raises<InvalidArgumentError>(refusal.message, [&] {
-            refusal.decoder->decode({source.data(), refusal.sourceSize}, block);
-        }));
-        EXPECT_TRUE(raises<InvalidArgumentError>("Null pointer for source", [&] {
-            refusal.decoder->decode({nullptr, 1}, block);
-        }));
-        EXPECT_EQ(std::count(destination.begin(), destination.end(), 0xEE), std::ptrdiff_t(refusal.capacity));
-    }
+    const auto refuses = [&](const I_FrameDecoder& decoder, std::size_t sourceSize,
+                             unsigned long long capacity, const char* message) {
+        SCOPED_TRACE(decoder.label().toStdString());
+        Bytes destination(capacity, 0xEE);
+        const RTE::UnmanagedMemory block(destination.data(), capacity);
+        expectRaised<InvalidArgumentError>({{message,
+                                             [&] {
+                                                 decoder.decode({source.data(), sourceSize}, block);
+                                             }},
+                                            {"Null pointer for source", [&] {
+                                                 decoder.decode({nullptr, 1}, block);
+                                             }}});
+        EXPECT_EQ(std::count(destination.begin(), destination.end(), 0xEE), std::ptrdiff_t(capacity));
+    };
+    refuses(Raw8(), 3, 5, "Destination too small: need 6 bytes, but got 5 bytes");
+    refuses(Raw16(), 3, 0, "Source size 3 is not a multiple of 2 bytes");
+    refuses(Raw16(), 4, 3, "Destination too small: need 4 bytes, but got 3 bytes");
+    refuses(Mono10p(), 11, 0, "Source size 11 is not a multiple of 5 bytes");
+    refuses(Mono10p(), 10, 15, "Destination too small: need 16 bytes, but got 15 bytes");
+    refuses(Mono10pmsb(), 11, 8, "Source size 11 is not a multiple of 5 bytes");
+    refuses(Mono10pmsb(), 10, 8, "Destination too small: need 16 bytes, but got 8 bytes");
+    refuses(Mono10pmsb(), 5, 8, "Pixel count 4 is not a multiple of 8");
+    refuses(Mono10pmsb(), 10, 19, "Pixel count 9 is not a multiple of 8");
+    refuses(Mono12p(), 4, 0, "Source size 4 is not a multiple of 3 bytes");
+    refuses(Mono12p(), 6, 7, "Destination too small: need 8 bytes, but got 7 bytes");
+    refuses(Mono12pmsb(), 4, 6, "Source size 4 is not a multiple of 3 bytes");
+    refuses(Mono12pmsb(), 6, 6, "Destination too small: need 8 bytes, but got 6 bytes");
+    refuses(Mono12pmsb(), 3, 6, "Pixel count 3 is not a multiple of 2");
+    refuses(Mono12packed(), 4, 100, "Source size 4 is not a multiple of 3 bytes");
+    refuses(Mono12packed(), 3, 6, "Source too small: need 6 bytes for 3 pixels, but got 3 bytes");
+    refuses(Mono12packed(), 0, 2, "Source too small: need 3 bytes for 1 pixels, but got 0 bytes");
+    refuses(Mono12packed(), 3, 1, "Frame size is invalid");
+    refuses(Rgb24(), 8, 3, "Destination too small: need 4 bytes, but got 3 bytes");
     EXPECT_TRUE(raises<RTE::LogicError>("The associated device does not provide frame data", [] {
         InvalidDecoder().decode({nullptr, 0}, RTE::UnmanagedMemory(nullptr, 0));
     }));

@@ -52,36 +52,32 @@ TEST(GlobalAndFrameAttributes, AreLookedUpByScope)
 {
     const GlobalAndFrameAttributes all = sample();
     using Scope = AttributeScope;
-    struct Case
-    {
-        const char* name;
-        std::vector<Scope> scopes;
-    };
-    const std::vector<Case> cases{{"Everywhere", {Scope::Global, Scope::Frame}},
-                                  {"Last", {Scope::Frame}},
-                                  {"\xB5m", {Scope::Global}},
-                                  {"Pump", {Scope::DeviceData}},
-                                  {"Pump - P 1", {Scope::DeviceData}},
-                                  {"Pump - P 1 - x", {Scope::DeviceData}},
-                                  {"Pump -", {}},
-                                  {"P 1", {}},
-                                  {"Day", {Scope::CustomImageTag}},
-                                  {"Absent", {}},
-                                  {"", {}}};
-    for (const Case& c : cases) {
+    const std::vector<std::pair<const char*, std::vector<Scope>>> namesAndScopes{
+        {"Everywhere", {Scope::Global, Scope::Frame}},
+        {"Last", {Scope::Frame}},
+        {"\xB5m", {Scope::Global}},
+        {"Pump", {Scope::DeviceData}},
+        {"Pump - P 1", {Scope::DeviceData}},
+        {"Pump - P 1 - x", {Scope::DeviceData}},
+        {"Pump -", {}},
+        {"P 1", {}},
+        {"Day", {Scope::CustomImageTag}},
+        {"Absent", {}},
+        {"", {}}};
+    for (const auto& [name, scopes] : namesAndScopes) {
         for (const Scope scope : {Scope::None, Scope::Global, Scope::Frame, Scope::DeviceData,
                                   Scope::CustomImageTag, static_cast<Scope>(5)}) {
-            const bool expected = std::count(c.scopes.begin(), c.scopes.end(), scope) > 0;
-            EXPECT_EQ(all.contains(std::string(c.name), scope), expected) << c.name << int(scope);
-            EXPECT_EQ(all.contains(QString::fromLatin1(c.name), scope), expected) << c.name << int(scope);
+            const bool expected = std::count(scopes.begin(), scopes.end(), scope) > 0;
+            EXPECT_EQ(all.contains(std::string(name), scope), expected) << name << int(scope);
+            EXPECT_EQ(all.contains(QString::fromLatin1(name), scope), expected) << name << int(scope);
         }
     }
-    EXPECT_EQ(all.getDeviceData(QStringLiteral("Laser - L")), all.getDeviceData(QStringLiteral("Laser")));
-    EXPECT_EQ(all.getDeviceData(QStringLiteral("Laser"))->getAverage(), 1234567.0);
-    EXPECT_EQ(all.getCustomImageTag(QStringLiteral("Sample"))->value, QStringLiteral("A/1"));
-    EXPECT_EQ(all.getGlobalAttribute(QStringLiteral("Global")), (Attribute{"Global", 1.5}));
+    EXPECT_EQ(all.getDeviceData("Laser - L"), all.getDeviceData("Laser"));
+    EXPECT_EQ(all.getDeviceData("Laser")->getAverage(), 1234567.0);
+    EXPECT_EQ(all.getCustomImageTag("Sample")->value, QStringLiteral("A/1"));
+    EXPECT_EQ(all.getGlobalAttribute("Global"), (Attribute{"Global", 1.5}));
     const std::vector<std::optional<Attribute>> last{std::nullopt, Attribute{"Last", "of second"}};
-    EXPECT_EQ(all.getFrameAttributes(QStringLiteral("Last")), last);
+    EXPECT_EQ(all.getFrameAttributes("Last"), last);
 }
 
 TEST(GlobalAndFrameAttributes, GiveTheGlobalValueOrThatOfTheFirstFrame)
@@ -169,37 +165,29 @@ TEST(AttributeKeyValuePairs, FillPlaceholders)
     all.set("Nested", "<tag:Sample>");
     all.set("a>b", "never");
     all.set("Regex.*", "regex");
-    struct Case
-    {
-        QString text;
-        QString plain;
-        QString forFileName;
-    };
-    const auto same = [](const char* text, const char* resolved) {
-        return Case{QLatin1String(text), QLatin1String(resolved), QLatin1String(resolved)};
-    };
-    const std::vector<Case> cases{
-        same("<attr:Global>-<attr:Global>", "1.5-1.5"),
-        same("<attr:Unknown> <tag:Unknown> <device:Unknown>", "_ _ _"),
-        same("<other:X> <attr Global> <ATTR:Global>", "<other:X> <attr Global> <ATTR:Global>"),
-        same("<attr:global>", "_"),
-        same("<attr:>", "_"),
-        same("<attr:Global", "<attr:Global"),
-        same("<device:L>", "1.23457e+06"),
-        same("<attr:Regex.*>", "regex"),
+    const QString none = "<other:X> <attr Global> <ATTR:Global>";
+    // A text, what it becomes, and what it becomes for the name of a file.
+    const std::vector<std::array<QString, 3>> cases{
+        {"<attr:Global>-<attr:Global>", "1.5-1.5", "1.5-1.5"},
+        {"<attr:Unknown> <tag:Unknown> <device:Unknown>", "_ _ _", "_ _ _"},
+        {none, none, none},
+        {"<attr:global>", "_", "_"},
+        {"<attr:>", "_", "_"},
+        {"<attr:Global", "<attr:Global", "<attr:Global"},
+        {"<device:L>", "1.23457e+06", "1.23457e+06"},
+        {"<attr:Regex.*>", "regex", "regex"},
         // The key ends at the first bracket.
-        same("<attr:a>b>", "_b>"),
+        {"<attr:a>b>", "_b>", "_b>"},
         // The inner placeholder is found too, once the outer one is gone.
-        same("<attr:<attr:Global>", "_"),
-        {QStringLiteral("<tag:Sample>"), QStringLiteral("A/1"), QStringLiteral("A_1")},
+        {"<attr:<attr:Global>", "_", "_"},
+        {"<tag:Sample>", "A/1", "A_1"},
         // A value is not looked at again, unless the text has the same placeholder of a later prefix.
-        {QStringLiteral("<attr:Nested>"), QStringLiteral("<tag:Sample>"), QStringLiteral("_tag_Sample_")},
-        {QStringLiteral("<attr:Nested><tag:Sample>"), QStringLiteral("A/1A/1"),
-         QStringLiteral("_tag_Sample_A_1")},
-        {QString(), QString(), QString()}};
-    for (const Case& c : cases) {
-        EXPECT_EQ(resolveAttributes(c.text, all, false), c.plain) << c.text.toStdString();
-        EXPECT_EQ(resolveAttributes(c.text, all, true), c.forFileName) << c.text.toStdString();
+        {"<attr:Nested>", "<tag:Sample>", "_tag_Sample_"},
+        {"<attr:Nested><tag:Sample>", "A/1A/1", "_tag_Sample_A_1"},
+        {"", "", ""}};
+    for (const auto& [text, plain, forFileName] : cases) {
+        EXPECT_EQ(resolveAttributes(text, all, false), plain) << text.toStdString();
+        EXPECT_EQ(resolveAttributes(text, all, true), forFileName) << text.toStdString();
     }
 }
 

@@ -81,26 +81,22 @@ TEST(ImageExtraction, TakesTheVoxelsAndTheirValidityOfEachType)
 TEST(ImageExtraction, TurnsTheScalesWithTheAxesAndPutsTheCutIntoTheOffset)
 {
     const ImageVolume<float> volume = makeVolume<float>();
-    const auto [x, y, z, i] = scalesOf(volume);
+    const FourScales scales = scalesOf(volume);
+    const auto& [x, y, z, i] = scales;
     const auto at = [](const Zt::LinearScale& axis, double factor, double offset) {
         return Zt::LinearScale(factor, offset, axis.getUnit(), axis.getDescription());
     };
-    struct Case
-    {
-        std::unique_ptr<ImageVariant> cut;
-        FourScales scales;
-        unsigned long long scalarFields;
+    const auto check = [](const char* name, const std::unique_ptr<ImageVariant>& cut,
+                          const FourScales& expected, unsigned int scalarFields) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(scalesOf(*cut), expected);
+        EXPECT_EQ(cut->GetAttributes().attributeValue("Key").value<int>(), 7);
+        EXPECT_EQ(cut->GetScalarFields().size(), scalarFields);
     };
-    const Case cases[] = {{ExtractXYImage(volume, 1), {x, y, at(z, 4.0, 34.0), i}, 1},
-                          {ExtractXZImage(volume, 2), {x, z, at(y, 3.0, 26.0), i}, 0},
-                          {ExtractYZImage(volume, 3), {y, z, at(x, 2.0, 16.0), i}, 0},
-                          {ExtractZYImage(volume, 3), {z, y, at(x, 2.0, 16.0), i}, 0}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(&c - cases);
-        EXPECT_EQ(scalesOf(*c.cut), c.scales);
-        EXPECT_EQ(c.cut->GetAttributes().attributeValue("Key").value<int>(), 7);
-        EXPECT_EQ(c.cut->GetScalarFields().size(), c.scalarFields);
-    }
+    check("XY", ExtractXYImage(volume, 1), {x, y, at(z, 4.0, 34.0), i}, 1);
+    check("XZ", ExtractXZImage(volume, 2), {x, z, at(y, 3.0, 26.0), i}, 0);
+    check("YZ", ExtractYZImage(volume, 3), {y, z, at(x, 2.0, 16.0), i}, 0);
+    check("ZY", ExtractZYImage(volume, 3), {z, y, at(x, 2.0, 16.0), i}, 0);
     EXPECT_EQ(volume.GetScaleZ().getOffset(), 30.0) << "the cut shares nothing with the volume";
 }
 

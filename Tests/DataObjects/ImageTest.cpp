@@ -541,14 +541,12 @@ TEST(Image, AMaskReadByManyThreadsIsMadeOnce)
     for (int round = 0; round < 50; ++round) {
         const auto image = lazilyMasked<unsigned char>(1);
         std::vector<const Mask*> seen(4);
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (auto& mask : seen) {
             threads.emplace_back(
                 [&image, &mask] { mask = image.IsMaskValid(2, 1) ? &image.GetMask() : nullptr; });
         }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+        threads.clear();
         EXPECT_EQ(seen, std::vector<const Mask*>(4, &image.GetMask()));
     }
 }

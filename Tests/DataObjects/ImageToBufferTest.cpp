@@ -140,27 +140,19 @@ TEST(ImageToBuffer, AViewOfAnotherPlaneKeepsTheAttributesThatBothHave)
 
 TEST(ImageToBuffer, CopyingChecksPlaneSizeAndTypeInThisOrderAndAfterTheScales)
 {
-    struct Case
-    {
-        unsigned int width;
-        unsigned int height;
-        unsigned int z;
-        BufferApi::E_DataType type;
-        const char* text;
-    };
-    for (const auto& [width, height, z, type, text] :
-         {Case{5, 4, 2, BufferApi::DT_FLOAT, "Invalid destination plane."},
-          {5, 4, 1, BufferApi::DT_FLOAT, "Size of image and image plane must be equal."},
-          {4, 5, 1, BufferApi::DT_WORD, "Size of image and image plane must be equal."},
-          {4, 4, 1, BufferApi::DT_FLOAT, "Date type of image and image plane must be equal."}}) {
+    const auto refuses = [](const QString& text, unsigned int width, unsigned int height, unsigned int z,
+                            BufferApi::E_DataType type) {
         const auto frame = newFrame(type, 4, 4, 2);
         Image<unsigned short> image(width, height, 0, true);
         image.SetScaleX({9.0, 9.0, "m", "x"});
-        const unsigned int plane = z;
-        expectRaised({{text, [&] { CopyImageDataToFrameT(image.GetImageData(), *frame, plane); }},
-                      {text, [&] { CopyImageToFrame(image, *frame, plane); }}});
+        expectRaised({{text, [&] { CopyImageDataToFrameT(image.GetImageData(), *frame, z); }},
+                      {text, [&] { CopyImageToFrame(image, *frame, z); }}});
         EXPECT_EQ(frame->GetScaleX(), image.GetScaleX());
-    }
+    };
+    refuses("Invalid destination plane.", 5, 4, 2, BufferApi::DT_FLOAT);
+    refuses("Size of image and image plane must be equal.", 5, 4, 1, BufferApi::DT_FLOAT);
+    refuses("Size of image and image plane must be equal.", 4, 5, 1, BufferApi::DT_WORD);
+    refuses("Date type of image and image plane must be equal.", 4, 4, 1, BufferApi::DT_FLOAT);
 }
 
 TEST(ImageToBuffer, TypesOutsideTheSixAreRefused)

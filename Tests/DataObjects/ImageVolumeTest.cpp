@@ -2,8 +2,11 @@
 #include "Core/DataObjects/ImageVolume.h"
 
 #include "Core/DataObjects/AttributesContainer.h"
+#include "Core/DataObjects/ImageFromBuffer.h"
 #include "Core/DataObjects/LazyMask.h"
+#include "Core/DataObjects/ScalarFieldFromFrame.h"
 #include "Tests/Support/AllTypes.h"
+#include "Tests/Support/ImageFrames.h"
 #include "Tests/Support/Raises.h"
 #include "Tests/Support/Scales.h"
 
@@ -181,20 +184,6 @@ TEST(ImageVolume, PlanesAreCheckedInOrder)
     EXPECT_EQ(volume.getPlane(2).GetScaleXShared(), plane->GetScaleXShared());
 }
 
-/// Lists its names backwards, as a frame does whose components were added so.
-class FieldsInOtherOrder : public ScalarFields
-{
-public:
-    using ScalarFields::operator=;
-    using ScalarFields::ScalarFields;
-    QList<QString> GetNames() const override
-    {
-        QList<QString> names = ScalarFields::GetNames();
-        std::reverse(names.begin(), names.end());
-        return names;
-    }
-};
-
 TEST(ImageVolume, OnePlaneFitsToItselfWhateverItsScales)
 {
     std::vector<Image<int>> planes;
@@ -206,18 +195,17 @@ TEST(ImageVolume, OnePlaneFitsToItselfWhateverItsScales)
 
 TEST(ImageVolume, TheOrderOfScalarFieldsIsNoDifference)
 {
-    std::vector<int> pixels(6);
-    Image<int> plain(3, 2, true);
-    const auto fields = std::make_shared<FieldsInOtherOrder>(3, 2);
-    for (const char* const name : {"a", "b"}) {
-        plain.GetScalarFields().Add(QString::fromLatin1(name));
-        fields->Add(QString::fromLatin1(name));
+    // A frame lists its fields as they were added.
+    const auto frame = newFrame(BufferApi::DT_INT32, 3, 2);
+    const auto fields = GetScalarFields(*frame, 0);
+    Image<int> sorted(3, 2, true);
+    for (const char* const name : {"b", "a"}) {
+        fields->Add(name);
+        sorted.GetScalarFields().Add(name);
     }
     const auto build = [&] {
-        std::vector<Image<int>> planes = {plain};
-        planes.emplace_back(pixels.data(), plain.GetSize(), plain.GetMaskSPtr(), plain.GetScaleXShared(),
-                            plain.GetScaleYShared(), plain.GetScaleZShared(), plain.GetScaleIShared(),
-                            plain.GetAttributesSPtr(), fields);
+        std::vector<Image<int>> planes = {sorted};
+        planes.push_back(GetImageT<int>(*frame, 0, false));
         return ImageVolume<int>(std::move(planes));
     };
     EXPECT_EQ(build().GetDepth(), 2U);

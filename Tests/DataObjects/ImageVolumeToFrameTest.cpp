@@ -113,18 +113,17 @@ TEST(ImageVolumeToFrame, CopyingMergesAttributesAndAddsNoMask)
 TEST(ImageVolumeToFrame, CopyingChecksInOrderAndBeforeAnythingChanges)
 {
     const ImageVolume<int> volume(Math::Size3T<unsigned int>(4, 4, 2), 7, true);
-    const std::pair<FramePointer, QString> cases[] = {
-        {newFrame(BufferApi::DT_FLOAT, 5, 5, 0), "Z-Plane for given frame not valid!"},
-        {newFrame(BufferApi::DT_FLOAT, 5, 5, 3), "Pixel-plane of given frame has not the required type!"},
-        {newFrame(BufferApi::DT_INT32, 5, 5, 3), "Image volume field and image frame have different width"},
-        {newFrame(BufferApi::DT_INT32, 4, 5, 3), "Image volume field and image frame have different height"},
-        {newFrame(BufferApi::DT_INT32, 4, 4, 3), "Image volume field and image frame have different depth"}};
-    for (const auto& [target, text] : cases) {
-        I_FrameImage& refusing = *target;
-        refusing.SetScaleX({9.0, 9.0, "m", "x"});
-        EXPECT_TRUE(raises(text, [&] { CopyImageVolumeToFrame(volume, refusing); }));
-        EXPECT_EQ(refusing.GetScaleX().getFactor(), 9.0);
-    }
+    const auto refuses = [&](const QString& text, const std::unique_ptr<I_FrameImage>& frame) {
+        frame->SetScaleX({9.0, 9.0, "m", "x"});
+        EXPECT_TRUE(raises(text, [&] { CopyImageVolumeToFrame(volume, *frame); }));
+        EXPECT_EQ(frame->GetScaleX().getFactor(), 9.0);
+    };
+    const QString other = "Image volume field and image frame have different ";
+    refuses("Z-Plane for given frame not valid!", newFrame(BufferApi::DT_FLOAT, 5, 5, 0));
+    refuses("Pixel-plane of given frame has not the required type!", newFrame(BufferApi::DT_FLOAT, 5, 5, 3));
+    refuses(other + "width", newFrame(BufferApi::DT_INT32, 5, 5, 3));
+    refuses(other + "height", newFrame(BufferApi::DT_INT32, 4, 5, 3));
+    refuses(other + "depth", newFrame(BufferApi::DT_INT32, 4, 4, 3));
 }
 
 TEST(ImageVolumeToFrame, TypesOutsideTheSixAreRefused)

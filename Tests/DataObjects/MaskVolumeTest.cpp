@@ -164,10 +164,9 @@ TEST(MaskVolumeList, CombinesAllOrNothing)
     EXPECT_FALSE(list[1]->IsValid(1, 1, 0));
 
     const QString text = "Size of mask volumes is different";
-    EXPECT_TRUE(raises(text, [&] { list &= filledList({2, 2, 1}, 3, false); }));
     other = false;
     other[1] = std::make_shared<MaskVolume>(2, 2, 2);
-    EXPECT_TRUE(raises(text, [&] { list &= other; }));
+    expectRaised({{text, [&] { list &= filledList({2, 2, 1}, 3, false); }}, {text, [&] { list &= other; }}});
     EXPECT_TRUE(list[0]->IsValid(0, 0, 0));
 }
 

@@ -62,9 +62,9 @@ TEST(RGBFieldToBufferTest, RefusesEmptyFields)
 {
     const QString text = "Source image is empty";
     for (const RGBField& field : {RGBField{0, 2, pixels.data()}, {3, 0, pixels.data()}, {3, 2, nullptr}}) {
-        EXPECT_TRUE(raises(text, [&] { return CreateImageDataWordFromRGBField(field, true); }));
-        EXPECT_TRUE(raises(text, [&] { return CreateWordBufferFromRGBField(field, true); }));
-        EXPECT_TRUE(raises(text, [&] { return CreateRGBBufferFromRGBField(field); }));
+        expectRaised({{text, [&] { return CreateImageDataWordFromRGBField(field, true); }},
+                      {text, [&] { return CreateWordBufferFromRGBField(field, true); }},
+                      {text, [&] { return CreateRGBBufferFromRGBField(field); }}});
     }
 }
 

@@ -9,6 +9,7 @@
 #include "Core/DataObjects/RGBImageToImage.h"
 #include "Tests/DataObjects/Companions.h"
 #include "Tests/Support/Raises.h"
+#include "Tests/Support/SamePixels.h"
 
 #include <QTemporaryDir>
 
@@ -55,11 +56,6 @@ void expectRecording(const RGBImageBuffer& buffer, double factorI = 3.0)
         frame->GetScaleI().setFactor(3.0);
         expectCompanions(*frame);
     }
-}
-
-bool samePixels(const RGBImage& a, const RGBImage& b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end());
 }
 
 /// Read from a file of the buffer, whose planes are loaded when they are asked for.
@@ -111,21 +107,17 @@ TEST(RGBImageBufferToBufferTest, TheHighBitsOfTheDeepestFrameRemain)
 
 TEST(RGBImageBufferToBufferTest, WhatWasWrittenOnceLosesNoBitsAgain)
 {
-    struct Case
-    {
-        double maximum;
-        unsigned short depth;
-        Rgb16 expected;
-    };
-    for (const Case& each :
-         {Case{100000, 16, {196, 0, 255}}, {4095, 8, {255, 100, 255}}, {31, 8, {255, 100, 255}}}) {
+    const std::vector<std::tuple<double, unsigned short, Rgb16>> maximumDepthAndPixel{
+        {100000, 16, {196, 0, 255}}, {4095, 8, {255, 100, 255}}, {31, 8, {255, 100, 255}}};
+    for (const auto& [maximum, depth, expected] : maximumDepthAndPixel) {
+        SCOPED_TRACE(maximum);
         RGBImageBuffer buffer(2, 2, 1, Rgb16(50176, 100, 65535), true);
-        buffer.getFrame(0).GetAttributes().set(Attr::cameraMaxIntensity, each.maximum);
-        buffer.getFrame(0).SetBitDepth(each.depth);
+        buffer.getFrame(0).GetAttributes().set(Attr::cameraMaxIntensity, maximum);
+        buffer.getFrame(0).SetBitDepth(depth);
         for (int i = 0; i < 2; ++i) {
             buffer = createRGBImageBufferFromBuffer(*createRGB32BufferFromRGBImageBuffer(buffer));
-            EXPECT_EQ(buffer.getFrame(0)(1, 1), each.expected) << each.maximum;
-            EXPECT_EQ(buffer.getFrame(0).GetBitDepth(), 8) << each.maximum;
+            EXPECT_EQ(buffer.getFrame(0)(1, 1), expected);
+            EXPECT_EQ(buffer.getFrame(0).GetBitDepth(), 8);
         }
     }
 }

@@ -117,14 +117,10 @@ TEST(RGBImageFromBufferTest, TellsWhatIsNoColour)
 
 TEST(RGBImageFromBufferTest, PlanesOutOfAFileNeedNotHaveTheSizeOfTheirFrame)
 {
-    struct Case
-    {
-        Size pixels;
-        Size mask;
-    };
     const Size size(300, 200);
-    for (const auto& [pixels, mask] :
-         {Case{{30, 20}, size}, {{200, 300}, size}, {size, {1, 1}}, {size, {301, 200}}}) {
+    const std::vector<std::pair<Size, Size>> sizesOfPixelsAndMask{
+        {{30, 20}, size}, {{200, 300}, size}, {size, {1, 1}}, {size, {301, 200}}};
+    for (const auto& [pixels, mask] : sizesOfPixelsAndMask) {
         SCOPED_TRACE(testing::Message() << pixels.width << ", " << mask.width);
         auto frame = frameOfParts(
             BufferApi::FrameKind::Rgb, size.width, size.height,

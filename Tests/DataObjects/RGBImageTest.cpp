@@ -317,12 +317,9 @@ TEST(RGBImageTest, BitDepthStaysOnceItIsKnown)
 TEST(RGBImageTest, ManyThreadsFindOutTheBitDepth)
 {
     const RGBImage image(64, 64, Rgb16(1000, 0, 0), true);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] { EXPECT_EQ(image.GetBitDepth(), 10); });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
     }
 }
 
@@ -334,13 +331,11 @@ unsigned short mapped(unsigned short component, double minimum, double maximum, 
 
 TEST(RGBImageTest, AppliesColourRangesExactly)
 {
-    struct Range
-    {
-        double minimum;
-        double maximum;
-        unsigned short depth;
-    };
     constexpr double infinity = std::numeric_limits<double>::infinity();
+    // Minimum, maximum, bit depth.
+    const std::vector<std::tuple<double, double, unsigned short>> ranges{
+        {0, 4095, 12},        {100, 1600, 12}, {0, 65535, 16},    {-300.25, 70000.5, 16}, {0.1, 0.7, 8},
+        {1000, infinity, 10}, {3, 3000, 16},   {60000, 60001, 9}, {59999.5, 60000.2, 9},  {-5, -1, 8}};
     // Every component occurs; the first size is mapped as it is, the second by a table.
     for (const Size size : {Size(257, 85), Size(257, 340)}) {
         RGBImage image(size, Rgb16(), true);
@@ -348,24 +343,16 @@ TEST(RGBImageTest, AppliesColourRangesExactly)
         for (unsigned int i = 0; i < 3 * image.size(); ++i) {
             words[i] = static_cast<unsigned short>(i * 7);
         }
-        for (const Range& range : {Range{0, 4095, 12},
-                                   {100, 1600, 12},
-                                   {0, 65535, 16},
-                                   {-300.25, 70000.5, 16},
-                                   {0.1, 0.7, 8},
-                                   {1000, infinity, 10},
-                                   {3, 3000, 16},
-                                   {60000, 60001, 9},
-                                   {59999.5, 60000.2, 9},
-                                   {-5, -1, 8}}) {
+        for (const auto& range : ranges) {
             onEachTarget([&] {
+                const auto& [minimum, maximum, depth] = range;
                 RGBImage result = image;
-                result.SetBitDepth(range.depth);
-                result.ApplyColorRange(range.minimum, range.maximum);
-                const double top = std::exp2(range.depth) - 1;
+                result.SetBitDepth(depth);
+                result.ApplyColorRange(minimum, maximum);
+                const double top = std::exp2(depth) - 1;
                 for (unsigned int i = 0; i < 3 * image.size(); ++i) {
-                    ASSERT_EQ((&result[0ULL].red)[i], mapped(words[i], range.minimum, range.maximum, top))
-                        << words[i] << " from " << range.minimum << " to " << range.maximum;
+                    ASSERT_EQ((&result[0ULL].red)[i], mapped(words[i], minimum, maximum, top))
+                        << words[i] << " from " << minimum << " to " << maximum;
                 }
             });
         }

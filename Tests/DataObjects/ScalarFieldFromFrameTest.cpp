@@ -83,24 +83,17 @@ TEST(ScalarFieldFromFrame, WhatIsNotThere)
     EXPECT_FALSE(ContainsScalarField(*frame, ""));
     EXPECT_FALSE(ContainsScalarField(*frame, "TS:a"));
 
-    struct Case
-    {
-        std::string name;
-        unsigned int plane;
-        QString field;
-        QString pixels;
-    };
-    for (const Case& c :
-         {Case{"\xe4%1", 0, "No scalar field of name '\u00e4%1' found.",
-               "No typed scalar of name '\u00e4%1' found."},
-          Case{"", 0, "No scalar field of name '' found.", "No typed scalar of name '' found."},
-          Case{"a", 2, "No scalar field of name 'a' found for given plane.", "Invalid plane index 2"}}) {
+    const auto refuses = [&](const char* name, unsigned int plane, const QString& field,
+                             const QString& pixels) {
         expectRaised(
-            {{c.field, [&] { return GetScalarField(*frame, c.name, c.plane); }},
-             {c.pixels, [&] { return GetImageDataFromTypedScalarT<float>(*frame, c.name, c.plane); }},
-             {c.pixels,
-              [&] { return GetImageDataFromTypedScalarT<float>(std::move(*frame), c.name, c.plane); }}});
-    }
+            {{field, [&] { return GetScalarField(*frame, name, plane); }},
+             {pixels, [&] { return GetImageDataFromTypedScalarT<float>(*frame, name, plane); }},
+             {pixels, [&] { return GetImageDataFromTypedScalarT<float>(std::move(*frame), name, plane); }}});
+    };
+    refuses("\xe4%1", 0, "No scalar field of name '\u00e4%1' found.",
+            "No typed scalar of name '\u00e4%1' found.");
+    refuses("", 0, "No scalar field of name '' found.", "No typed scalar of name '' found.");
+    refuses("a", 2, "No scalar field of name 'a' found for given plane.", "Invalid plane index 2");
     EXPECT_TRUE(raises<RTE::Exception>("RGB scalar field is not supported.",
                                        [&] { return GetScalarField(*frame, "colour", 0); }));
     EXPECT_TRUE(raises("Pixel-plane of given frame has not the required type",

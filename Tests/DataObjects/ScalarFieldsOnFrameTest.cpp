@@ -158,14 +158,20 @@ TEST(ScalarFieldsOnFrame, AddedFieldsAreCopiedAndExistingOnesOverwritten)
     EXPECT_EQ(pixels<double>(*frame, "a")[0], 4.0);
 }
 
-/// Every call on the view of a frame that has "a" of float, filled with 1.
-struct FailureOnFrame
+/// A call on the view of a frame that has "a" of float, filled with 1.
+void expectRefused(const char* what, const QString& text,
+                   const std::function<void(ScalarFieldsOnFrame&)>& call, unsigned int depth = 1)
 {
-    const char* what;
-    QString text;
-    std::function<void(ScalarFieldsOnFrame&)> call;
-    unsigned int depth = 1;
-};
+    SCOPED_TRACE(what);
+    const auto frame = frameWithA(depth);
+    ScalarFieldsOnFrame fields(*frame, 0);
+    const auto field = fields.Get("a");
+    EXPECT_TRUE(raises(text, [&] { call(fields); }));
+    EXPECT_EQ(fields.Get("a"), field);
+    EXPECT_THAT(CastScalarFieldTo<float>(*field), Each(1.0F));
+    EXPECT_FALSE(fields.Contains("b"));
+    EXPECT_EQ(fields.begin()->second, field);
+}
 
 TEST(ScalarFieldsOnFrame, FailuresLeaveTheFrameAsItWas)
 {
@@ -174,54 +180,44 @@ TEST(ScalarFieldsOnFrame, FailuresLeaveTheFrameAsItWas)
     const QString typed = "empty scalar field name is not allowed.";
     const QString inMap = "Empty scalar field names are not allowed.";
     const QString cast = "bad scalar field cast";
+    const QString given = "ScalarFieldsOnFrame::Add does not allow transfer of ownership.";
+    const QString newExists = "Scalar field already contains item of the new name.";
+    const QString otherSize = "Source's frame size must be identical to target's frame size.";
+    const QString clearing = "Clearing scalar fields of multi-plane-frames is not supported.";
     const QString assigning = "Assignment not possible: " + removing;
+    const auto copied = [&] { return std::make_unique<ScalarField<float>>(larger); };
     ScalarFields otherType(width, height);
     otherType.Add("a", filled(1.0));
-    const std::vector<FailureOnFrame> failures{
-        {"given data", "ScalarFieldsOnFrame::Add does not allow transfer of ownership.",
-         [](auto& f) { f.Add(BufferApi::DT_RGB, "", &f); }},
-        {"typed, name", typed, [](auto& f) { f.Add(BufferApi::DT_FLOAT, "", nullptr); }},
-        {"typed, value", typed, [](auto& f) { f.Add("", 1.0F); }},
-        {"copy, size first", wrongSize, [&](auto& f) { f.Add("", larger); }},
-        {"copy over, size", wrongSize, [&](auto& f) { f.Add("a", larger); }},
-        {"copy, name", inMap, [](auto& f) { f.Add("", filled(1.0F)); }},
-        {"copy, type", cast, [](auto& f) { f.Add("a", filled(1.0)); }},
-        {"move, size", wrongSize, [&](auto& f) { f.Add("b", ScalarField<float>(larger)); }},
-        {"take, size", wrongSize, [&](auto& f) { f.Add("b", std::make_unique<ScalarField<float>>(larger)); }},
-        {"take null", "Scalar field is null",
-         [](auto& f) { f.Add("b", std::unique_ptr<ScalarFieldVariant>()); }},
-        {"set, missing", missing, [](auto& f) { f.Set("b", filled(1.0F)); }},
-        {"set, type", cast, [](auto& f) { f.Set("a", filled(1.0)); }},
-        {"get", missing, [](auto& f) { return f.Get("b"); }},
-        {"get of const", missing, [](auto& f) { return std::as_const(f).Get("b"); }},
-        {"rename", "Scalar field already contains item of the new name.",
-         [](auto& f) { f.Rename("a", "a"); }},
-        {"assign, size", "Source's frame size must be identical to target's frame size.",
-         [](auto& f) { f = ScalarFields(height, width); }},
-        {"assign, type", cast, [&](auto& f) { f = otherType; }},
-        {"assign, planes", assigning, [](auto& f) { f = ScalarFields(width, height); }, 2},
-        {"assign, planes before types", assigning,
-         [&](auto& f) {
-             f.Add("surplus");
-             f = otherType;
-         },
-         2},
-        {"remove", removing, [](auto& f) { f.Remove("a"); }, 2},
-        {"replace", removing, [](auto& f) { f.Add(BufferApi::DT_BYTE, "a", nullptr); }, 2},
-        {"clear", "Clearing scalar fields of multi-plane-frames is not supported.",
-         [](auto& f) { f.Clear(); }, 2},
+    expectRefused("given data", given, [](auto& f) { f.Add(BufferApi::DT_RGB, "", &f); });
+    expectRefused("typed, name", typed, [](auto& f) { f.Add(BufferApi::DT_FLOAT, "", nullptr); });
+    expectRefused("typed, value", typed, [](auto& f) { f.Add("", 1.0F); });
+    expectRefused("copy, size first", wrongSize, [&](auto& f) { f.Add("", larger); });
+    expectRefused("copy over, size", wrongSize, [&](auto& f) { f.Add("a", larger); });
+    expectRefused("copy, name", inMap, [](auto& f) { f.Add("", filled(1.0F)); });
+    expectRefused("copy, type", cast, [](auto& f) { f.Add("a", filled(1.0)); });
+    expectRefused("move, size", wrongSize, [&](auto& f) { f.Add("b", std::move(*copied())); });
+    expectRefused("take, size", wrongSize, [&](auto& f) { f.Add("b", copied()); });
+    const auto takeNull = [](auto& f) { f.Add("b", std::unique_ptr<ScalarFieldVariant>()); };
+    expectRefused("take null", "Scalar field is null", takeNull);
+    expectRefused("set, missing", missing, [](auto& f) { f.Set("b", filled(1.0F)); });
+    expectRefused("set, type", cast, [](auto& f) { f.Set("a", filled(1.0)); });
+    expectRefused("get", missing, [](auto& f) { return f.Get("b"); });
+    expectRefused("get of const", missing, [](auto& f) { return std::as_const(f).Get("b"); });
+    expectRefused("rename", newExists, [](auto& f) { f.Rename("a", "a"); });
+    expectRefused("assign, size", otherSize, [](auto& f) { f = ScalarFields(height, width); });
+    expectRefused("assign, type", cast, [&](auto& f) { f = otherType; });
+    const auto assignOtherType = [&](auto& f) {
+        f.Add("surplus");
+        f = otherType;
     };
-    for (const FailureOnFrame& failure : failures) {
-        SCOPED_TRACE(failure.what);
-        const auto frame = frameWithA(failure.depth);
-        ScalarFieldsOnFrame fields(*frame, 0);
-        const auto field = fields.Get("a");
-        EXPECT_TRUE(raises(failure.text, [&] { failure.call(fields); }));
-        EXPECT_EQ(fields.Get("a"), field);
-        EXPECT_THAT(CastScalarFieldTo<float>(*field), Each(1.0F));
-        EXPECT_FALSE(fields.Contains("b"));
-        EXPECT_EQ(fields.begin()->second, field);
-    }
+    const auto expectTwoRefused = [](const char* what, const QString& text, const auto& call) {
+        expectRefused(what, text, call, 2);
+    };
+    expectTwoRefused("assign, planes before types", assigning, assignOtherType);
+    expectTwoRefused("assign, planes", assigning, [](auto& f) { f = ScalarFields(width, height); });
+    expectTwoRefused("remove", removing, [](auto& f) { f.Remove("a"); });
+    expectTwoRefused("replace", removing, [](auto& f) { f.Add(BufferApi::DT_BYTE, "a", nullptr); });
+    expectTwoRefused("clear", clearing, [](auto& f) { f.Clear(); });
 }
 
 TEST(ScalarFieldsOnFrame, OtherErrors)
