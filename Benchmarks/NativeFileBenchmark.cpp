@@ -200,12 +200,23 @@ void Write(benchmark::State& state)
     QFile::remove(path());
 }
 
-/// Whether freed memory stays with the process, so that arrays need not ask the system for it.
-void keepFreedMemory(bool isKept)
+enum Memory
 {
-    mallopt(M_MMAP_THRESHOLD, isKept ? 1 << 30 : 1 << 20);
-    mallopt(M_TRIM_THRESHOLD, isKept ? 1 << 30 : 0);
-    malloc_trim(0);
+    /// As the C library does it, which gives large pieces back to the system when it can.
+    AsItComes,
+    /// Every array asks the system.
+    Fresh,
+    /// Freed memory stays with the process.
+    Kept
+};
+
+/// To be called for one kind in a process: what the C library holds already stays.
+void use(Memory memory)
+{
+    if (memory != AsItComes) {
+        mallopt(M_MMAP_THRESHOLD, memory == Kept ? 1 << 30 : 1 << 20);
+        mallopt(M_TRIM_THRESHOLD, memory == Kept ? 1 << 30 : 0);
+    }
 }
 
 /// Writes all files anew after every third round, in another order: where the system puts the pages of a file
@@ -238,8 +249,8 @@ void Read(benchmark::State& state)
 {
     const bool isPacked = state.range(0) != 0;
     const auto frames = static_cast<unsigned int>(state.range(1));
+    use(static_cast<Memory>(state.range(2)));
     const I_Buffer& buffer = recording(frames);
-    keepFreedMemory(state.range(2) == 0);
     write(buffer, isPacked, path());
     const auto back = readAll(path());
     const auto isRight = [&](unsigned int i, const void* pixels) {
@@ -389,9 +400,9 @@ BENCHMARK(Write)
 BENCHMARK(Stream)->Apply(bothForms);
 BENCHMARK(WriteSideBySide)->Apply(bothForms)->UseManualTime();
 BENCHMARK(Read)
-    ->ArgNames({"packed", "frames", "fresh"})
-    ->Args({1, 16, 0})
-    ->ArgsProduct({{0}, {16, 64}, {0, 1}})
+    ->ArgNames({"packed", "frames", "memory"})
+    ->Args({1, 16, AsItComes})
+    ->ArgsProduct({{0}, {16, 64}, {AsItComes, Fresh, Kept}})
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime();
 BENCHMARK(OpenManyFrames)->Arg(1)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);

@@ -43,7 +43,7 @@ unsigned long long chunkBytes(const Hdf5::DatasetLayout& layout) noexcept
     return bytes;
 }
 
-ChunkCoder::ChunkCoder() : m_inflate(std::make_unique<inflate_state>()) {}
+ChunkCoder::ChunkCoder() : m_inflate(std::make_unique_for_overwrite<inflate_state>()) {}
 
 ChunkCoder::~ChunkCoder() = default;
 
