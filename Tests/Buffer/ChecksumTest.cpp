@@ -62,6 +62,7 @@ TEST(Checksum, IsThatOfHdf5OnEveryProcessor)
     std::mt19937 random(5);
     const Content contents[] = {
         {"largest words", [](std::size_t) { return Byte{255}; }},
+        {"zeros", [](std::size_t) { return Byte{0}; }},
         {"words of one high bit", [](std::size_t i) { return i % 2 == 0 ? Byte{0} : Byte{128}; }},
         {"random", [&](std::size_t) { return static_cast<Byte>(random()); }}};
     // Words alone, vectors with and without a rest, an odd last byte, several of the blocks in which sums

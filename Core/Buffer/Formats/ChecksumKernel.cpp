@@ -44,7 +44,7 @@ constexpr long long groupWords = vectors * vectorWords;
 // Words are taken less this, which makes them signed; twice of it in each step stays below 2^31 in the sum of
 // sums for so many steps.
 constexpr long long bias = 32768;
-constexpr long long mostGroups = 255;
+constexpr long long mostGroups = 256;
 constexpr std::size_t bytesAhead = 1024;
 
 /// Adds the products of two neighbours each. Where vectors are short, a part of them may go to `rest`.
@@ -68,7 +68,7 @@ struct Column
     /// Each word times its place in the vector.
     SumVector placed;
     SumVector placedRest;
-    /// Each sum as many times as groups are left.
+    /// Each sum as many times as groups follow.
     SumVector weighted;
     SumVector weightedRest;
 
@@ -86,10 +86,10 @@ struct Column
         const hn::Repartition<std::uint8_t, Words> bytes;
         const auto biased =
             hn::Xor(hn::BitCast(words, hn::LoadU(bytes, data)), hn::Set(words, std::int16_t{-32768}));
-        plain = addProducts(biased, hn::Set(words, std::int16_t{1}), plain, plainRest);
-        placed = addProducts(biased, hn::Iota(words, 0), placed, placedRest);
         weighted = hn::Add(weighted, plain);
         weightedRest = hn::Add(weightedRest, plainRest);
+        plain = addProducts(biased, hn::Set(words, std::int16_t{1}), plain, plainRest);
+        placed = addProducts(biased, hn::Iota(words, 0), placed, placedRest);
     }
 };
 
@@ -111,7 +111,7 @@ WordSums sumsOf(const std::array<Column, vectors>& columns, long long groups)
         const Column& column = columns[static_cast<std::size_t>(i)];
         const long long sum = total(column.plain, column.plainRest);
         plain += sum;
-        weighted += groupWords * total(column.weighted, column.weightedRest) - i * vectorWords * sum -
+        weighted += groupWords * (sum + total(column.weighted, column.weightedRest)) - i * vectorWords * sum -
                     total(column.placed, column.placedRest);
     }
     plain += bias * words;
