@@ -107,18 +107,24 @@ Attribute readText(const FileContext& file, const std::string& what, hid_t attri
 
 Attribute readNumbers(const FileContext& file, const std::string& what, hid_t attribute, hid_t type)
 {
-    const unsigned long long count = storedBytes(file, what, attribute) / elementBytes(file, what, type);
-    if (count > 1) {
-        const Handle space = spaceOf(file, what, attribute);
-        if (checked(file, what, [&] { return H5Sget_simple_extent_ndims(space.get()); }) > 1) {
-            return {};
-        }
-    }
     FoundElement found;
     checked(file, what, [&] {
         found = findElement(type);
         return 0;
     });
+    const unsigned long long count = storedBytes(file, what, attribute) / elementBytes(file, what, type);
+    if (count > 1 || !found.isExact) {
+        const Handle space = spaceOf(file, what, attribute);
+        if (checked(file, what, [&] { return H5Sget_simple_extent_ndims(space.get()); }) > 1) {
+            return {};
+        }
+        // A product that overflows makes few bytes of many elements, and all of them would be converted.
+        const hssize_t elements =
+            checked(file, what, [&] { return H5Sget_simple_extent_npoints(space.get()); });
+        if (static_cast<unsigned long long>(elements) != count) {
+            file.fail(QString::fromStdString(what) + QStringLiteral(": an attribute larger than its data"));
+        }
+    }
     const Element element = found.element.value_or(Element::F64);
     Attribute result{Attribute::Kind::Numbers, element, {}};
     result.bytes.resize(static_cast<qsizetype>(count * elementSize(element)));

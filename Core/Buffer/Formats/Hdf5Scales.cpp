@@ -18,6 +18,8 @@ struct Reference
 {
     hobj_ref_t dataset = 0;
     int dimension = 0;
+    /// The file takes all bytes of an element, which are to be the same ones always.
+    int padding = 0;
 };
 
 struct UsedScale
@@ -96,7 +98,7 @@ void Dataset::attachScalesIn(Handle Object::*table, std::span<const DatasetScale
             if (found == used.end()) {
                 found = used.insert(found, {scale, referenceTo(file, scale->*table), {}});
             }
-            found->uses.push_back({self, static_cast<int>(references.size())});
+            found->uses.push_back({self, static_cast<int>(references.size()), 0});
             references.push_back(found->reference);
         }
         writeDimensions(file, dataset->*table, listType, references);

@@ -6,6 +6,7 @@ usage: native_file_test.py NativeFilePeer
 import glob
 import os
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -302,6 +303,22 @@ class NativeFileTest(unittest.TestCase):
                 with h5py.File(path, "a") as file:
                     change(file)
                 self.assertEqual(peer("check-refused", path, reason), 0)
+
+    def test_attributes_whose_size_overflows_are_refused(self):
+        path = self.path("overflow.made")
+        # Their product with the bytes of an element is that of one element, modulo 2**64.
+        for kind, count in ((">i4", (1 << 62) + 1), ("<u8", (1 << 61) + 1), (">f8", (1 << 61) + 1)):
+            with self.subTest(kind=kind):
+                with h5py.File(path, "w") as file:
+                    file.attrs["qf_format"] = "qf-frames"
+                    file.attrs["qf_version"] = [1, 0]
+                    file.attrs.create("overflow", [5], dtype=kind)
+                with open(path, "r+b") as file:
+                    content = file.read()
+                    extent_and_maximum = struct.pack("<QQ", 1, 1)
+                    file.seek(content.index(extent_and_maximum, content.index(b"overflow\0")))
+                    file.write(struct.pack("<QQ", count, count))
+                self.assertEqual(peer("check-refused", path, "an attribute larger than its data"), 0)
 
     def test_data_in_other_files_is_refused(self):
         path = self.path("linked.made")
