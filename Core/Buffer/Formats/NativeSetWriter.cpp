@@ -205,7 +205,8 @@ Hdf5::DatasetScales SetWriter::createDataset(DatasetPlan plan)
     const PlaneGeometry geometry(m_structure.components[plan.components.front()], m_structure.shape.depth,
                                  choices);
     PlaneWriter planes(m_group, plan.name, geometry, m_isPacked, m_coder);
-    PlannedDataset& dataset = m_datasets.emplace_back(std::move(plan), std::move(planes), false);
+    PlannedDataset& dataset =
+        m_datasets.emplace_back(PlannedDataset{std::move(plan), std::move(planes), false});
     return {&dataset.planes.dataset(), dimensionsOf(dataset)};
 }
 
