@@ -146,6 +146,15 @@ void checkRefused(const QString& path, const QString& reason)
     EXPECT_THAT(result.toStdString(), testing::HasSubstr(reason.toStdString()));
 }
 
+/// A file that is shortened before its pixels are read.
+void checkShortened(const QString& path)
+{
+    const BufferPointer buffer(ImportBuffer(path));
+    const I_PlaneBase& plane = *buffer->GetFrame(0)->GetPlane(0, 0);
+    EXPECT_TRUE(QFile::resize(path, QFileInfo(path).size() / 2));
+    EXPECT_THROW(static_cast<void>(plane.GetData()), RTE::FileReadError);
+}
+
 /// What other programs wrote anew, in other chunks and through other filters.
 void checkRewritten(const QString& path, const I_Buffer& original)
 {
@@ -168,6 +177,8 @@ int main(int argc, char** argv)
         checkRewritten(QString::fromLocal8Bit(argv[2]), *TestSupport::vectorFields(4));
     } else if (argc == 3 && std::strcmp(argv[1], "check-plain") == 0) {
         checkPlain(QString::fromLocal8Bit(argv[2]));
+    } else if (argc == 3 && std::strcmp(argv[1], "check-shortened") == 0) {
+        checkShortened(QString::fromLocal8Bit(argv[2]));
     } else if (argc == 4 && std::strcmp(argv[1], "check-refused") == 0) {
         checkRefused(QString::fromLocal8Bit(argv[2]), QString::fromLocal8Bit(argv[3]));
     } else {

@@ -182,6 +182,8 @@ void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, El
     checked(*m_file, m_name, [&] {
         return H5Dread(m_handle.get(), typeOf(element), memory.get(), space.get(), H5P_DEFAULT, destination);
     });
+    // The pixels may have come from a block that was read before the file was changed.
+    readStored({}, destination);
 }
 
 void Dataset::makeScale(const std::string& title)

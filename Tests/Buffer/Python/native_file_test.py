@@ -320,6 +320,19 @@ class NativeFileTest(unittest.TestCase):
                     file.write(struct.pack("<QQ", count, count))
                 self.assertEqual(peer("check-refused", path, "an attribute larger than its data"), 0)
 
+    def test_a_small_file_without_chunks_that_is_shortened_is_refused(self):
+        path = self.path("shortened.made")
+        with h5py.File(path, "w", libver="v110") as file:
+            values = dict(qf_format="qf-frames", qf_version=[1, 0], qf_frame="image", qf_size=[32, 20, 1],
+                          qf_grid=[1, 1, 1], qf_choices=1, qf_datasets='["PIXEL"]')
+            for name, value in values.items():
+                file.attrs[name] = value
+            file["frame"] = [0]
+            file["PIXEL"] = numpy.zeros((1, 1, 20, 32), "u2")
+            file["PIXEL"].attrs["qf_components"] = '["PIXEL"]'
+            file["PIXEL"].attrs["qf_index"] = 0
+        self.assertEqual(peer("check-shortened", path), 0)
+
     def test_data_in_other_files_is_refused(self):
         path = self.path("linked.made")
         for link in (h5py.ExternalLink("images.packed.qfi", "/PIXEL"), h5py.SoftLink("/moved")):
