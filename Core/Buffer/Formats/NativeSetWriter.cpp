@@ -129,10 +129,20 @@ void SetWriter::TextColumn::flush()
     end.flush();
 }
 
-SetWriter::SetWriter(Hdf5::Group group, const I_Frame& first, FrameStructure structure, bool isPacked,
-                     ChunkCoder& coder)
-    : m_group(std::move(group)), m_coder(coder), m_isPacked(isPacked), m_structure(std::move(structure)),
-      m_usual(scalesOf(first)), m_frame(m_group, Name::frame, Hdf5::Element::I64, framesPerChunk, coder),
+FirstFrame::FirstFrame(const I_Frame& frame, FrameStructure frameStructure)
+    : structure(std::move(frameStructure)), scales(scalesOf(frame))
+{
+    for (const auto& [name, attribute] : frame.GetAttributeList()) {
+        if (numbers.size() < mostMirrors && numberOf(*attribute)) {
+            numbers.push_back(name);
+        }
+    }
+}
+
+SetWriter::SetWriter(Hdf5::Group group, FirstFrame first, bool isPacked, ChunkCoder& coder)
+    : m_group(std::move(group)), m_coder(coder), m_isPacked(isPacked),
+      m_structure(std::move(first.structure)), m_usual(std::move(first.scales)),
+      m_frame(m_group, Name::frame, Hdf5::Element::I64, framesPerChunk, coder),
       m_attributes(m_group, Name::frameAttributes, Name::attributeByte, Name::frameAttributesEnd, coder)
 {
     m_frame.dataset().makeScale(Name::frame);
@@ -150,7 +160,7 @@ SetWriter::SetWriter(Hdf5::Group group, const I_Frame& first, FrameStructure str
     for (DatasetPlan& plan : plans) {
         scales.push_back(createDataset(std::move(plan)));
     }
-    createMirrors(first);
+    createMirrors(first.numbers);
     for (Mirror& mirror : m_mirrors) {
         scales.push_back({&mirror.column.dataset(), {&m_frame.dataset()}});
     }
@@ -289,12 +299,9 @@ void SetWriter::writeRelations(Hdf5::Dataset& dataset)
     }
 }
 
-void SetWriter::createMirrors(const I_Frame& first)
+void SetWriter::createMirrors(const std::vector<std::string>& numbers)
 {
-    for (const auto& [name, attribute] : first.GetAttributeList()) {
-        if (m_mirrors.size() == mostMirrors || !numberOf(*attribute)) {
-            continue;
-        }
+    for (const std::string& name : numbers) {
         m_mirrors.push_back({name, ColumnWriter(m_group, datasetName(name, m_taken), Hdf5::Element::F64,
                                                 framesPerChunk, m_coder)});
         writeAnyText(m_mirrors.back().column.dataset(), "qf_mirror_of", nameToText(name));

@@ -7,17 +7,30 @@
 
 #include <deque>
 #include <map>
+#include <string>
+#include <vector>
 
 namespace BufferApi::Formats::Native
 {
+
+/// What a set takes of its first frame. The frame may be anybody's and wait for other threads, so it is asked
+/// without the lock of HDF5.
+struct FirstFrame
+{
+    FirstFrame(const I_Frame& frame, FrameStructure structure);
+
+    FrameStructure structure;
+    FrameScales scales;
+    /// Names of attributes that are numbers.
+    std::vector<std::string> numbers;
+};
 
 /// Writes one set: frames of one structure, each a row of every dataset.
 class SetWriter
 {
 public:
     /// Lays out the set by its first frame, which is not yet appended. \param coder outlives the set
-    SetWriter(Hdf5::Group group, const I_Frame& first, FrameStructure structure, bool isPacked,
-              ChunkCoder& coder);
+    SetWriter(Hdf5::Group group, FirstFrame first, bool isPacked, ChunkCoder& coder);
 
     [[nodiscard]] const FrameStructure& structure() const noexcept { return m_structure; }
     /// \param index the frame's place in the buffer
@@ -66,7 +79,7 @@ private:
     [[nodiscard]] Hdf5::Dataset& indexScale(const std::string& name, unsigned int count);
     void describeDataset(PlannedDataset& dataset);
     void writeRelations(Hdf5::Dataset& dataset);
-    void createMirrors(const I_Frame& first);
+    void createMirrors(const std::vector<std::string>& numbers);
     void appendScales(const FrameScales& scales);
     void hideChangedScales(const FrameScales& scales);
     static void hide(Hdf5::Dataset& dataset, bool& isHidden);

@@ -88,13 +88,14 @@ SetWriter& Writer::setOf(const I_Frame& frame)
     if (found != m_sets.end()) {
         return *found;
     }
+    FirstFrame first(frame, std::move(structure));
     const Hdf5::Serial serial;
     if (m_sets.empty()) {
-        m_file->writeText("qf_kind", isVectorKind(structure.shape.kind) ? "vector" : "image");
-        return m_sets.emplace_back(m_file->root(), frame, std::move(structure), m_isPacked, m_coder);
+        m_file->writeText("qf_kind", isVectorKind(first.structure.shape.kind) ? "vector" : "image");
+        return m_sets.emplace_back(m_file->root(), std::move(first), m_isPacked, m_coder);
     }
     Hdf5::Group group = m_file->createGroup("set" + std::to_string(m_sets.size()));
-    return m_sets.emplace_back(std::move(group), frame, std::move(structure), m_isPacked, m_coder);
+    return m_sets.emplace_back(std::move(group), std::move(first), m_isPacked, m_coder);
 }
 
 void Writer::finish(const I_Buffer& buffer)
