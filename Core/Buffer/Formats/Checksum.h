@@ -3,20 +3,10 @@
 
 #include "Core/Buffer/Formats/ChecksumKernel.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace BufferApi::Formats
 {
-
-/// How many of the bytes at an address of a file are read or written before their checksum is taken: so few
-/// that they are still in the cache, and up to the end of a page, which the system takes as a whole.
-constexpr unsigned long long bytesAtOnce(unsigned long long address, unsigned long long left) noexcept
-{
-    constexpr unsigned long long pageBytes = 4096;
-    constexpr unsigned long long most = 32 * pageBytes;
-    return std::min(left, most - address % pageBytes);
-}
 
 /// Fletcher's checksum of 32 bits in the form that HDF5's filter of this name stores behind a chunk: over
 /// 16-bit words, most significant byte first, an odd last byte followed by a zero.

@@ -2,6 +2,7 @@
 #include "Core/Buffer/Formats/Hdf5Storage.h"
 
 #include "Core/Buffer/Formats/Checksum.h"
+#include "Core/Buffer/Formats/Pages.h"
 #include "Core/Common/Raise.h"
 
 #include <algorithm>
@@ -20,9 +21,8 @@ constexpr unsigned long long signatureBytes = 8;
 // Room for both superblocks.
 constexpr unsigned long long firstAddress = 1024;
 // Where bytes have the same place in a page of the file as in one of memory, the processor takes loads for
-// later ones of stores and copies a tenth slower. Large arrays begin at a page, so chunks begin half a page
+// later ones of stores and copies 6 % slower. Large arrays begin at a page, so chunks begin half a page
 // off; for smaller pieces the gaps would count.
-constexpr unsigned long long pageBytes = 4096;
 constexpr unsigned long long smallestAligned = 1ULL << 17U;
 
 } // namespace
@@ -190,8 +190,8 @@ Storage::Storage(const Formats::OutputPath& path, bool isLasting)
 unsigned long long Storage::allocate(unsigned long long bytes)
 {
     if (bytes >= smallestAligned) {
-        const unsigned long long place = (m_chunk.memoryOffset + pageBytes / 2) % pageBytes;
-        m_end += (place + pageBytes - m_end % pageBytes) % pageBytes;
+        const unsigned long long place = (m_chunk.memoryOffset + Formats::pageBytes / 2) % Formats::pageBytes;
+        m_end += (place + Formats::pageBytes - m_end % Formats::pageBytes) % Formats::pageBytes;
     } else if (const auto reused = m_free.take(bytes)) {
         return *reused;
     }

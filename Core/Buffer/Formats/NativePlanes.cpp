@@ -4,6 +4,7 @@
 #include "Core/Buffer/Formats/Checksum.h"
 #include "Core/Buffer/Formats/Hdf5Call.h"
 #include "Core/Buffer/Formats/NativeColumns.h"
+#include "Core/Buffer/Formats/Pages.h"
 #include "Core/Buffer/LazyPlane.h"
 #include "Core/Common/Array.h"
 
@@ -19,8 +20,6 @@ namespace
 
 // A chunk and what it is coded to should stay in the processor's second cache.
 constexpr unsigned long long mostChunkBytes = 1ULL << 20U;
-// Pages belong to the piece in which they begin.
-constexpr unsigned long long pageBytes = 4096;
 constexpr unsigned long long mostPerPackedByte = 1032;
 
 /// Rows of a chunk, such that the last chunk of a plane is nearly as full as the others.
@@ -320,6 +319,7 @@ const char* PlaneReader::readAsItIs(const Hdf5::FilePiece& piece, bool hasChecks
     for (unsigned long long done = 0; done < bytes; done += count) {
         count = bytesAtOnce(piece.address + done, bytes - done);
         if (isFresh) {
+            // A page belongs to the piece in which it begins.
             RTE::populatePages(destination + done, std::min(count + pageBytes, bytes - done));
         }
         m_dataset.readStored({piece.address + done, count}, destination + done);
