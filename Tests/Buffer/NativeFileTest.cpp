@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 
+#include <hdf5.h>
+
 #include <atomic>
 #include <thread>
 
@@ -80,6 +82,16 @@ TEST_P(NativeFileRoundTrip, GivesEverythingBack)
 
 INSTANTIATE_TEST_SUITE_P(Samples, NativeFileRoundTrip, testing::ValuesIn(TestSupport::sampleBuffers()),
                          [](const auto& sample) { return sample.param.name; });
+
+TEST_F(NativeFile, WorksOnWhenTheApplicationClosesHdf5)
+{
+    const BufferPointer buffer = TestSupport::sampleBuffers().front().make();
+    for (int round = 0; round < 3; ++round) {
+        exportTo(*buffer, path(), packed);
+        EXPECT_TRUE(buffersEqual(*import(path()), *buffer));
+        ASSERT_GE(H5close(), 0);
+    }
+}
 
 TEST_F(NativeFile, ReadsAPlaneWhenItIsAskedForAlsoOnceTheNameIsGone)
 {

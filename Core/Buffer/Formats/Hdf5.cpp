@@ -69,18 +69,6 @@ Handle accessProperties(const FileContext& file, const std::shared_ptr<FileBytes
     return properties;
 }
 
-/// One list for all datasets; to be called under the lock.
-hid_t datasetAccess()
-{
-    static const hid_t properties = [] {
-        // Chunks pass by the library's cache, so none is set aside for them.
-        const hid_t id = H5Pcreate(H5P_DATASET_ACCESS);
-        H5Pset_chunk_cache(id, 1, 0, 1.0);
-        return id;
-    }();
-    return properties;
-}
-
 Handle datasetProperties(const FileContext& file, const DatasetLayout& layout)
 {
     Handle properties = creationProperties(file, [] { return static_cast<hid_t>(H5P_DATASET_CREATE); });
@@ -131,6 +119,38 @@ Handle openRoot(const FileContext& context, const Handle& file)
 }
 
 } // namespace
+
+SharedObjects::SharedObjects(const FileContext& file)
+    : datasetAccess(
+          checkedHandle(file, "dataset access", H5Pclose, [] { return H5Pcreate(H5P_DATASET_ACCESS); })),
+      scalarSpace(checkedHandle(file, "space", H5Sclose, [] { return H5Screate(H5S_SCALAR); })),
+      text(checkedHandle(file, "text", H5Tclose, [] { return H5Tcopy(H5T_C_S1); }))
+{
+    checked(file, "shared objects", [&] {
+        return std::min({H5Pset_chunk_cache(datasetAccess.get(), 1, 0, 1.0),
+                         H5Tset_cset(text.get(), H5T_CSET_UTF8), H5Tset_strpad(text.get(), H5T_STR_NULLPAD)});
+    });
+}
+
+FileContext::FileContext(QString path, std::shared_ptr<InputBytes> bytes)
+    : m_path(std::move(path)), m_bytes(std::move(bytes))
+{
+}
+
+FileContext::FileContext(QString path, std::shared_ptr<Storage> storage)
+    : m_path(std::move(path)), m_storage(std::move(storage))
+{
+}
+
+FileContext::~FileContext() = default;
+
+const SharedObjects& FileContext::shared() const
+{
+    if (!m_shared) {
+        m_shared = std::make_unique<const SharedObjects>(*this);
+    }
+    return *m_shared;
+}
 
 Serial::Serial()
 {
@@ -327,8 +347,9 @@ Handle Group::openDatasetHandle(const std::string& name) const
     if (!contains(name)) {
         m_file->fail(QStringLiteral("there is no dataset '%1'").arg(QString::fromStdString(name)));
     }
-    return checkedHandle(*m_file, name, H5Dclose,
-                         [&] { return H5Dopen2(m_handle.get(), name.c_str(), datasetAccess()); });
+    return checkedHandle(*m_file, name, H5Dclose, [&] {
+        return H5Dopen2(m_handle.get(), name.c_str(), m_file->shared().datasetAccess.get());
+    });
 }
 
 Dataset Group::openDataset(const std::string& name) const
@@ -369,7 +390,7 @@ Dataset Group::createDataset(const std::string& name, const DatasetLayout& layou
     const auto make = [&](hid_t parent) {
         return checkedHandle(*m_file, name, H5Dclose, [&] {
             return H5Dcreate2(parent, name.c_str(), typeOf(layout.element), space.get(), H5P_DEFAULT,
-                              properties.get(), datasetAccess());
+                              properties.get(), m_file->shared().datasetAccess.get());
         });
     };
     return {make(m_handle.get()), m_file, name, layout, madeInTwin(m_twin, make)};

@@ -30,6 +30,7 @@ namespace BufferApi::Hdf5
 using Extents = std::vector<unsigned long long>;
 
 class InputBytes;
+struct SharedObjects;
 class Storage;
 
 /// Where something lies in the file.
@@ -63,15 +64,12 @@ class FileContext
 {
 public:
     /// Of a file that is read.
-    FileContext(QString path, std::shared_ptr<InputBytes> bytes)
-        : m_path(std::move(path)), m_bytes(std::move(bytes))
-    {
-    }
+    FileContext(QString path, std::shared_ptr<InputBytes> bytes);
     /// Of a file that is written.
-    FileContext(QString path, std::shared_ptr<Storage> storage)
-        : m_path(std::move(path)), m_storage(std::move(storage))
-    {
-    }
+    FileContext(QString path, std::shared_ptr<Storage> storage);
+    FileContext(const FileContext&) = delete;
+    FileContext& operator=(const FileContext&) = delete;
+    ~FileContext();
 
     [[nodiscard]] const QString& path() const noexcept { return m_path; }
     /// Null for a file that is written.
@@ -85,11 +83,14 @@ public:
     /// What went wrong with the bytes of the file in the latest call, whose result does not always tell it;
     /// null if nothing did. To be called under the lock of that call.
     [[nodiscard]] QString takeFailure() const;
+    /// What many calls for the file need alike, made at first use. To be called under the lock.
+    [[nodiscard]] const SharedObjects& shared() const;
 
 private:
     QString m_path;
     std::shared_ptr<InputBytes> m_bytes;
     std::shared_ptr<Storage> m_storage;
+    mutable std::unique_ptr<const SharedObjects> m_shared;
 };
 
 using ContextPointer = std::shared_ptr<const FileContext>;

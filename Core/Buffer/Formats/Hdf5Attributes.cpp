@@ -17,23 +17,10 @@ herr_t collectName(hid_t, const char* name, const H5A_info_t*, void* names)
     return 0;
 }
 
-/// One for all texts and single numbers; to be called under the lock.
-hid_t scalarSpace()
-{
-    static const hid_t space = H5Screate(H5S_SCALAR);
-    return space;
-}
-
 /// A text of fixed length in UTF-8; HDF5 knows no text of length 0, so an empty one is one null character.
 Handle textType(const FileContext& file, const std::string& what, unsigned long long bytes)
 {
-    static const hid_t anyText = [] {
-        const hid_t type = H5Tcopy(H5T_C_S1);
-        H5Tset_cset(type, H5T_CSET_UTF8);
-        H5Tset_strpad(type, H5T_STR_NULLPAD);
-        return type;
-    }();
-    Handle type = checkedHandle(file, what, H5Tclose, [] { return H5Tcopy(anyText); });
+    Handle type = checkedHandle(file, what, H5Tclose, [&] { return H5Tcopy(file.shared().text.get()); });
     checked(file, what, [&] { return H5Tset_size(type.get(), std::max<std::size_t>(bytes, 1)); });
     return type;
 }
@@ -229,7 +216,8 @@ void Object::writeText(const std::string& name, const QByteArray& utf8)
     const std::string what = m_name + "@" + name;
     const Handle type = textType(*m_file, what, static_cast<unsigned long long>(utf8.size()));
     forEachTable(m_handle, m_twin, [&](hid_t id) {
-        writeAttribute(*m_file, what, id, name, type.get(), scalarSpace(), utf8.constData());
+        writeAttribute(*m_file, what, id, name, type.get(), m_file->shared().scalarSpace.get(),
+                       utf8.constData());
     });
 }
 
@@ -250,7 +238,7 @@ void Object::writeScalar(const std::string& name, Element element, const void* v
     const Serial serial;
     const std::string what = m_name + "@" + name;
     forEachTable(m_handle, m_twin, [&](hid_t id) {
-        writeAttribute(*m_file, what, id, name, typeOf(element), scalarSpace(), value);
+        writeAttribute(*m_file, what, id, name, typeOf(element), m_file->shared().scalarSpace.get(), value);
     });
 }
 

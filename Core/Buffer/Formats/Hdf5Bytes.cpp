@@ -173,8 +173,10 @@ bool InputBytes::read(unsigned long long offset, void* destination, unsigned lon
 herr_t useBytes(hid_t accessProperties, const BytesPointer& bytes)
 {
     static const H5FD_class_t driver = makeClass();
-    static const hid_t id = H5FDregister(&driver);
-    return H5Pset_driver(accessProperties, id, &bytes);
+    // Anew each time, as the application may have closed the library meanwhile; the properties keep it.
+    const hid_t id = H5FDregister(&driver);
+    const herr_t result = H5Pset_driver(accessProperties, id, &bytes);
+    return std::min(result, H5FDunregister(id));
 }
 
 } // namespace BufferApi::Hdf5

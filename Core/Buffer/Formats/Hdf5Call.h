@@ -108,6 +108,19 @@ struct FoundElement
 /// To be called under the lock.
 [[nodiscard]] FoundElement findElement(hid_t fileType);
 
+/// Objects of the library that belong to no file. Still each file has its own, since the application may
+/// close the library (`H5close`) when no file is open, and all identifiers end with that.
+struct SharedObjects
+{
+    explicit SharedObjects(const FileContext& file);
+
+    /// Chunks pass by the library's cache, so none is set aside for them.
+    Handle datasetAccess;
+    Handle scalarSpace;
+    /// A text of fixed length in UTF-8, whose length is to be set.
+    Handle text;
+};
+
 /// A list of properties for new objects: no times, attributes in order and within the object's header, which
 /// carries a checksum.
 [[nodiscard]] Handle creationProperties(const FileContext& file, hid_t (*propertyClass)());
