@@ -407,10 +407,13 @@ TEST_P(ChangedFiles, AreRefusedWhenTheyAreReadLater)
 {
     const QString message =
         QStringLiteral("Cannot read '%1': the file was changed while it was open").arg(m_path);
-    for (const qsizetype length :
-         {m_content.size(), m_content.size() - 1, m_content.size() / 2, qsizetype{0}}) {
-        overwrite(m_content.left(length));
-        EXPECT_TRUE(raises<RTE::FileReadError>(message, [&] { readPlanes(*m_buffer); })) << length;
+    QByteArray others = m_content;
+    std::transform(others.cbegin(), others.cend(), others.begin(),
+                   [](char byte) { return static_cast<char>(~byte); });
+    for (const QByteArray& content :
+         {others, m_content, m_content.chopped(1), m_content.left(m_content.size() / 2), QByteArray()}) {
+        overwrite(content);
+        EXPECT_TRUE(raises<RTE::FileReadError>(message, [&] { readPlanes(*m_buffer); })) << content.size();
     }
 }
 

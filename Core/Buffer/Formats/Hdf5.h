@@ -283,8 +283,10 @@ public:
 
     /// Where the chunk at this offset lies; nothing when it was never written.
     [[nodiscard]] std::optional<PlacedChunk> findChunk(const Extents& offset) const;
-    /// Reads stored bytes without the lock.
+    /// Reads stored bytes without the lock. Only after `checkUnchanged` it is sure that all of them belong
+    /// together.
     void readStored(const FilePiece& piece, void* destination) const;
+    void checkUnchanged() const;
     /// \param replaced where the chunk at this offset lay, whose space is then used for others; a chunk of
     /// the same size would be written over it, which a lasting file refuses
     FilePiece writeChunk(const Extents& offset, const StoredChunk& stored,

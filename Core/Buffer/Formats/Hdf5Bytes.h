@@ -64,11 +64,14 @@ public:
     void expectChunk(const void* destination) noexcept { m_chunk = destination; }
     /// Where the expected chunk lies; nothing when the library did not get so far.
     [[nodiscard]] std::optional<FilePiece> takePlace() noexcept;
-    /// Reads what the library gave the place of, without the lock. \throws RTE::FileReadError
+    /// Reads what the library gave the place of, without the lock; `checkUnchanged` has to follow.
+    /// \throws RTE::FileReadError
     void readStored(const FilePiece& place, void* destination) const
     {
-        m_file.read(place.address, destination, place.bytes);
+        m_file.readPart(place.address, destination, place.bytes);
     }
+    /// \throws RTE::FileReadError when the file was changed since it was opened
+    void checkUnchanged() const { m_file.checkUnchanged(); }
     /// Why the bytes of the latest call could not be had; null if they could. To be called under the lock.
     [[nodiscard]] QString takeFailure() { return std::exchange(m_failure, QString()); }
 

@@ -135,6 +135,11 @@ void Dataset::readStored(const FilePiece& piece, void* destination) const
     m_file->input()->readStored(piece, destination);
 }
 
+void Dataset::checkUnchanged() const
+{
+    m_file->input()->checkUnchanged();
+}
+
 FilePiece Dataset::writeChunk(const Extents& offset, const StoredChunk& stored,
                               const std::optional<FilePiece>& replaced)
 {
@@ -183,7 +188,7 @@ void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, El
         return H5Dread(m_handle.get(), typeOf(element), memory.get(), space.get(), H5P_DEFAULT, destination);
     });
     // The pixels may have come from a block that was read before the file was changed.
-    readStored({}, destination);
+    checkUnchanged();
 }
 
 void Dataset::makeScale(const std::string& title)

@@ -76,6 +76,26 @@ void InputFile::read(unsigned long long offset, void* destination, unsigned long
 
 QString InputFile::tryRead(unsigned long long offset, void* destination, unsigned long long bytes) const
 {
+    const QString reason = tryReadPart(offset, destination, bytes);
+    return reason.isNull() && isChanged() ? changed() : reason;
+}
+
+void InputFile::readPart(unsigned long long offset, void* destination, unsigned long long bytes) const
+{
+    if (const QString reason = tryReadPart(offset, destination, bytes); !reason.isNull()) {
+        refuse(reason);
+    }
+}
+
+void InputFile::checkUnchanged() const
+{
+    if (isChanged()) {
+        refuse(changed());
+    }
+}
+
+QString InputFile::tryReadPart(unsigned long long offset, void* destination, unsigned long long bytes) const
+{
     auto* next = static_cast<char*>(destination);
     while (bytes > 0) {
         const ssize_t count = pread(m_descriptor, next, bytes, static_cast<off_t>(offset));
@@ -92,7 +112,7 @@ QString InputFile::tryRead(unsigned long long offset, void* destination, unsigne
         offset += static_cast<unsigned long long>(count);
         bytes -= static_cast<unsigned long long>(count);
     }
-    return isChanged() ? changed() : QString();
+    return {};
 }
 
 QByteArray InputFile::readUpTo(unsigned long long offset, unsigned long long bytes) const

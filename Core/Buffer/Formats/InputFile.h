@@ -33,6 +33,11 @@ public:
     /// The same without an exception. \returns the reason of a failure, null otherwise
     [[nodiscard]] QString tryRead(unsigned long long offset, void* destination,
                                   unsigned long long bytes) const;
+    /// The same in parts, without asking each time whether the file was changed: `checkUnchanged` has to
+    /// follow the last.
+    void readPart(unsigned long long offset, void* destination, unsigned long long bytes) const;
+    /// \throws RTE::FileReadError when the file was changed since it was opened
+    void checkUnchanged() const;
     /// Up to this many bytes from the offset on, fewer at the end of the file.
     [[nodiscard]] QByteArray readUpTo(unsigned long long offset, unsigned long long bytes) const;
     /// Raises RTE::FileReadError with path and reason for content that cannot be taken.
@@ -40,6 +45,8 @@ public:
                              RTE::SourceLocation location = RTE::SourceLocation::current()) const;
 
 private:
+    [[nodiscard]] QString tryReadPart(unsigned long long offset, void* destination,
+                                      unsigned long long bytes) const;
     [[nodiscard]] bool isChanged() const;
 
     QString m_path;

@@ -180,6 +180,7 @@ void ColumnReader::loadChunk(unsigned long long chunk) const
     const CoderPool::Lease coder(m_file.coders);
     unsigned char* stored = (*coder).storedBytes(piece.bytes);
     m_dataset.readStored(piece, stored);
+    m_dataset.checkUnchanged();
     m_loaded.reset();
     m_chunk.resize(static_cast<qsizetype>(chunkBytes(layout)));
     if (const char* reason =

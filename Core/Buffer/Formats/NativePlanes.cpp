@@ -249,22 +249,24 @@ void PlaneReader::read(const PlanePosition& position, unsigned char* destination
     const std::vector<Hdf5::PlacedChunk> chunks = findChunks(position, height);
     const unsigned long long step = m_chunkRows == 0 ? height : m_chunkRows;
     const CoderPool::Lease coder(m_file->coders);
+    const bool isColour = component.type == DT_RGB;
+    const bool isFresh = !isColour && RTE::lacksPages(destination, height * memoryRow);
     Scratch channels;
     for (unsigned long long y = 0; y < height; y += step) {
         const unsigned long long rows = std::min(step, height - y);
-        const bool isColour = component.type == DT_RGB;
         unsigned char* pixels = destination + y * memoryRow;
         unsigned char* values = isColour ? channels.reserve(rows * m_geometry.rowBytes()) : pixels;
         if (chunks.empty()) {
             m_dataset.readThroughLibrary(m_geometry.offset(position, y), m_geometry.block(rows),
                                          m_geometry.element(), values);
         } else {
-            readChunk(position, chunks[y / step], rows * m_geometry.rowBytes(), values, *coder);
+            readChunk(position, chunks[y / step], {values, rows * m_geometry.rowBytes(), isFresh}, *coder);
         }
         if (isColour) {
             fromChannels(values, rows * component.width, component.channels, pixels);
         }
     }
+    m_dataset.checkUnchanged();
 }
 
 std::vector<Hdf5::PlacedChunk> PlaneReader::findChunks(const PlanePosition& position,
@@ -279,13 +281,14 @@ std::vector<Hdf5::PlacedChunk> PlaneReader::findChunks(const PlanePosition& posi
 }
 
 void PlaneReader::readChunk(const PlanePosition& position, const Hdf5::PlacedChunk& chunk,
-                            unsigned long long bytes, unsigned char* destination, ChunkCoder& coder) const
+                            const Target& target, ChunkCoder& coder) const
 {
     const Hdf5::Filters filters = filtersOf(m_dataset.layout(), chunk.filterMask);
     const char* reason = filters.shuffle || filters.deflate
-                             ? readCoded(chunk, destination, bytes, coder)
-                             : readAsItIs(chunk.piece, filters.fletcher32, destination, bytes, coder);
+                             ? readCoded(chunk, target, coder)
+                             : readAsItIs(chunk.piece, filters.fletcher32, target, coder);
     if (reason != nullptr) {
+        m_dataset.checkUnchanged();
         m_dataset.fail(QStringLiteral("frame row %1, plane %2: %3")
                            .arg(position.row)
                            .arg(position.z)
@@ -293,38 +296,37 @@ void PlaneReader::readChunk(const PlanePosition& position, const Hdf5::PlacedChu
     }
 }
 
-const char* PlaneReader::readCoded(const Hdf5::PlacedChunk& chunk, unsigned char* destination,
-                                   unsigned long long bytes, ChunkCoder& coder) const
+const char* PlaneReader::readCoded(const Hdf5::PlacedChunk& chunk, const Target& target,
+                                   ChunkCoder& coder) const
 {
     unsigned char* stored = coder.storedBytes(chunk.piece.bytes);
     m_dataset.readStored(chunk.piece, stored);
-    if (RTE::lacksPages(destination, bytes)) {
-        RTE::populatePages(destination, bytes);
+    if (target.isFresh) {
+        RTE::populatePages(target.values, target.bytes);
     }
-    return coder.decode(m_dataset.layout(), {stored, chunk.piece.bytes}, chunk.filterMask, destination,
-                        bytes);
+    return coder.decode(m_dataset.layout(), {stored, chunk.piece.bytes}, chunk.filterMask, target.values,
+                        target.bytes);
 }
 
-const char* PlaneReader::readAsItIs(const Hdf5::FilePiece& piece, bool hasChecksum,
-                                    unsigned char* destination, unsigned long long bytes,
+const char* PlaneReader::readAsItIs(const Hdf5::FilePiece& piece, bool hasChecksum, const Target& target,
                                     ChunkCoder& coder) const
 {
+    const auto [values, bytes, isFresh] = target;
     const unsigned long long whole = chunkBytes(m_dataset.layout());
     if (piece.bytes != whole + (hasChecksum ? checksumBytes : 0)) {
         return "a chunk has the wrong size";
     }
-    const bool isFresh = RTE::lacksPages(destination, bytes);
     Fletcher32 sum;
     unsigned long long count = 0;
     for (unsigned long long done = 0; done < bytes; done += count) {
         count = bytesAtOnce(piece.address + done, bytes - done);
         if (isFresh) {
             // A page belongs to the piece in which it begins.
-            RTE::populatePages(destination + done, std::min(count + pageBytes, bytes - done));
+            RTE::populatePages(values + done, std::min(count + pageBytes, bytes - done));
         }
-        m_dataset.readStored({piece.address + done, count}, destination + done);
+        m_dataset.readStored({piece.address + done, count}, values + done);
         if (hasChecksum) {
-            sum.add(destination + done, count);
+            sum.add(values + done, count);
         }
     }
     if (!hasChecksum) {

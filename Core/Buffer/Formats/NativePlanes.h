@@ -101,13 +101,21 @@ private:
     /// The chunks of a plane, found at once; none when they are read through HDF5's own filters.
     [[nodiscard]] std::vector<Hdf5::PlacedChunk> findChunks(const PlanePosition& position,
                                                             unsigned long long height) const;
-    void readChunk(const PlanePosition& position, const Hdf5::PlacedChunk& chunk, unsigned long long bytes,
-                   unsigned char* destination, ChunkCoder& coder) const;
+    /// Where the values of a chunk go to.
+    struct Target
+    {
+        unsigned char* values;
+        unsigned long long bytes;
+        /// Whether its pages have still to be taken from the system.
+        bool isFresh;
+    };
+
+    void readChunk(const PlanePosition& position, const Hdf5::PlacedChunk& chunk, const Target& target,
+                   ChunkCoder& coder) const;
     /// These give the reason when the stored bytes are damaged, null otherwise.
-    [[nodiscard]] const char* readCoded(const Hdf5::PlacedChunk& chunk, unsigned char* destination,
-                                        unsigned long long bytes, ChunkCoder& coder) const;
-    [[nodiscard]] const char* readAsItIs(const Hdf5::FilePiece& piece, bool hasChecksum,
-                                         unsigned char* destination, unsigned long long bytes,
+    [[nodiscard]] const char* readCoded(const Hdf5::PlacedChunk& chunk, const Target& target,
+                                        ChunkCoder& coder) const;
+    [[nodiscard]] const char* readAsItIs(const Hdf5::FilePiece& piece, bool hasChecksum, const Target& target,
                                          ChunkCoder& coder) const;
 
     // Declared first, so that the file is closed after its dataset.
