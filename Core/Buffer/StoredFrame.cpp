@@ -118,8 +118,10 @@ void StoredFrame::ClearTypedScalars()
 StoredComponent& StoredFrame::append(const std::string& name, E_DataType type, PlaneList planes)
 {
     verifyArgument(!name.empty(), QStringLiteral("Empty name"));
-    verifyArgument(GetComponentIndex(name) == noComponent,
-                   QStringLiteral("Frame already has a component '%1'").arg(QString::fromStdString(name)));
+    if (GetComponentIndex(name) != noComponent) {
+        RTE::raise(RTE::InvalidArgumentError(
+            QStringLiteral("Frame already has a component '%1'").arg(QString::fromStdString(name))));
+    }
     auto& component = insert(makeComponent(name, type, std::move(planes)));
     m_modified = true;
     return *component;

@@ -146,6 +146,20 @@ void checkRefused(const QString& path, const QString& reason)
     EXPECT_THAT(result.toStdString(), testing::HasSubstr(reason.toStdString()));
 }
 
+/// Two frames without pixels after those of the original do not hinder the others.
+void checkIncomplete(const QString& path)
+{
+    const BufferPointer incomplete(ImportBuffer(path));
+    const BufferPointer original = images();
+    for (const unsigned int i : {0U, 1U, 2U, 3U, 4U, 0U, 3U}) {
+        EXPECT_TRUE(TestSupport::framesEqual(*incomplete->GetFrame(i), *original->GetFrame(i))) << i;
+    }
+    for (const unsigned int i : {5U, 6U, 5U}) {
+        EXPECT_THROW(static_cast<void>(incomplete->GetFrame(i)->GetPlane(0, 0)->GetData()),
+                     RTE::FileReadError);
+    }
+}
+
 /// A file that is shortened before its pixels are read.
 void checkShortened(const QString& path)
 {
@@ -177,6 +191,8 @@ int main(int argc, char** argv)
         checkRewritten(QString::fromLocal8Bit(argv[2]), *TestSupport::vectorFields(4));
     } else if (argc == 3 && std::strcmp(argv[1], "check-plain") == 0) {
         checkPlain(QString::fromLocal8Bit(argv[2]));
+    } else if (argc == 3 && std::strcmp(argv[1], "check-incomplete") == 0) {
+        checkIncomplete(QString::fromLocal8Bit(argv[2]));
     } else if (argc == 3 && std::strcmp(argv[1], "check-shortened") == 0) {
         checkShortened(QString::fromLocal8Bit(argv[2]));
     } else if (argc == 4 && std::strcmp(argv[1], "check-refused") == 0) {

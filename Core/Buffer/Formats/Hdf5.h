@@ -283,6 +283,8 @@ public:
 
     /// Where the chunk at this offset lies; nothing when it was never written.
     [[nodiscard]] std::optional<PlacedChunk> findChunk(const Extents& offset) const;
+    /// The same for a chunk that nobody has asked for yet: nothing also when it cannot be found.
+    [[nodiscard]] std::optional<PlacedChunk> tryFindChunk(const Extents& offset) const;
     /// Reads stored bytes without the lock. Only after `checkUnchanged` it is sure that all of them belong
     /// together.
     void readStored(const FilePiece& piece, void* destination) const;
@@ -309,6 +311,8 @@ public:
 private:
     static void attachScalesIn(Handle Object::*table, std::span<const DatasetScales> all);
     void readLayout();
+    /// To be called under the lock. \param chunk is set when the library got so far
+    herr_t lookUp(const Extents& offset, std::optional<PlacedChunk>& chunk) const;
     [[nodiscard]] Filters readFilters(hid_t properties, bool& onlyKnown) const;
 
     DatasetLayout m_layout;

@@ -113,21 +113,41 @@ void Dataset::resize(const Extents& extents)
 
 std::optional<PlacedChunk> Dataset::findChunk(const Extents& offset) const
 {
-    InputBytes& file = *m_file->input();
-    std::optional<FilePiece> piece;
-    uint32_t mask = 0;
+    std::optional<PlacedChunk> chunk;
     checked(*m_file, m_name, [&] {
-        char nowhere = 0;
-        file.expectChunk(&nowhere);
-        const herr_t result = H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, &nowhere);
-        piece = file.takePlace();
+        const herr_t result = lookUp(offset, chunk);
         hsize_t bytes = 0;
-        const bool isMissing = result < 0 && !piece &&
+        const bool isMissing = result < 0 && !chunk &&
                                H5Dget_chunk_storage_size(m_handle.get(), offset.data(), &bytes) >= 0 &&
                                bytes == 0;
         return isMissing ? 0 : result;
     });
-    return piece ? std::optional(PlacedChunk{*piece, mask}) : std::nullopt;
+    return chunk;
+}
+
+std::optional<PlacedChunk> Dataset::tryFindChunk(const Extents& offset) const
+{
+    const Serial serial;
+    std::optional<PlacedChunk> chunk;
+    if (lookUp(offset, chunk) >= 0) {
+        return chunk;
+    }
+    static_cast<void>(m_file->takeFailure());
+    H5Eclear2(H5E_DEFAULT);
+    return {};
+}
+
+herr_t Dataset::lookUp(const Extents& offset, std::optional<PlacedChunk>& chunk) const
+{
+    InputBytes& file = *m_file->input();
+    uint32_t mask = 0;
+    char nowhere = 0;
+    file.expectChunk(&nowhere);
+    const herr_t result = H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, &nowhere);
+    if (const auto piece = file.takePlace()) {
+        chunk = PlacedChunk{*piece, mask};
+    }
+    return result;
 }
 
 void Dataset::readStored(const FilePiece& piece, void* destination) const

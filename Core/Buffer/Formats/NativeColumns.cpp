@@ -190,6 +190,13 @@ void ColumnReader::loadChunk(unsigned long long chunk) const
     m_loaded = chunk;
 }
 
+bool hasPossibleSize(const Hdf5::Dataset& dataset, const Hdf5::PlacedChunk& chunk,
+                     unsigned long long fileBytes)
+{
+    const unsigned long long stored = chunk.piece.bytes;
+    return stored > 0 && stored <= fileBytes && chunkBytes(dataset.layout()) / mostPerPackedByte <= stored;
+}
+
 Hdf5::PlacedChunk checkedChunk(const Hdf5::Dataset& dataset, const Hdf5::Extents& offset,
                                unsigned long long fileBytes)
 {
@@ -197,8 +204,7 @@ Hdf5::PlacedChunk checkedChunk(const Hdf5::Dataset& dataset, const Hdf5::Extents
     if (!chunk) {
         dataset.fail(QStringLiteral("a part of the data is missing"));
     }
-    const unsigned long long stored = chunk->piece.bytes;
-    if (stored == 0 || stored > fileBytes || chunkBytes(dataset.layout()) / mostPerPackedByte > stored) {
+    if (!hasPossibleSize(dataset, *chunk, fileBytes)) {
         dataset.fail(QStringLiteral("a chunk has an impossible size"));
     }
     return *chunk;

@@ -94,8 +94,11 @@ private:
     mutable std::optional<unsigned long long> m_loaded;
 };
 
-/// Finds a chunk and checks its stored size before it is read: it is there, it is no larger than the file,
-/// and what it unpacks to is possible.
+/// Whether a chunk is no larger than the file and what it unpacks to is possible.
+[[nodiscard]] bool hasPossibleSize(const Hdf5::Dataset& dataset, const Hdf5::PlacedChunk& chunk,
+                                   unsigned long long fileBytes);
+
+/// Finds a chunk and checks its stored size before it is read.
 [[nodiscard]] Hdf5::PlacedChunk checkedChunk(const Hdf5::Dataset& dataset, const Hdf5::Extents& offset,
                                              unsigned long long fileBytes);
 

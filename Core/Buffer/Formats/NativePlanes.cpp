@@ -21,6 +21,7 @@ namespace
 // A chunk and what it is coded to should stay in the processor's second cache.
 constexpr unsigned long long mostChunkBytes = 1ULL << 20U;
 constexpr unsigned long long mostPerPackedByte = 1032;
+constexpr unsigned long long chunksAhead = 64;
 
 /// Rows of a chunk, such that the last chunk of a plane is nearly as full as the others.
 unsigned long long chunkRows(const PlaneGeometry& geometry)
@@ -122,6 +123,18 @@ Hdf5::Extents PlaneGeometry::block(unsigned long long rows) const
         block.push_back(m_component.channels);
     }
     return block;
+}
+
+unsigned long long PlaneGeometry::indexOf(const PlanePosition& position) const noexcept
+{
+    return (position.row * m_choices + position.choice) * m_depth + position.z;
+}
+
+PlanePosition PlaneGeometry::positionOf(unsigned long long index) const noexcept
+{
+    const unsigned long long plane = index / m_depth;
+    return {plane / m_choices, static_cast<unsigned int>(plane % m_choices),
+            static_cast<unsigned int>(index % m_depth)};
 }
 
 PlaneWriter::PlaneWriter(Hdf5::Group& group, const std::string& name, const PlaneGeometry& geometry,
@@ -246,7 +259,7 @@ void PlaneReader::read(const PlanePosition& position, unsigned char* destination
     const ComponentStructure& component = m_geometry.component();
     const unsigned long long height = component.width == 0 ? 0 : component.height;
     const unsigned long long memoryRow = GetDataTypeSize(component.type) * component.width;
-    const std::vector<Hdf5::PlacedChunk> chunks = findChunks(position, height);
+    const std::vector<Hdf5::PlacedChunk> chunks = findChunks(position);
     const unsigned long long step = m_chunkRows == 0 ? height : m_chunkRows;
     const CoderPool::Lease coder(m_file->coders);
     const bool isColour = component.type == DT_RGB;
@@ -269,15 +282,53 @@ void PlaneReader::read(const PlanePosition& position, unsigned char* destination
     m_dataset.checkUnchanged();
 }
 
-std::vector<Hdf5::PlacedChunk> PlaneReader::findChunks(const PlanePosition& position,
-                                                       unsigned long long height) const
+std::vector<Hdf5::PlacedChunk> PlaneReader::findChunks(const PlanePosition& position) const
 {
-    std::vector<Hdf5::PlacedChunk> chunks;
+    const unsigned long long plane = m_geometry.indexOf(position);
     const Hdf5::Serial serial;
-    for (unsigned long long y = 0; m_chunkRows > 0 && y < height; y += m_chunkRows) {
-        chunks.push_back(checkedChunk(m_dataset, m_geometry.offset(position, y), m_file->bytes));
+    const bool isNext = m_next == plane;
+    m_next = plane + 1;
+    if (plane - m_firstFound >= m_found.size()) {
+        std::vector<Hdf5::PlacedChunk> chunks;
+        for (const Hdf5::Extents& offset : chunkOffsets(position)) {
+            chunks.push_back(checkedChunk(m_dataset, offset, m_file->bytes));
+        }
+        m_found.assign(1, std::move(chunks));
+        m_firstFound = plane;
+        if (isNext) {
+            findAhead(plane + 1);
+        }
     }
-    return chunks;
+    return m_found[plane - m_firstFound];
+}
+
+std::vector<Hdf5::Extents> PlaneReader::chunkOffsets(const PlanePosition& position) const
+{
+    const ComponentStructure& component = m_geometry.component();
+    std::vector<Hdf5::Extents> offsets;
+    if (m_chunkRows > 0 && component.width > 0) {
+        for (unsigned long long y = 0; y < component.height; y += m_chunkRows) {
+            offsets.push_back(m_geometry.offset(position, y));
+        }
+    }
+    return offsets;
+}
+
+void PlaneReader::findAhead(unsigned long long plane) const
+{
+    const unsigned long long end = m_geometry.indexOf({rows(), 0, 0});
+    for (unsigned long long count = m_found[0].size(); count < chunksAhead && plane < end; ++plane) {
+        std::vector<Hdf5::PlacedChunk> chunks;
+        for (const Hdf5::Extents& offset : chunkOffsets(m_geometry.positionOf(plane))) {
+            const auto chunk = m_dataset.tryFindChunk(offset);
+            if (!chunk || !hasPossibleSize(m_dataset, *chunk, m_file->bytes)) {
+                return;
+            }
+            chunks.push_back(*chunk);
+        }
+        count += std::max<std::size_t>(1, chunks.size());
+        m_found.push_back(std::move(chunks));
+    }
 }
 
 void PlaneReader::readChunk(const PlanePosition& position, const Hdf5::PlacedChunk& chunk,

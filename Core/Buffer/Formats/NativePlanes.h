@@ -6,6 +6,7 @@
 #include "Core/Buffer/Formats/NativeLayout.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace BufferApi::Formats::Native
@@ -44,6 +45,9 @@ public:
     /// Bytes of a row of pixels in the file.
     [[nodiscard]] unsigned long long rowBytes() const noexcept;
     [[nodiscard]] const ComponentStructure& component() const noexcept { return m_component; }
+    /// The place of a plane in the order of rows, choices and z.
+    [[nodiscard]] unsigned long long indexOf(const PlanePosition& position) const noexcept;
+    [[nodiscard]] PlanePosition positionOf(unsigned long long index) const noexcept;
     /// Indices of the dimensions y and x.
     [[nodiscard]] unsigned int dimensionY() const noexcept { return m_choices > 1 ? 3 : 2; }
 
@@ -98,9 +102,14 @@ public:
 private:
     void checkExtents() const;
     void checkChunks();
-    /// The chunks of a plane, found at once; none when they are read through HDF5's own filters.
-    [[nodiscard]] std::vector<Hdf5::PlacedChunk> findChunks(const PlanePosition& position,
-                                                            unsigned long long height) const;
+    /// The chunks of a plane; none when they are read through HDF5's own filters.
+    ///
+    /// Once two planes in turn were asked for, the chunks of the next ones are found with them: after a plane
+    /// HDF5's code has left the cache, and what comes second takes a tenth of the time.
+    [[nodiscard]] std::vector<Hdf5::PlacedChunk> findChunks(const PlanePosition& position) const;
+    [[nodiscard]] std::vector<Hdf5::Extents> chunkOffsets(const PlanePosition& position) const;
+    /// Adds the chunks of the planes from this one on, as far as they are found.
+    void findAhead(unsigned long long plane) const;
     /// Where the values of a chunk go to.
     struct Target
     {
@@ -123,6 +132,10 @@ private:
     Hdf5::Dataset m_dataset;
     PlaneGeometry m_geometry;
     unsigned long long m_chunkRows = 0;
+    /// Chunks of planes that follow each other; these are used under the lock of HDF5.
+    mutable std::vector<std::vector<Hdf5::PlacedChunk>> m_found;
+    mutable unsigned long long m_firstFound = 0;
+    mutable std::optional<unsigned long long> m_next;
 };
 
 } // namespace BufferApi::Formats::Native

@@ -304,6 +304,16 @@ class NativeFileTest(unittest.TestCase):
                     change(file)
                 self.assertEqual(peer("check-refused", path, reason), 0)
 
+    def test_frames_before_missing_ones_are_read(self):
+        for kind in ("packed", "plain"):
+            path = self.path("incomplete.made")
+            shutil.copy(self.path(f"images.{kind}.qfi"), path)
+            with h5py.File(path, "a") as file:
+                file["frame"].resize(7, axis=0)
+                file["frame"][5:] = [5, 6]
+                file["PIXEL"].resize(7, axis=0)
+            self.assertEqual(peer("check-incomplete", path), 0)
+
     def test_attributes_whose_size_overflows_are_refused(self):
         path = self.path("overflow.made")
         # Their product with the bytes of an element is that of one element, modulo 2**64.
