@@ -69,14 +69,12 @@ Handle accessProperties(const FileContext& file, const std::shared_ptr<FileBytes
     return properties;
 }
 
-Handle datasetProperties(const FileContext& file, const DatasetLayout& layout)
+Handle datasetProperties(const FileContext& file, const Filters& filters)
 {
     Handle properties = creationProperties(file, [] { return static_cast<hid_t>(H5P_DATASET_CREATE); });
-    checked(file, "dataset layout", [&] {
+    checked(file, "filters", [&] {
         const hid_t id = properties.get();
-        const Filters& filters = layout.filters;
-        herr_t worst = H5Pset_chunk(id, static_cast<int>(layout.chunk.size()), layout.chunk.data());
-        worst = filters.shuffle ? std::min(worst, H5Pset_shuffle(id)) : worst;
+        herr_t worst = filters.shuffle ? H5Pset_shuffle(id) : 0;
         worst = filters.deflate ? std::min(worst, H5Pset_deflate(id, 1)) : worst;
         return filters.fletcher32 ? std::min(worst, H5Pset_fletcher32(id)) : worst;
     });
@@ -379,10 +377,13 @@ Group Group::createGroup(const std::string& name)
 Dataset Group::createDataset(const std::string& name, const DatasetLayout& layout)
 {
     const Serial serial;
-    Handle& properties = m_datasetProperties[{layout.chunk, layout.filters}];
+    Handle& properties = m_datasetProperties[layout.filters];
     if (!properties.isOpen()) {
-        properties = datasetProperties(*m_file, layout);
+        properties = datasetProperties(*m_file, layout.filters);
     }
+    checked(*m_file, name, [&] {
+        return H5Pset_chunk(properties.get(), static_cast<int>(layout.chunk.size()), layout.chunk.data());
+    });
     const Handle space = checkedHandle(*m_file, name, H5Sclose, [&] {
         return H5Screate_simple(static_cast<int>(layout.extents.size()), layout.extents.data(),
                                 layout.maximum.data());

@@ -289,13 +289,12 @@ public:
     /// together.
     void readStored(const FilePiece& piece, void* destination) const;
     void checkUnchanged() const;
-    /// \param replaced where the chunk at this offset lay, whose space is then used for others; a chunk of
-    /// the same size would be written over it, which a lasting file refuses
-    FilePiece writeChunk(const Extents& offset, const StoredChunk& stored,
-                         const std::optional<FilePiece>& replaced = {});
-    /// The same in two steps, so that several chunks can be placed under one lock and written without it.
-    [[nodiscard]] FilePiece placeChunk(const Extents& offset, const StoredChunk& stored);
-    void writePlaced(const StoredChunk& stored, const FilePiece& place);
+    /// Writes the bytes of a chunk, without the lock; the library hears of it by `addChunk`.
+    [[nodiscard]] FilePiece storeChunk(const StoredChunk& chunk);
+    /// Makes stored bytes the chunk at this offset. \param replaced where it lay, whose space is then used
+    /// for others; it must not have the same size, as the library would leave it there
+    void addChunk(const Extents& offset, const FilePiece& place,
+                  const std::optional<FilePiece>& replaced = {});
     /// Reads a block through the library's own filters, holding the lock meanwhile. \param element of the
     /// destination
     void readThroughLibrary(const Extents& offset, const Extents& count, Element element,
@@ -346,7 +345,7 @@ private:
     /// Hard links alone: others could lead to other files.
     std::set<std::string> m_links;
     /// Many datasets are made alike, and a list takes as long to make as a dataset's header.
-    std::map<std::pair<Extents, Filters>, Handle> m_datasetProperties;
+    std::map<Filters, Handle> m_datasetProperties;
 };
 
 /// An open file; as a group it is the root.

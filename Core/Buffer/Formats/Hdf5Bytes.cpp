@@ -53,8 +53,8 @@ herr_t closeFile(H5FD_t* file)
 
 herr_t query(const H5FD_t* file, unsigned long* flags)
 {
-    constexpr unsigned long parting = H5FD_FEAT_AGGREGATE_METADATA | H5FD_FEAT_ACCUMULATE_METADATA |
-                                      H5FD_FEAT_DATA_SIEVE | H5FD_FEAT_AGGREGATE_SMALLDATA;
+    constexpr unsigned long parting =
+        H5FD_FEAT_AGGREGATE_METADATA | H5FD_FEAT_ACCUMULATE_METADATA | H5FD_FEAT_DATA_SIEVE;
     // The library asks without a file, too.
     const bool isParting = file == nullptr || bytesOf(file).leavesSpaceToLibrary();
     *flags = H5FD_FEAT_DEFAULT_VFD_COMPATIBLE | (isParting ? parting : 0);

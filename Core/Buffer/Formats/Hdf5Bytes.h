@@ -32,9 +32,10 @@ public:
     /// Bytes that the library has taken for use.
     [[nodiscard]] virtual unsigned long long end() const noexcept { return m_end; }
     virtual void setEnd(unsigned long long end) noexcept { m_end = end; }
-    /// Space at an address of the driver's choice; nothing when there is none. \param isRaw for a chunk
+    /// Space at an address of the driver's choice; nothing when there is none. \param isRaw for a chunk or
+    /// what the library treats as one
     [[nodiscard]] virtual std::optional<unsigned long long> allocate(bool isRaw, unsigned long long bytes);
-    /// True when the library may take large pieces and part them itself.
+    /// True when the library may take large pieces for its metadata and part them itself.
     [[nodiscard]] virtual bool leavesSpaceToLibrary() const noexcept { return true; }
 
     /// \returns false when that failed

@@ -160,35 +160,28 @@ void Dataset::checkUnchanged() const
     m_file->input()->checkUnchanged();
 }
 
-FilePiece Dataset::writeChunk(const Extents& offset, const StoredChunk& stored,
-                              const std::optional<FilePiece>& replaced)
+FilePiece Dataset::storeChunk(const StoredChunk& chunk)
 {
-    const FilePiece place = placeChunk(offset, stored);
-    if (replaced) {
-        m_file->storage()->giveUp(*replaced);
+    Storage& storage = *m_file->storage();
+    const FilePiece place = storage.storeChunk(chunk);
+    if (!storage.failure().isNull()) {
+        m_file->fail(storage.failure());
     }
-    writePlaced(stored, place);
     return place;
 }
 
-FilePiece Dataset::placeChunk(const Extents& offset, const StoredChunk& stored)
+void Dataset::addChunk(const Extents& offset, const FilePiece& place,
+                       const std::optional<FilePiece>& replaced)
 {
     Storage& storage = *m_file->storage();
-    storage.expectChunk(stored);
     forEachTable(m_handle, m_twin, [&](hid_t id) {
-        checked(*m_file, m_name, [&] {
-            return H5Dwrite_chunk(id, H5P_DEFAULT, 0, offset.data(), stored.size(), stored.bytes.data());
-        });
+        const void* stored = storage.expectChunk(place);
+        checked(*m_file, m_name,
+                [&] { return H5Dwrite_chunk(id, H5P_DEFAULT, 0, offset.data(), place.bytes, stored); });
+        storage.checkTaken();
     });
-    return storage.takePlace();
-}
-
-void Dataset::writePlaced(const StoredChunk& stored, const FilePiece& place)
-{
-    Storage& storage = *m_file->storage();
-    storage.writeChunk(stored, place);
-    if (!storage.failure().isNull()) {
-        m_file->fail(storage.failure());
+    if (replaced) {
+        storage.giveUp(*replaced);
     }
 }
 

@@ -24,6 +24,8 @@ constexpr unsigned long long firstAddress = 1024;
 // later ones of stores and copies 6 % slower. Large arrays begin at a page, so chunks begin half a page
 // off; for smaller pieces the gaps would count.
 constexpr unsigned long long smallestAligned = 1ULL << 17U;
+// Stands for the bytes of a chunk that is stored already.
+constexpr char storedAlready = 0;
 
 } // namespace
 
@@ -124,16 +126,11 @@ void Storage::Contents::setEnd(unsigned long long end) noexcept
 
 std::optional<unsigned long long> Storage::Contents::allocate(bool isRaw, unsigned long long bytes)
 {
-    // Where the library parts the space it asks for more than a chunk at once.
-    const bool isChunk = isRaw && m_storage.m_isLasting && m_storage.m_chunk.bytes.data() != nullptr;
-    if (!isChunk) {
-        return m_storage.allocate(bytes);
+    std::optional<FilePiece>& expected = m_storage.m_expected;
+    if (isRaw && expected && expected->bytes == bytes) {
+        return std::exchange(expected, std::nullopt)->address;
     }
-    if (!m_storage.m_isPlaceNew) {
-        m_storage.m_place = {m_storage.allocate(bytes), bytes};
-        m_storage.m_isPlaceNew = true;
-    }
-    return m_storage.m_place->address;
+    return m_storage.allocate(bytes);
 }
 
 bool Storage::Contents::read(unsigned long long offset, void* destination, unsigned long long bytes)
@@ -148,12 +145,10 @@ bool Storage::Contents::read(unsigned long long offset, void* destination, unsig
 
 void Storage::Contents::write(unsigned long long offset, const void* source, unsigned long long bytes)
 {
-    // The library gives what is written the kind of a chunk also where it is none.
-    if (source == m_storage.m_chunk.bytes.data()) {
-        if (!m_storage.m_isPlaceNew) {
-            m_storage.m_place = {offset, bytes};
-        }
-    } else if (m_storage.m_isLasting) {
+    if (source == &storedAlready) {
+        return;
+    }
+    if (m_storage.m_isLasting) {
         m_pending.write(offset, QByteArray(static_cast<const char*>(source), static_cast<qsizetype>(bytes)));
     } else {
         m_storage.write(offset, source, bytes);
@@ -187,10 +182,10 @@ Storage::Storage(const Formats::OutputPath& path, bool isLasting)
 {
 }
 
-unsigned long long Storage::allocate(unsigned long long bytes)
+unsigned long long Storage::allocate(unsigned long long bytes, unsigned long long memoryOffset)
 {
     if (bytes >= smallestAligned) {
-        const unsigned long long place = (m_chunk.memoryOffset + Formats::pageBytes / 2) % Formats::pageBytes;
+        const unsigned long long place = (memoryOffset + Formats::pageBytes / 2) % Formats::pageBytes;
         m_end += (place + Formats::pageBytes - m_end % Formats::pageBytes) % Formats::pageBytes;
     } else if (const auto reused = m_free.take(bytes)) {
         return *reused;
@@ -219,26 +214,28 @@ void Storage::resize(unsigned long long bytes)
     }
 }
 
-void Storage::expectChunk(const StoredChunk& chunk) noexcept
+const void* Storage::expectChunk(const FilePiece& place) noexcept
 {
-    m_chunk = chunk;
-    m_place.reset();
-    m_isPlaceNew = false;
+    m_expected = place;
+    return &storedAlready;
 }
 
-FilePiece Storage::takePlace()
+void Storage::checkTaken()
 {
-    RTE::verify(m_place && m_place->bytes == m_chunk.size(), "A chunk was not placed");
-    RTE::verify(m_isPlaceNew || !m_isLasting, "A chunk would be written over");
-    m_chunk = {};
-    return *m_place;
+    RTE::verify(!m_expected, "A chunk would lie elsewhere");
 }
 
-void Storage::writeChunk(const StoredChunk& chunk, const FilePiece& place)
+FilePiece Storage::storeChunk(const StoredChunk& chunk)
+{
+    const FilePiece place{allocate(chunk.size(), chunk.memoryOffset), chunk.size()};
+    writeChunk(chunk, place.address);
+    return place;
+}
+
+void Storage::writeChunk(const StoredChunk& chunk, unsigned long long address)
 {
     Formats::Fletcher32 sum;
     for (auto left = chunk.bytes; !left.empty();) {
-        const unsigned long long address = place.address + chunk.bytes.size() - left.size();
         const auto piece =
             left.first(chunk.hasChecksum ? Formats::bytesAtOnce(address, left.size()) : left.size());
         write(address, piece.data(), piece.size());
@@ -247,6 +244,7 @@ void Storage::writeChunk(const StoredChunk& chunk, const FilePiece& place)
             sum.add(piece.data(), piece.size());
         }
         left = left.subspan(piece.size());
+        address += piece.size();
     }
     QByteArray tail(static_cast<qsizetype>(chunk.zeros), '\0');
     if (chunk.hasChecksum) {
@@ -254,7 +252,7 @@ void Storage::writeChunk(const StoredChunk& chunk, const FilePiece& place)
         const unsigned int checksum = sum.value();
         tail.append(reinterpret_cast<const char*>(&checksum), sizeof(checksum));
     }
-    write(place.address + chunk.bytes.size(), tail.constData(), static_cast<unsigned long long>(tail.size()));
+    write(address, tail.constData(), static_cast<unsigned long long>(tail.size()));
 }
 
 void Storage::commit()

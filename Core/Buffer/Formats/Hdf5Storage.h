@@ -46,8 +46,8 @@ private:
 
 /// A file that is being written.
 ///
-/// The bytes of chunks are not written by the library, which holds its one lock meanwhile, but by
-/// `writeChunk` after the call.
+/// The bytes of chunks are not written by the library, which holds its one lock meanwhile: `storeChunk` gives
+/// them a place, and the library, when it adds the chunk to its index, is given that place.
 ///
 /// A *lasting* file can be left at any instant, by SIGKILL too, and is whole up to the last `commit`. To this
 /// end it has two tables of contents (all that HDF5 calls metadata: superblock, object headers, indices),
@@ -76,13 +76,13 @@ public:
     /// Why one of all the writes failed; null if all went well.
     [[nodiscard]] const QString& failure() const noexcept { return m_failure; }
 
-    /// Until `takePlace` the library's calls for both tables are about these bytes, which it has to be given
-    /// at this address.
-    void expectChunk(const StoredChunk& chunk) noexcept;
-    /// Where the library put the expected chunk.
-    [[nodiscard]] FilePiece takePlace();
-    /// Writes a chunk to its place, unless a write has failed.
-    void writeChunk(const StoredChunk& chunk, const FilePiece& place);
+    /// Writes a chunk to new space, unless a write has failed.
+    [[nodiscard]] FilePiece storeChunk(const StoredChunk& chunk);
+    /// The library's next request for space of this size is answered with this place. \returns what the
+    /// library has to be given as the bytes, which are not looked at
+    [[nodiscard]] const void* expectChunk(const FilePiece& place) noexcept;
+    /// Raises RTE::VerificationFailed unless the library took the place.
+    void checkTaken();
     /// A place that is free with the next commit.
     void giveUp(const FilePiece& place) { m_givenUp.push_back(place); }
     /// Makes what the library has flushed the content of the file.
@@ -123,7 +123,9 @@ private:
     };
 
     [[nodiscard]] Contents& contents(Table table) noexcept { return table == Table::Main ? m_main : m_twin; }
-    [[nodiscard]] unsigned long long allocate(unsigned long long bytes);
+    /// \param memoryOffset as in StoredChunk
+    [[nodiscard]] unsigned long long allocate(unsigned long long bytes, unsigned long long memoryOffset = 0);
+    void writeChunk(const StoredChunk& chunk, unsigned long long address);
     void write(unsigned long long offset, const void* source, unsigned long long bytes);
     void resize(unsigned long long bytes);
 
@@ -132,10 +134,7 @@ private:
     QString m_failure;
     unsigned long long m_end = 0;
     unsigned long long m_fileSize = 0;
-    StoredChunk m_chunk;
-    /// Where the library put the expected chunk, and whether that is new space.
-    std::optional<FilePiece> m_place;
-    bool m_isPlaceNew = false;
+    std::optional<FilePiece> m_expected;
     FreeSpace m_free;
     std::vector<FilePiece> m_givenUp;
     Contents m_main{*this, 0};

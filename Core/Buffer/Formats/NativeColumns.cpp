@@ -100,11 +100,13 @@ void ColumnWriter::writeChunk()
     const auto bytes = static_cast<unsigned long long>(m_waiting.size());
     Hdf5::StoredChunk stored = m_coder.encode(layout, m_waiting.constData(), bytes);
     if (m_replaced && m_replaced->bytes == stored.size()) {
-        // HDF5 writes a chunk of the same size over the old one, which a lasting file still needs. What
+        // HDF5 leaves a chunk of the same size where the old one lies, which a lasting file still needs. What
         // follows the end of a deflate stream is not looked at.
         ++stored.zeros;
     }
-    m_replaced = m_dataset.writeChunk({first}, stored, m_replaced);
+    const Hdf5::FilePiece place = m_dataset.storeChunk(stored);
+    m_dataset.addChunk({first}, place, m_replaced);
+    m_replaced = place;
 }
 
 Hdf5::Dataset createDimension(Hdf5::Group& group, const std::string& name)

@@ -21,7 +21,8 @@ namespace
 // A chunk and what it is coded to should stay in the processor's second cache.
 constexpr unsigned long long mostChunkBytes = 1ULL << 20U;
 constexpr unsigned long long mostPerPackedByte = 1032;
-constexpr unsigned long long chunksAhead = 64;
+// So many chunks are made known to HDF5, or found, at once.
+constexpr unsigned long long chunksAtOnce = 64;
 
 /// Rows of a chunk, such that the last chunk of a plane is nearly as full as the others.
 unsigned long long chunkRows(const PlaneGeometry& geometry)
@@ -143,11 +144,6 @@ PlaneWriter::PlaneWriter(Hdf5::Group& group, const std::string& name, const Plan
 {
 }
 
-void PlaneWriter::resize(unsigned long long rows)
-{
-    m_dataset.resize(m_geometry.extents(rows));
-}
-
 void PlaneWriter::write(const PlanePosition& position, const I_PlaneBase& plane)
 {
     const ComponentStructure& component = m_geometry.component();
@@ -157,34 +153,28 @@ void PlaneWriter::write(const PlanePosition& position, const I_PlaneBase& plane)
     const unsigned char* pixels = pixelsOf(plane);
     const unsigned long long memoryRow = GetDataTypeSize(component.type) * component.width;
     const unsigned long long step = m_dataset.layout().chunk[m_geometry.dimensionY()];
-    const bool isStoredAsItLies = component.type != DT_RGB && !m_dataset.layout().filters.deflate;
-    std::vector<Hdf5::StoredChunk> waiting;
     for (unsigned long long y = 0; y < component.height; y += step) {
         const unsigned long long rows = std::min(step, component.height - y);
         const unsigned char* values = inFileOrder(pixels + y * memoryRow, rows);
-        waiting.push_back(m_coder.encode(m_dataset.layout(), values, rows * m_geometry.rowBytes()));
-        waiting.back().memoryOffset = y * memoryRow;
-        if (!isStoredAsItLies) {
-            m_dataset.writeChunk(m_geometry.offset(position, y), waiting.back());
-            waiting.clear();
-        }
+        Hdf5::StoredChunk chunk = m_coder.encode(m_dataset.layout(), values, rows * m_geometry.rowBytes());
+        chunk.memoryOffset = y * memoryRow;
+        m_written.push_back({position, y, m_dataset.storeChunk(chunk)});
     }
-    writeTogether(position, waiting);
+    if (m_written.size() >= chunksAtOnce) {
+        flush();
+    }
 }
 
-void PlaneWriter::writeTogether(const PlanePosition& position, const std::vector<Hdf5::StoredChunk>& chunks)
+void PlaneWriter::flush()
 {
-    const unsigned long long step = m_dataset.layout().chunk[m_geometry.dimensionY()];
-    std::vector<Hdf5::FilePiece> places;
-    {
-        const Hdf5::Serial serial;
-        for (const Hdf5::StoredChunk& chunk : chunks) {
-            places.push_back(m_dataset.placeChunk(m_geometry.offset(position, places.size() * step), chunk));
-        }
+    const Hdf5::Serial serial;
+    if (m_dataset.extents()[0] != m_rows) {
+        m_dataset.resize(m_geometry.extents(m_rows));
     }
-    for (std::size_t i = 0; i < chunks.size(); ++i) {
-        m_dataset.writePlaced(chunks[i], places[i]);
+    for (const WrittenChunk& chunk : m_written) {
+        m_dataset.addChunk(m_geometry.offset(chunk.position, chunk.y), chunk.place);
     }
+    m_written.clear();
 }
 
 const unsigned char* PlaneWriter::pixelsOf(const I_PlaneBase& plane)
@@ -317,7 +307,7 @@ std::vector<Hdf5::Extents> PlaneReader::chunkOffsets(const PlanePosition& positi
 void PlaneReader::findAhead(unsigned long long plane) const
 {
     const unsigned long long end = m_geometry.indexOf({rows(), 0, 0});
-    for (unsigned long long count = m_found[0].size(); count < chunksAhead && plane < end; ++plane) {
+    for (unsigned long long count = m_found[0].size(); count < chunksAtOnce && plane < end; ++plane) {
         std::vector<Hdf5::PlacedChunk> chunks;
         for (const Hdf5::Extents& offset : chunkOffsets(m_geometry.positionOf(plane))) {
             const auto chunk = m_dataset.tryFindChunk(offset);

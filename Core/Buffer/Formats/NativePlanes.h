@@ -70,21 +70,31 @@ public:
 
     [[nodiscard]] Hdf5::Dataset& dataset() noexcept { return m_dataset; }
     [[nodiscard]] const PlaneGeometry& geometry() const noexcept { return m_geometry; }
-    /// Makes room for so many frames.
-    void resize(unsigned long long rows);
+    /// Makes room for so many frames, which HDF5 hears of with the next flush.
+    void resize(unsigned long long rows) noexcept { m_rows = rows; }
     void write(const PlanePosition& position, const I_PlaneBase& plane);
+    /// Adds the chunks that were written to HDF5's index, all together: after each plane HDF5's code has left
+    /// the cache.
+    void flush();
 
 private:
     [[nodiscard]] const unsigned char* pixelsOf(const I_PlaneBase& plane);
     [[nodiscard]] const unsigned char* inFileOrder(const unsigned char* pixels, unsigned long long rows);
-    /// Places all chunks of a plane while HDF5's code is in the cache, then writes them.
-    void writeTogether(const PlanePosition& position, const std::vector<Hdf5::StoredChunk>& chunks);
+
+    struct WrittenChunk
+    {
+        PlanePosition position;
+        unsigned long long y;
+        Hdf5::FilePiece place;
+    };
 
     PlaneGeometry m_geometry;
     Hdf5::Dataset m_dataset;
     ChunkCoder& m_coder;
     Scratch m_plane;
     Scratch m_channels;
+    unsigned long long m_rows = 0;
+    std::vector<WrittenChunk> m_written;
 };
 
 /// Reads the planes of one dataset; several threads may read at once.

@@ -379,6 +379,9 @@ void SetWriter::hide(Hdf5::Dataset& dataset, bool& isHidden)
 
 void SetWriter::flush()
 {
+    for (PlannedDataset& dataset : m_datasets) {
+        dataset.planes.flush();
+    }
     if (m_scales) {
         m_scales->flush();
     }
