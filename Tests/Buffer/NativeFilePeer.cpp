@@ -108,6 +108,7 @@ void checkAppended(const QString& path)
     EXPECT_EQ(comment->GetValue(), QStringLiteral("über"));
     EXPECT_EQ(numbersOf<double>(*changed, "gain"), std::vector<double>{2.5});
     EXPECT_EQ(numbersOf<int>(*changed, "window"), (std::vector<int>{32, 16}));
+    EXPECT_EQ(numbersOf<double>(*changed, "isSeeded"), std::vector<double>{1});
 }
 
 /// The pixels and nothing else of them.

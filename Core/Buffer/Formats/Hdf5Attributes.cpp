@@ -127,6 +127,7 @@ Attribute readAttribute(const FileContext& file, const std::string& what, hid_t 
     switch (checked(file, what, [&] { return H5Tget_class(type.get()); })) {
     case H5T_STRING:
         return readText(file, what, attribute, type.get());
+    case H5T_ENUM: // h5py's truth values
     case H5T_INTEGER:
     case H5T_FLOAT:
         return readNumbers(file, what, attribute, type.get());

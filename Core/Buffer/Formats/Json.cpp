@@ -5,6 +5,7 @@
 
 #include <array>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -116,6 +117,10 @@ void JsonWriter::number(T value)
         }
         if (value - value != 0) {
             return token(value != value ? "\"nan\"" : value > 0 ? "\"inf\"" : "\"-inf\"");
+        }
+        // Other programs read a number without a point as an integer, which has no sign of zero.
+        if (value == 0 && std::signbit(value)) {
+            return token("-0.0");
         }
     }
     const auto end = std::to_chars(first, last, value).ptr;

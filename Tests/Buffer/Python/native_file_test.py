@@ -4,6 +4,7 @@
 usage: native_file_test.py NativeFilePeer
 """
 import glob
+import json
 import os
 import shutil
 import struct
@@ -144,6 +145,8 @@ class NativeFileTest(unittest.TestCase):
                 data.comment = "über"
                 data.gain = 2.5
                 data.window = numpy.array([32, 16], "i4")
+            with h5py.File(path, "a") as file:
+                file.attrs["isSeeded"] = True
             self.assertEqual(peer("check-appended", path), 0)
 
     def test_files_that_others_wrote_anew_come_back(self):
@@ -239,6 +242,13 @@ class NativeFileTest(unittest.TestCase):
             self.assertIn("Ã©", file.attrs)
         with h5py.File(self.path("sample-ScalarFields.packed.qfi"), "r") as file:
             self.assertIn("速度", file)
+
+    def test_json_keeps_the_sign_of_zero_in_other_programs(self):
+        with h5py.File(self.path("sample-Attributes.packed.qfi"), "r") as file:
+            texts = file["frame_attributes"][()].tobytes()
+            first, second = file["frame_attributes_end"][:2]
+        floats = json.loads(texts[first:second])["floats"][1]
+        self.assertEqual(struct.pack("<f", floats[1]), struct.pack("<f", -0.0))
 
     def test_promises_that_a_file_cannot_keep_are_refused(self):
         def grow(name, *extents):
