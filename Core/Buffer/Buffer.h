@@ -19,3 +19,4 @@
 #include "Core/Buffer/I_Plane.h"
 #include "Core/Buffer/ImportExport.h"
 #include "Core/Buffer/KnownFormats.h"
+#include "Core/Buffer/NameText.h"

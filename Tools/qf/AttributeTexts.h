@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Core/Buffer/I_Attribute.h"
+#include "Core/Buffer/NameText.h"
 
 #include <QString>
 
@@ -24,12 +25,12 @@ void forEachDifference(const AttributeTexts& a, const AttributeTexts& b, const V
     };
     for (const auto& [name, text] : a) {
         if (textIn(b, name) != text) {
-            visit(QString::fromLatin1(name.c_str()), text, textIn(b, name));
+            visit(BufferApi::nameToText(name), text, textIn(b, name));
         }
     }
     for (const auto& [name, text] : b) {
         if (a.count(name) == 0) {
-            visit(QString::fromLatin1(name.c_str()), QString(), text);
+            visit(BufferApi::nameToText(name), QString(), text);
         }
     }
 }

@@ -7,6 +7,7 @@
 #include "Tools/qf/PixelComparison.h"
 
 #include "Core/Buffer/I_FrameVector.h"
+#include "Core/Buffer/NameText.h"
 
 namespace Qf
 {
@@ -134,7 +135,7 @@ void comparePlanes(const Place& place, const DiffRules& rules, const I_PlaneBase
 
 void compareComponents(Place place, const I_Component& a, const I_Component& b)
 {
-    place.component = QString::fromStdString(a.GetName());
+    place.component = BufferApi::nameToText(a.GetName());
     const bool isColorA = a.GetDataType() == BufferApi::DT_RGB;
     const bool isColorB = b.GetDataType() == BufferApi::DT_RGB;
     if (isColorA != isColorB || place.rules.compares("type")) {
@@ -202,7 +203,7 @@ void compareFrames(unsigned int number, const I_Frame& a, const I_Frame& b, cons
             const auto presence = [](const I_Component* component) {
                 return component != nullptr ? QStringLiteral("present") : QStringLiteral("none");
             };
-            place.tell(QStringLiteral("component ") + QString::fromStdString(name), presence(left),
+            place.tell(QStringLiteral("component ") + BufferApi::nameToText(name), presence(left),
                        presence(right));
         }
     }

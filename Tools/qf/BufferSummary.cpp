@@ -6,6 +6,7 @@
 #include "Tools/qf/Session.h"
 
 #include "Core/Buffer/I_FrameVector.h"
+#include "Core/Buffer/NameText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -68,7 +69,7 @@ FrameStructure structureOf(const I_Frame& frame)
     structure.scales = {frame.GetScaleX(), frame.GetScaleY(), frame.GetScaleZ(), frame.GetScaleI()};
     for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
         const I_Component& component = *frame.GetComponent(i);
-        structure.components.push_back({QString::fromStdString(component.GetName()), component.GetDataType(),
+        structure.components.push_back({BufferApi::nameToText(component.GetName()), component.GetDataType(),
                                         component.GetPlaneCount(), component.GetScale()});
     }
     return structure;
@@ -163,7 +164,7 @@ std::vector<Statistics> statistics(unsigned int number, const I_Frame& frame)
         }
         Statistics& result = results.emplace_back();
         result.frame = number;
-        result.component = QString::fromStdString(component.GetName());
+        result.component = BufferApi::nameToText(component.GetName());
         result.unit = component.GetScale().getUnit();
         accumulator.finish(result);
     }

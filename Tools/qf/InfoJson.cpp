@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/InfoText.h"
 
+#include "Core/Buffer/NameText.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -29,7 +31,7 @@ QJsonObject toJson(const AttributeSummaries& attributes)
 {
     QJsonObject object;
     for (const auto& [name, attribute] : attributes) {
-        object.insert(QString::fromLatin1(name.c_str()), toJson(attribute));
+        object.insert(BufferApi::nameToText(name), toJson(attribute));
     }
     return object;
 }

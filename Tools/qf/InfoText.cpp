@@ -6,6 +6,8 @@
 #include "Tools/qf/Session.h"
 #include "Tools/qf/TextTable.h"
 
+#include "Core/Buffer/NameText.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -119,7 +121,7 @@ public:
     }
     void addAttribute(const std::string& name, const QString& value)
     {
-        add(QStringLiteral("attribute ") + QString::fromLatin1(name.c_str()), value);
+        add(QStringLiteral("attribute ") + BufferApi::nameToText(name), value);
     }
     [[nodiscard]] QString text() const { return m_text; }
 

@@ -5,6 +5,7 @@
 #include "Tools/qf/PlaneValues.h"
 
 #include "Core/Buffer/I_FrameImage.h"
+#include "Core/Buffer/NameText.h"
 #include "Core/Common/Array.h"
 #include "Core/Common/Raise.h"
 #include "Core/DataObjects/ImageDataFromBuffer.h"
@@ -80,7 +81,7 @@ void Losses::fitComponents(I_Frame& frame, const QString& path)
     for (unsigned int i = frame.GetComponentCount(); i-- > 0;) {
         const std::string name = frame.GetComponent(i)->GetName();
         if (name != I_FrameImage::COMPONENT_PIXEL) {
-            note(QStringLiteral("the component '%1'").arg(QString::fromLatin1(name.c_str())), path);
+            note(QStringLiteral("the component '%1'").arg(BufferApi::nameToText(name)), path);
             frame.RemoveComponent(i);
         }
     }

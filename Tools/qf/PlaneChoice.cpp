@@ -4,6 +4,7 @@
 #include "Tools/qf/Arguments.h"
 
 #include "Core/Buffer/I_FrameImage.h"
+#include "Core/Buffer/NameText.h"
 #include "Core/Common/Raise.h"
 
 namespace Qf
@@ -20,7 +21,7 @@ QString componentNames(const I_Frame& frame)
 {
     QStringList names;
     for (unsigned int i = 0; i < frame.GetComponentCount(); ++i) {
-        names << QString::fromStdString(frame.GetComponent(i)->GetName());
+        names << BufferApi::nameToText(frame.GetComponent(i)->GetName());
     }
     names.removeDuplicates();
     return names.join(QStringLiteral(", "));
@@ -39,7 +40,8 @@ const I_Frame& frameOf(const BufferApi::I_Buffer& buffer, unsigned int index)
 const I_Component& componentOf(const I_Frame& frame, const QString& name)
 {
     const std::string& pixels = BufferApi::I_FrameImage::COMPONENT_PIXEL;
-    const I_Component* component = frame.GetComponent(name.isEmpty() ? pixels : name.toStdString());
+    const I_Component* component =
+        frame.GetComponent(name.isEmpty() ? pixels : BufferApi::nameFromText(name));
     if (component == nullptr && name.isEmpty()) {
         RTE::raise(RTE::InvalidArgumentError(
             QStringLiteral("the frame has no pixels; choose one of its components with --component: %1")

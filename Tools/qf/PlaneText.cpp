@@ -6,6 +6,7 @@
 #include "Tools/qf/PlaneValues.h"
 #include "Tools/qf/Session.h"
 
+#include "Core/Buffer/NameText.h"
 #include "Core/Common/Raise.h"
 
 #include <QJsonDocument>
@@ -81,7 +82,7 @@ QByteArray jsonHead(const PlaneExcerpt& excerpt)
     const Zt::LinearScale& scale = excerpt.component.GetScale();
     const QJsonObject head{{QStringLiteral("file"), excerpt.path},
                            {QStringLiteral("frame"), static_cast<qint64>(excerpt.frame)},
-                           {QStringLiteral("component"), QString::fromStdString(excerpt.component.GetName())},
+                           {QStringLiteral("component"), BufferApi::nameToText(excerpt.component.GetName())},
                            {QStringLiteral("z"), static_cast<qint64>(excerpt.z)},
                            {QStringLiteral("type"), typeName(excerpt.plane.GetDataType())},
                            {QStringLiteral("x"), excerpt.region.x()},

@@ -8,6 +8,7 @@
 #include "Tools/qf/TextTable.h"
 
 #include "Core/Buffer/KnownFormats.h"
+#include "Core/Buffer/NameText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -68,7 +69,7 @@ void readFrame(FileReport& report, unsigned int number, const BufferApi::I_Frame
     read(report, {number, {}, 0, {}}, [&] { static_cast<void>(frame.GetAttributeList()); });
     forEachPlane(frame, [&](const BufferApi::I_Component& component, unsigned int z, const auto& plane) {
         ++report.planes;
-        read(report, {number, QString::fromStdString(component.GetName()), z, {}}, [&] {
+        read(report, {number, BufferApi::nameToText(component.GetName()), z, {}}, [&] {
             static_cast<void>(plane.GetData());
             report.bytes += pixelCount(plane) * BufferApi::GetDataTypeSize(plane.GetDataType());
         });

@@ -3,6 +3,7 @@
 
 #include "Core/Buffer/Formats/Json.h"
 #include "Core/Buffer/I_Attribute.h"
+#include "Core/Buffer/NameText.h"
 
 #include <functional>
 #include <string_view>
@@ -22,12 +23,5 @@ using CreateAttribute = std::function<I_AttributeBase*(const std::string& name, 
 
 /// Creates the attributes of such an object; empty text has none. \param source names the text in errors
 void attributesFromJson(std::string_view text, const QString& source, const CreateAttribute& create);
-
-/// \name Names are Latin-1 in the store and Unicode in files.
-/// A name beyond Latin-1, which another program may have given, is kept in the store as its UTF-8 bytes.
-/// @{
-[[nodiscard]] QString nameToText(const std::string& name);
-[[nodiscard]] std::string nameFromText(const QString& text);
-/// @}
 
 } // namespace BufferApi::Formats
