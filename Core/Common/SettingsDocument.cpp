@@ -208,7 +208,8 @@ void SettingsDocument::Save()
     // A folder that cannot be made shows when the file is opened.
     static_cast<void>(QDir().mkpath(QFileInfo(m_path).absolutePath()));
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    // What fails to leave Qt's buffer at the end, it does not tell.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         RTE::raise(RTE::FileOpenError(
             QStringLiteral("Settings document %1 could not be written: %2").arg(m_path, file.errorString())));
     }
