@@ -90,6 +90,11 @@ const KnownFormat& formatOfContent(const QString& path)
     return knownFormats()[indexOfContent(path)];
 }
 
+bool showsDamage(const QString& path)
+{
+    return fileFormats()[indexOfContent(path)]->showsDamage(path);
+}
+
 const KnownFormat& formatOfName(const QString& path)
 {
     return knownFormats()[indexOfName(path)];

@@ -29,7 +29,7 @@ struct KnownFormat
     bool holdsOnlyPixels = true;
     /// The types of pixels that `ExportBuffer` writes.
     std::vector<E_DataType> pixelTypes;
-    /// True if the file itself tells when a pixel was damaged.
+    /// True if a file that `ExportBuffer` wrote tells itself when a pixel was damaged.
     bool hasChecksums = false;
 };
 
@@ -38,6 +38,11 @@ struct KnownFormat
 
 /// The format of a file, which its content decides. \throws RTE::FileOpenError as `ImportBuffer`
 [[nodiscard]] DATAOBJECTS_BUFFER_EXPORT const KnownFormat& formatOfContent(const QString& path);
+
+/// True if the file itself tells when one of its pixels was damaged. Native files of other programs need not:
+/// they may have pixels, or the tables where to find them, without checksums.
+/// \throws RTE::Exception as `ImportBuffer`
+[[nodiscard]] DATAOBJECTS_BUFFER_EXPORT bool showsDamage(const QString& path);
 
 /// The format in which `ExportBuffer` writes a file of this name: the extension decides, and any that no
 /// other format owns means the native one.

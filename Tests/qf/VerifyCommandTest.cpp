@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tests/qf/QfFolder.h"
 
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/SampleBuffers.h"
 
@@ -36,6 +37,26 @@ TEST_F(VerifyCommand, tellsThatAllIsWell)
               "does not "
               "show\n"
               "vectors.qfv: ok, native, 2 frames, 6.1 KiB of pixels, all checksums hold\n");
+}
+
+TEST_F(VerifyCommand, tellsWhenChecksumsAreMissing)
+{
+    // Pixels without a checksum; pixels with one, but not the table of where they are.
+    for (const char* name : {"h5py-plain.qfi", "h5py-old.qfi"}) {
+        SCOPED_TRACE(name);
+        write(name, TestSupport::contentOf(TestSupport::goldenFile(name)));
+        EXPECT_THAT(
+            succeed(QStringLiteral("verify %1").arg(name)).out.toStdString(),
+            testing::EndsWith("of pixels; parts of the file have no checksums, a change there does not "
+                              "show; 'qf convert' writes a file that has\n"));
+        const auto json =
+            QJsonDocument::fromJson(succeed(QStringLiteral("verify --json %1").arg(name)).out.toUtf8());
+        EXPECT_FALSE(json[0]["checksums"].toBool());
+        succeed(QStringLiteral("convert --force %1 ours.qfi").arg(name));
+        EXPECT_THAT(succeed("verify ours.qfi").out.toStdString(), testing::HasSubstr("all checksums hold"));
+    }
+    write("checked.qfi", TestSupport::contentOf(TestSupport::goldenFile("h5py.qfi")));
+    EXPECT_THAT(succeed("verify checked.qfi").out.toStdString(), testing::HasSubstr("all checksums hold"));
 }
 
 TEST_F(VerifyCommand, tellsWhatIsDamagedAndReadsTheRest)

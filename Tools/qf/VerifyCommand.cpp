@@ -44,6 +44,8 @@ struct FileReport
 {
     QString path;
     BufferApi::KnownFormat format;
+    /// Whether a changed pixel would show.
+    bool showsDamage = false;
     unsigned int frames = 0;
     unsigned long long planes = 0;
     unsigned long long bytes = 0;
@@ -101,7 +103,10 @@ FileReport verify(const QString& path, unsigned int jobs)
     report.path = path;
     report.format = BufferApi::formatOfContent(path);
     std::optional<FrameInputs> inputs;
-    read(report, {}, [&] { inputs.emplace(QStringList(path)); });
+    read(report, {}, [&] {
+        report.showsDamage = BufferApi::showsDamage(path);
+        inputs.emplace(QStringList(path));
+    });
     if (inputs) {
         readFrames(report, *inputs, jobs);
     }
@@ -120,16 +125,24 @@ QString lineOf(const Damage& damage)
     return QStringLiteral("  %1: %2\n").arg(printable(where), printable(damage.reason));
 }
 
+QString checksumText(const FileReport& report)
+{
+    if (report.showsDamage) {
+        return QStringLiteral(", all checksums hold");
+    }
+    return report.format.hasChecksums
+               ? QStringLiteral("; parts of the file have no checksums, a change there does not show; "
+                                "'qf convert' writes a file that has")
+               : QStringLiteral("; the format has no checksums, a changed pixel does not show");
+}
+
 QString textOf(const FileReport& report)
 {
     const QString path = printable(report.path);
     if (report.damages.empty()) {
         return QStringLiteral("%1: ok, %2, %3, %4 of pixels%5\n")
             .arg(path, report.format.name, counted(report.frames, QStringLiteral("frame")),
-                 byteCountText(report.bytes),
-                 report.format.hasChecksums
-                     ? QStringLiteral(", all checksums hold")
-                     : QStringLiteral("; the format has no checksums, a changed pixel does not show"));
+                 byteCountText(report.bytes), checksumText(report));
     }
     const QString extent = report.frames == 0
                                ? QStringLiteral("nothing can be read")
@@ -164,7 +177,7 @@ QJsonObject jsonOf(const FileReport& report)
     }
     return {{QStringLiteral("file"), report.path},
             {QStringLiteral("format"), report.format.name},
-            {QStringLiteral("checksums"), report.format.hasChecksums},
+            {QStringLiteral("checksums"), report.showsDamage},
             {QStringLiteral("ok"), report.damages.empty()},
             {QStringLiteral("frames"), static_cast<qint64>(report.frames)},
             {QStringLiteral("planes"), static_cast<qint64>(report.planes)},

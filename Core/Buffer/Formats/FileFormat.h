@@ -52,6 +52,8 @@ public:
     [[nodiscard]] virtual bool recognises(const QByteArray& head) const = 0;
     /// The content as a buffer whose planes may load lazily; errors name the file.
     [[nodiscard]] virtual std::unique_ptr<I_Buffer> read(const QString& path) const = 0;
+    /// True if a changed pixel of this file shows.
+    [[nodiscard]] virtual bool showsDamage(const QString& /*path*/) const { return about().hasChecksums; }
     /// Errors call the file by the name of `path`. Null for a format that is only read, as `about` tells.
     [[nodiscard]] virtual std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                               const BufferOptions& options) const = 0;

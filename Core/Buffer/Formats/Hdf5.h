@@ -280,6 +280,8 @@ public:
     /// Bytes of a chunk of any kind, which the library takes at once to read of it; 0 when there are no
     /// chunks.
     [[nodiscard]] unsigned long long libraryChunkBytes() const noexcept { return m_libraryChunkBytes; }
+    /// True if its values and the index of its chunks are under checksums, as they are in files of ours.
+    [[nodiscard]] bool hasChecksums() const;
 
     /// Where the chunk at this offset lies; nothing when it was never written.
     [[nodiscard]] std::optional<PlacedChunk> findChunk(const Extents& offset) const;

@@ -85,6 +85,20 @@ void Dataset::readLayout()
     }
 }
 
+bool Dataset::hasChecksums() const
+{
+    if (!m_layout.filters.deflate && !m_layout.filters.fletcher32) {
+        return false;
+    }
+    // Headers of the first format and the tree of chunks that belongs to it have none.
+    H5F_info2_t file;
+    H5D_chunk_index_t index = H5D_CHUNK_IDX_BTREE;
+    const Serial serial;
+    checked(*m_file, m_name, [&] { return H5Fget_info2(m_handle.get(), &file); });
+    checked(*m_file, m_name, [&] { return H5Dget_chunk_index_type(m_handle.get(), &index); });
+    return file.super.version >= 2 && index != H5D_CHUNK_IDX_BTREE;
+}
+
 Filters Dataset::readFilters(hid_t properties, bool& onlyKnown) const
 {
     const int count = checked(*m_file, m_name, [&] { return H5Pget_nfilters(properties); });

@@ -48,6 +48,7 @@ public:
     {
         return Native::readBuffer(path);
     }
+    [[nodiscard]] bool showsDamage(const QString& path) const override { return Native::showsDamage(path); }
     [[nodiscard]] std::unique_ptr<FrameWriter> create(const OutputPath& path,
                                                       const BufferOptions& options) const override
     {

@@ -39,6 +39,12 @@ public:
         return m_sets[place.set].frame(place.row);
     }
 
+    [[nodiscard]] bool haveChecksums() const
+    {
+        return std::all_of(m_sets.begin(), m_sets.end(),
+                           [](const SetReader& set) { return set.hasChecksums(); });
+    }
+
 private:
     struct Place
     {
@@ -110,6 +116,13 @@ std::unique_ptr<I_Buffer> readBuffer(const QString& path)
     readLargeAttributes(*file, *buffer);
     buffer->SetModified(false);
     return buffer;
+}
+
+bool showsDamage(const QString& path)
+{
+    const auto file = std::make_shared<OpenFile>(Hdf5::File::open(path));
+    checkVersion(Hdf5::Attributes(file->file));
+    return NativeFrames(file).haveChecksums();
 }
 
 } // namespace BufferApi::Formats::Native

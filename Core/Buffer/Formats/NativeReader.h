@@ -12,4 +12,7 @@ namespace BufferApi::Formats::Native
 /// read when those are. The file stays open while a frame or a plane still has something in it.
 [[nodiscard]] std::unique_ptr<I_Buffer> readBuffer(const QString& path);
 
+/// True if all planes, and the tables where to find them, are under checksums.
+[[nodiscard]] bool showsDamage(const QString& path);
+
 } // namespace BufferApi::Formats::Native

@@ -303,6 +303,12 @@ std::unique_ptr<I_Frame> SetReader::frame(unsigned long long row) const
     return frame;
 }
 
+bool SetReader::hasChecksums() const
+{
+    return std::all_of(m_datasets.begin(), m_datasets.end(),
+                       [](const OpenDataset& dataset) { return dataset.planes->dataset().hasChecksums(); });
+}
+
 std::vector<ComponentParts> SetReader::components(unsigned long long row, const FrameScales& scales) const
 {
     std::vector<ComponentParts> parts(m_structure.components.size());

@@ -20,6 +20,8 @@ public:
     /// The place in the buffer of each row.
     [[nodiscard]] const std::vector<long long>& indices() const noexcept { return m_indices; }
     [[nodiscard]] std::unique_ptr<I_Frame> frame(unsigned long long row) const;
+    /// True if all planes are under checksums.
+    [[nodiscard]] bool hasChecksums() const;
 
 private:
     /// Texts of the rows; rows beyond its end have none.

@@ -154,9 +154,9 @@ def make_ome():
         writer.write(np.stack([u16(frame=i) for i in range(3, 5)]), metadata={"axes": "ZYX"})
 
 
-def make_native():
+def make_native(name, libver, **filters):
     """What docs/FileFormat.md asks of a file of images, and no more."""
-    with h5py.File(FOLDER / "h5py.qfi", "w", libver=("v110", "v110")) as file:
+    with h5py.File(FOLDER / name, "w", libver=(libver, "v110")) as file:
         file.attrs["qf_format"] = np.bytes_("qf-frames")
         file.attrs["qf_version"] = np.array([1, 0], "i4")
         file.attrs["qf_frame"] = np.bytes_("image")
@@ -166,7 +166,7 @@ def make_native():
         file.attrs["qf_datasets"] = np.bytes_(json.dumps(["PIXEL"]))
         frames = file.create_dataset("frame", data=np.arange(3), maxshape=(None,), chunks=(128,), compression=1)
         pixels = file.create_dataset("PIXEL", data=np.stack([u16(frame=i)[None] for i in range(3)]),
-                                     maxshape=(None, 1, 7, 13), chunks=(1, 1, 4, 13), fletcher32=True)
+                                     maxshape=(None, 1, 7, 13), chunks=(1, 1, 4, 13), **filters)
         pixels.attrs["qf_components"] = np.bytes_(json.dumps(["PIXEL"]))
         pixels.attrs["qf_index"] = np.array([0], "u4")
         pixels.attrs["qf_role"] = np.bytes_("data")
@@ -222,7 +222,9 @@ def make_pgm():
 if __name__ == "__main__":
     make_tiff()
     make_ome()
-    make_native()
+    make_native("h5py.qfi", "v110", fletcher32=True)
+    make_native("h5py-plain.qfi", "v110")
+    make_native("h5py-old.qfi", "earliest", fletcher32=True)
     make_png()
     make_bmp()
     make_pgm()
