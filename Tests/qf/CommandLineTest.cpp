@@ -117,6 +117,10 @@ TEST_F(CommandLine, refusesWithAReasonAndLeavesNothing)
         {"decode -f mono-12p -s 4x2 -o no/such/new.qfi good.raw", 1, "the folder no/such does not exist"},
         {"decode -f mono-12p -s 4x2 -o /proc/new.qfi good.raw", 1, "/proc"},
         {"decode -f mono-12p -s 4x2 -o good.raw --force good.raw", 2, "the output is also an input"},
+        {"decode -f mono-12p -s 4x2 -o - good.raw", 2,
+         "qf decode: frames are not written to the standard output; name a file\n"},
+        {"decode -f mono-12p -s 4x2 -o new.bmp good.raw", 2, "qf decode: new.bmp: BMP files are only read"},
+        {"decode -f mono-12p -s 4x2 -o new.qfi empty.raw", 1, "qf decode: empty.raw: the file is empty"},
         {"info", 2, "FILE is required"},
         {"info missing.qfi", 1, "missing.qfi: no such file"},
         {"info empty.raw", 1, "empty.raw"},
@@ -128,7 +132,9 @@ TEST_F(CommandLine, refusesWithAReasonAndLeavesNothing)
         {"plot run.qfi -o existing.png", 1, "existing.png: the file exists already"},
         {"plot run.qfi -o picture.png --frame 2", 1,
          "run.qfi: no frame 2; frames count from 0 and there are 2"},
-        {"plot run.qfi -o picture.png --frame -1", 2, "--frame"},
+        {"plot run.qfi -o picture.png --frame -1", 2, "--frame: '-1' is no number that counts from 0"},
+        {"plot run.qfi -o picture.png --z 1.5", 2, "--z: '1.5' is no number that counts from 0"},
+        {"plot existing.png -o existing.png --force", 2, "the output is also an input"},
         {"plot run.qfi -o picture.png --component U", 1, "run.qfi: no component 'U'; the frame has PIXEL"},
         {"plot run.qfi -o picture.png --z 1", 1, "no plane 1"},
         {"plot run.qfi -o picture.png --range 5:1", 2, "'5:1' is no range"},
@@ -294,6 +300,60 @@ TEST_F(CommandLine, failsWhenResultsCannotBeWritten)
     ASSERT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitCode(), 1);
     EXPECT_THAT(process.readAllStandardError().toStdString(), testing::HasSubstr("cannot write the results"));
+}
+
+TEST_F(CommandLine, refusesNamesThatAreNoText)
+{
+    QProcess process;
+    process.setWorkingDirectory(path("."));
+    process.start("/bin/sh",
+                  {"-c", QStringLiteral("exec %1 info \"$(printf 'caf\\351.qfi')\"").arg(QF_PROGRAM)});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 2);
+    EXPECT_EQ(QString::fromUtf8(process.readAllStandardError()),
+              QString::fromUtf8("qf: 'caf\xEF\xBF\xBD.qfi' is not UTF-8; rename the file\n"));
+}
+
+TEST_F(CommandLine, leavesNothingWhenAFileGrowsBeyondItsLimit)
+{
+    makeRun();
+    const std::string before = files();
+    for (const char* arguments :
+         {"decode -f mono-12p -s 4x2 -o new.qfi good.raw", "convert run.qfi new.tif --uncompressed",
+          "convert run.qfi new-%d.png", "plot run.qfi -o new.png", "plot run.qfi -o existing.png --force"}) {
+        SCOPED_TRACE(arguments);
+        const auto run = TestSupport::runProgram(
+            "/bin/sh", {"-c", QStringLiteral("ulimit -f 0; exec %1 %2").arg(QF_PROGRAM, arguments)},
+            path("."));
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_THAT(run.err.toStdString(), testing::MatchesRegex("qf [a-z]+: [^\n]*File too large\n"));
+        EXPECT_EQ(files(), before);
+    }
+    EXPECT_EQ(read("existing.png"), QByteArray("keep me"));
+}
+
+TEST_F(CommandLine, readsThePipeInFrontOfIt)
+{
+    const auto run = TestSupport::runProgram(
+        "/bin/sh",
+        {"-c", QStringLiteral("cat good.raw | %1 decode -q -f mono-12p -s 4x2 -o new.qfi -").arg(QF_PROGRAM)},
+        path("."));
+    EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
+    EXPECT_EQ(load("new.qfi")->GetFrameCount(), 2U);
+}
+
+TEST_F(CommandLine, stopsWaitingForAPipeThatNobodyWritesTo)
+{
+    ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
+    const std::string before = files();
+    QProcess process;
+    process.setWorkingDirectory(path("."));
+    process.start(QF_PROGRAM, {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "camera.pipe"});
+    EXPECT_FALSE(process.waitForFinished(300));
+    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
+    ASSERT_TRUE(process.waitForFinished(20000));
+    EXPECT_EQ(process.exitCode(), 130);
+    EXPECT_EQ(files(), before);
 }
 
 TEST_F(CommandLine, refusesAPipeThatEndsWithinAFrame)

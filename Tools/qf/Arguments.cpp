@@ -5,6 +5,7 @@
 #include "Tools/qf/Parallel.h"
 #include "Tools/qf/Session.h"
 
+#include "Core/Buffer/KnownFormats.h"
 #include "Core/Common/Raise.h"
 
 #include <QFileInfo>
@@ -89,6 +90,14 @@ CLI::Option* addParsed(CLI::App& app, const std::string& name, const std::string
         ->check(check);
 }
 
+void addIndex(CLI::App& app, const std::string& name, const std::string& description, unsigned int& index)
+{
+    const auto read = [&index](const std::string& text) {
+        return readWhole(text, index) ? std::string() : "'" + text + "' is no number that counts from 0";
+    };
+    addParsed(app, name, description, read, "N");
+}
+
 void addForce(CLI::App& command, bool& force)
 {
     command.add_flag("--force", force, "Replace an existing file");
@@ -148,6 +157,18 @@ QString noFrameText(const QString& number, unsigned int frameCount)
 {
     return QStringLiteral("no frame %1; frames count from 0 and there %2")
         .arg(number, frameCount == 1 ? QStringLiteral("is 1") : QStringLiteral("are %1").arg(frameCount));
+}
+
+void checkWritten(const QString& path)
+{
+    if (path == QLatin1String("-")) {
+        RTE::raise(UsageError(QStringLiteral("frames are not written to the standard output; name a file")));
+    }
+    const BufferApi::KnownFormat& format = BufferApi::formatOfName(path);
+    if (!format.isWritten) {
+        RTE::raise(UsageError(QStringLiteral("%1: %2 files are only read; end the name in .qfi, .tif or .png")
+                                  .arg(path, format.name)));
+    }
 }
 
 void checkNotAnInput(const QString& outputPath, const QStringList& inputs)

@@ -51,6 +51,9 @@ template <typename Number>
 CLI::Option* addParsed(CLI::App& app, const std::string& name, const std::string& description,
                        const std::function<std::string(const std::string&)>& reader, const std::string& type);
 
+/// Adds an option for the number of a frame or plane, which count from 0.
+void addIndex(CLI::App& app, const std::string& name, const std::string& description, unsigned int& index);
+
 /// \name Options that mean the same in every command
 /// @{
 void addForce(CLI::App& command, bool& force);
@@ -69,6 +72,9 @@ void addQuiet(CLI::App& command);
 
 /// Why there is no such frame.
 [[nodiscard]] QString noFrameText(const QString& number, unsigned int frameCount);
+
+/// A name that frames can be written to. \throws UsageError
+void checkWritten(const QString& path);
 
 /// Output and inputs are different files. \throws UsageError
 void checkNotAnInput(const QString& output, const QStringList& inputs);

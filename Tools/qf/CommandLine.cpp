@@ -119,6 +119,15 @@ std::vector<std::string> reversedArguments(int argc, const char* const* argv)
     return arguments;
 }
 
+/// The first argument that is no UTF-8, null if all are: its file could neither be found nor named.
+const char* findForeignText(int argc, const char* const* argv)
+{
+    const char* const* end = argv + argc;
+    const char* const* found = std::find_if(
+        argv + 1, end, [](const char* text) { return QString::fromUtf8(text).toUtf8() != text; });
+    return found == end ? nullptr : *found;
+}
+
 } // namespace
 
 int runCommandLine(int argc, const char* const* argv)
@@ -128,6 +137,11 @@ int runCommandLine(int argc, const char* const* argv)
     QLoggingCategory::setFilterRules(QStringLiteral("rte.exception=false\ndefault.warning=false"));
     Session session;
     Job job;
+    if (const char* text = findForeignText(argc, argv)) {
+        session.reportError(
+            QStringLiteral("'%1' is not UTF-8; rename the file").arg(QString::fromUtf8(text)));
+        return Usage;
+    }
     CLI::App app(
         "Frames of image-based flow and particle measurement: decode, convert, look into, compare, draw.",
         "qf");

@@ -36,15 +36,6 @@ struct ConvertOptions
     bool force = false;
 };
 
-void checkWritten(const QString& path)
-{
-    const BufferApi::KnownFormat& format = BufferApi::formatOfName(path);
-    if (!format.isWritten) {
-        RTE::raise(UsageError(QStringLiteral("%1: %2 files are only read; end the name in .qfi, .tif or .png")
-                                  .arg(path, format.name)));
-    }
-}
-
 /// "run.png" becomes "run-%04d.png".
 QString numbered(const QString& path)
 {

@@ -12,6 +12,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+
 namespace Qf
 {
 
@@ -32,6 +34,14 @@ struct DecodeOptions
     bool uncompressed = false;
     bool force = false;
 };
+
+/// A file of the name "-" is called "./-".
+QStringList rawFiles(const DecodeOptions& options)
+{
+    QStringList files = toQt(options.files);
+    std::replace(files.begin(), files.end(), QStringLiteral("-"), QStringLiteral("/dev/stdin"));
+    return files;
+}
 
 std::string checkFormat(const std::string& id)
 {
@@ -97,7 +107,7 @@ class Decoding
 public:
     Decoding(const DecodeOptions& options, Session& session)
         : m_options(options), m_session(session), m_format(QString::fromStdString(options.format)),
-          m_output(QString::fromStdString(options.output)), m_files(toQt(options.files)),
+          m_output(QString::fromStdString(options.output)), m_files(rawFiles(options)),
           m_sizeText(QStringLiteral("%1x%2").arg(options.size.width()).arg(options.size.height())),
           m_decoder(std::move(*frameDecoders().create(m_format)))
     {
@@ -105,10 +115,13 @@ public:
 
     int run()
     {
+        checkWritten(m_output);
         checkNotAnInput(m_output, m_files);
         checkOutput(m_output, m_options.force);
         m_session.workOn(QStringLiteral("--size ") + m_sizeText);
-        RawFrameReader reader(m_files, m_decoder->encodedSize(m_options.size),
+        const auto frameSize = m_decoder->encodedSize(m_options.size);
+        m_session.workOn({});
+        RawFrameReader reader(m_files, frameSize,
                               QStringLiteral("one %1 frame of %2").arg(m_format, m_sizeText));
         const unsigned long long frames = decode(reader);
         Session::remark(QStringLiteral("%1: %2 of %3\n")
@@ -175,8 +188,11 @@ void addDecodeCommand(CLI::App& app, Session& session, Job& job)
     command->footer(
         "Examples:\n"
         "  qf decode --format mono-12p --size 1280x1024 --output run.qfi camera.raw\n"
-        "  qf decode --format raw-16-bit --size 512x512 --pixel-size 0.02mm -o run.qfi a.raw b.raw\n\n");
-    command->add_option("FILE", options->files, "Raw files: encoded frames one after the other")
+        "  qf decode --format raw-16-bit --size 512x512 --pixel-size 0.02mm -o run.qfi a.raw b.raw\n"
+        "  zcat camera.raw.gz | qf decode --format mono-12p --size 1280x1024 -o run.qfi -\n\n");
+    command
+        ->add_option("FILE", options->files,
+                     "Raw files: encoded frames one after the other; - is the standard input")
         ->required()
         ->type_name("");
     command->add_option("-f,--format", options->format, "Pixel format, such as mono-12p")

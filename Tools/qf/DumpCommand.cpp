@@ -65,12 +65,12 @@ void addDumpCommand(CLI::App& app, Session& session, Job& job)
                     "  qf dump run.qfv --component V --scaled --csv > v.csv\n"
                     "  qf dump run.qfi --raw | sha256sum\n\n");
     command->add_option("FILE", options->file, "The file with the frame")->required()->type_name("");
-    command->add_option("--frame", options->frame, "Which frame, counted from 0")->type_name("N");
+    addIndex(*command, "--frame", "Which frame, counted from 0", options->frame);
     command
         ->add_option("--component", options->component,
                      "Which component, as 'qf info -v' names it (default: the pixels)")
         ->type_name("NAME");
-    command->add_option("--z", options->z, "Which plane of a volume, counted from 0")->type_name("N");
+    addIndex(*command, "--z", "Which plane of a volume, counted from 0", options->z);
     addParsed(
         *command, "--region", "Only this part, in pixels: width, height, first column, first row",
         [options](const std::string& text) { return readRegion(text, options->region); }, "WxH+X+Y");

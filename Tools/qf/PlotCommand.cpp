@@ -9,6 +9,7 @@
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Common/Raise.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QImageWriter>
@@ -79,19 +80,26 @@ QImage compact(const QImage& picture)
     return picture.allGray() ? picture.convertToFormat(QImage::Format_Grayscale8) : picture;
 }
 
+[[noreturn]] void refuse(const QString& path, const QString& reason)
+{
+    RTE::raise(RTE::FileWriteError(QStringLiteral("%1: cannot write: %2").arg(path, reason)));
+}
+
 /// The whole picture or nothing; an old one stays until the new one is complete.
 void save(const QImage& picture, const QString& path, const QByteArray& format)
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        RTE::raise(RTE::FileWriteError(QStringLiteral("%1: cannot write: %2").arg(path, file.errorString())));
+    // The coders know no reason when a device fails.
+    QBuffer encoded;
+    QImageWriter writer(&encoded, format);
+    if (!writer.write(compact(picture))) {
+        refuse(path, writer.errorString());
     }
-    QImageWriter writer(&file, format);
-    const bool written = writer.write(compact(picture));
     Session::stopIfRequested();
-    if (!written || !file.commit()) {
-        const QString reason = written ? file.errorString() : writer.errorString();
-        RTE::raise(RTE::FileWriteError(QStringLiteral("%1: cannot write: %2").arg(path, reason)));
+    QSaveFile file(path);
+    // What fails to leave Qt's buffer at the end, it does not tell.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ||
+        file.write(encoded.data()) != encoded.size() || !file.commit()) {
+        refuse(path, file.errorString());
     }
 }
 
@@ -109,6 +117,7 @@ int plot(const PlotOptions& options, Session& session)
     const QString input = QString::fromStdString(options.file);
     const QString output = QString::fromStdString(options.output);
     const QByteArray format = formatOf(output);
+    checkNotAnInput(output, {input});
     checkOutput(output, options.force);
     checkInput(input);
     session.workOn(input);
@@ -141,12 +150,12 @@ void addPlotCommand(CLI::App& app, Session& session, Job& job)
     command->add_option("-o,--output", options->output, "The picture to write, such as picture.png")
         ->required()
         ->type_name("FILE");
-    command->add_option("--frame", options->frame, "Which frame, counted from 0")->type_name("N");
+    addIndex(*command, "--frame", "Which frame, counted from 0", options->frame);
     command
         ->add_option("--component", options->component,
                      "What to draw, as 'qf info -v' names it (default: the pixels)")
         ->type_name("NAME");
-    command->add_option("--z", options->z, "Which plane of a volume, counted from 0")->type_name("N");
+    addIndex(*command, "--z", "Which plane of a volume, counted from 0", options->z);
     addParsed(
         *command, "--region", "Only this part, in pixels: width, height, first column, first row",
         [options](const std::string& text) { return readRegion(text, options->region); }, "WxH+X+Y");

@@ -11,10 +11,21 @@
 #include <cerrno>
 #include <cstring>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace Qf
 {
+
+namespace
+{
+
+QString lastError()
+{
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+} // namespace
 
 RawFrameReader::RawFrameReader(const QStringList& files, unsigned long long frameSize,
                                const QString& frameName)
@@ -77,7 +88,7 @@ Zt::span<const unsigned char> RawFrameReader::read()
         if (size == m_frameSize) {
             return {m_frame.data(), m_frame.size()};
         }
-        checkWhole(m_file.fileName(), m_bytesOfFile);
+        checkWhole(m_fileName, m_bytesOfFile);
         m_file.close();
     }
     return {};
@@ -88,12 +99,18 @@ bool RawFrameReader::openNext()
     if (m_next == m_files.size()) {
         return false;
     }
-    m_file.setFileName(m_files[m_next++]);
+    m_fileName = m_files[m_next++];
     m_bytesOfFile = 0;
-    if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        RTE::raise(RTE::FileOpenError(
-            QStringLiteral("%1: cannot open: %2").arg(m_file.fileName(), m_file.errorString())));
+    int handle = -1;
+    // QFile would go on waiting for the writer of a pipe.
+    while ((handle = ::open(QFile::encodeName(m_fileName).constData(), O_RDONLY | O_CLOEXEC)) < 0) {
+        if (errno != EINTR) {
+            RTE::raise(
+                RTE::FileOpenError(QStringLiteral("%1: cannot open: %2").arg(m_fileName, lastError())));
+        }
+        Session::stopIfRequested();
     }
+    m_file.open(handle, QIODevice::ReadOnly | QIODevice::Unbuffered, QFile::AutoCloseHandle);
     return true;
 }
 
@@ -108,9 +125,8 @@ unsigned long long RawFrameReader::fill()
             continue;
         }
         if (got < 0) {
-            const QString reason = QString::fromLocal8Bit(std::strerror(errno));
             RTE::raise(
-                RTE::FileReadError(QStringLiteral("%1: cannot read: %2").arg(m_file.fileName(), reason)));
+                RTE::FileReadError(QStringLiteral("%1: cannot read: %2").arg(m_fileName, lastError())));
         }
         if (got == 0) {
             break;

@@ -27,7 +27,7 @@ public:
     /// Frames in all files; 0 when one of them is a pipe.
     [[nodiscard]] unsigned long long frameCount() const noexcept { return m_frameCount; }
     /// The file that the last frame came from.
-    [[nodiscard]] QString fileName() const { return m_file.fileName(); }
+    [[nodiscard]] QString fileName() const { return m_fileName; }
 
     /// The next frame's bytes, valid until the next call; empty at the end of the last file.
     /// \throws RTE::FileOpenError, RTE::FileReadError
@@ -45,6 +45,7 @@ private:
     unsigned long long m_frameCount = 0;
     qsizetype m_next = 0;
     unsigned long long m_bytesOfFile = 0;
+    QString m_fileName;
     QFile m_file;
     std::vector<unsigned char> m_frame;
 };

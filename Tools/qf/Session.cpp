@@ -34,6 +34,8 @@ void Session::listenToInterrupts()
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+    // A limit on the size of files then is an error like a full disk, after which nothing half stays.
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool Session::isStopRequested() noexcept

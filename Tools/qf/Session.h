@@ -51,6 +51,7 @@ class Session
 {
 public:
     /// From now on SIGINT and SIGTERM ask to stop; a second one ends the process at once.
+    /// Files that grow beyond a limit are errors.
     static void listenToInterrupts();
     [[nodiscard]] static bool isStopRequested() noexcept;
     /// \throws InterruptedError when the user asked to stop
