@@ -221,7 +221,14 @@ TEST_F(DiffCommand, tellsTroubleFromDifference)
          "qf diff: --ignore: colour not in {name,attributes,scales,masks,type}\nSee 'qf diff --help'."},
     });
     EXPECT_EQ(qf("diff good.qfi bad.qfi").exitCode, 2);
-    EXPECT_EQ(qf("diff good.qfi good.qfi --tolerance -1").exitCode, 2);
+    for (const char* tolerance : {"-1", "nan", "inf", "1mm"}) {
+        const auto run = qf(QStringLiteral("diff good.qfi good.qfi --tolerance %1").arg(tolerance));
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_EQ(run.err,
+                  QStringLiteral("qf diff: --tolerance: '%1' is no distance; write a number from 0 on, "
+                                 "such as 1e-6\nSee 'qf diff --help'.\n")
+                      .arg(tolerance));
+    }
 }
 
 } // namespace

@@ -13,6 +13,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cmath>
+
 namespace Qf
 {
 
@@ -165,7 +167,12 @@ int diff(const DiffOptions& options, Session& session)
 void addTolerance(CLI::App& command, const std::string& name, std::optional<double>& value,
                   const std::string& description)
 {
-    command.add_option(name, value, description)->type_name("NUMBER")->check(CLI::NonNegativeNumber);
+    const auto read = [&value](const std::string& text) {
+        return readWhole(text, value.emplace()) && *value >= 0 && std::isfinite(*value)
+                   ? std::string()
+                   : "'" + text + "' is no distance; write a number from 0 on, such as 1e-6";
+    };
+    addParsed(command, name, description, read, "NUMBER");
 }
 
 } // namespace
