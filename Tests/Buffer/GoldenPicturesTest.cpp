@@ -5,6 +5,10 @@
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Raises.h"
 
+#include <QTemporaryDir>
+
+#include <cstring>
+
 namespace
 {
 
@@ -220,6 +224,48 @@ TEST(GoldenPicturesOfSeveralKinds, GiveEachFrameItsOwn)
     ASSERT_EQ(pgm->GetFrameCount(), 2U);
     expectFrame(*pgm->GetFrame(0), {"", BufferApi::DT_BYTE, byte}, 0);
     expectFrame(*pgm->GetFrame(1), {"", BufferApi::DT_WORD, word}, 0);
+}
+
+TEST(GoldenPicturesOfMicroscopes, GiveEachSeriesItsOwnScales)
+{
+    const auto pages = readGolden("pages.ome.tif");
+    for (unsigned int i = 0; i < 5; ++i) {
+        const Zt::LinearScale usual(Zt::ScalePreset::X);
+        const Zt::LinearScale x(0.05, 0, QStringLiteral("mm"), usual.getDescription());
+        EXPECT_EQ(pages->GetFrame(i)->GetScaleX(), i < 3 ? x : usual) << i;
+        EXPECT_EQ(pages->GetFrame(i)->GetScaleY(), Zt::LinearScale(Zt::ScalePreset::Y)) << i;
+    }
+}
+
+TEST(GoldenPicturesOfMicroscopes, BelieveWhatTheDescriptionSaysAndNoMore)
+{
+    const Zt::LinearScale none(Zt::ScalePreset::X);
+    const auto scale = [&](const char* unit) {
+        return Zt::LinearScale(0.05, 0, QString::fromUtf8(unit), none.getDescription());
+    };
+    const struct
+    {
+        const char* text;
+        const char* other;
+        Zt::LinearScale x;
+    } cases[] = {{"SizeXUnit=\"mm\"", "SizeXUnit=\"in\"", scale("in")},
+                 {"PhysicalSizeXUnit", "PhysicalSizeQUnit", scale("\xC2\xB5m")},
+                 {"SizeXUnit=\"mm\"", "SizeXUnit=\"px\"", none},
+                 {"SizeX=\"0.05\"", "SizeX=\"-.05\"", none},
+                 {"</OME>", "<!OME>", none},
+                 {"IFD=\"0\"", "IFD=\"9\"", none}};
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("changed.tif"));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.other);
+        QByteArray content = TestSupport::contentOf(TestSupport::goldenFile("pages.ome.tif"));
+        const auto at = content.indexOf(c.text);
+        ASSERT_GE(at, 0);
+        content.replace(at, static_cast<qsizetype>(std::strlen(c.other)), c.other);
+        TestSupport::writeContent(path, content);
+        const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::ImportBuffer(path));
+        EXPECT_EQ(buffer->GetFrame(0)->GetScaleX(), c.x);
+    }
 }
 
 TEST(GoldenPicturesThatNoFrameHolds, AreRefusedWithAReason)

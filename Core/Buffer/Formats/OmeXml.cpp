@@ -163,6 +163,113 @@ void OmeWriter::writeRecord(const QByteArray& record)
     m_xml.writeCharacters(QString::fromLatin1(record));
 }
 
+/// Finds out which scales the images of a description give to which pages.
+class OmeReader
+{
+public:
+    OmeReader(const QByteArray& xml, std::size_t pages) : m_xml(xml), m_scales(pages) {}
+
+    [[nodiscard]] std::vector<std::shared_ptr<const OmeScales>> read();
+
+private:
+    void readPixels();
+    void readPages(const std::shared_ptr<const OmeScales>& scales);
+    void set(const std::shared_ptr<const OmeScales>& scales, unsigned long long first,
+             unsigned long long count);
+    [[nodiscard]] std::optional<Zt::LinearScale> scale(const char* axis, Zt::ScalePreset preset) const;
+    [[nodiscard]] QString attribute(const QByteArray& name) const
+    {
+        return m_xml.attributes().value(QLatin1String(name)).toString();
+    }
+    [[nodiscard]] bool isAt(const char* element) const { return m_xml.name() == QLatin1String(element); }
+
+    QXmlStreamReader m_xml;
+    /// Of this file, among several that the description may be about.
+    QString m_uuid;
+    std::vector<std::shared_ptr<const OmeScales>> m_scales;
+};
+
+std::vector<std::shared_ptr<const OmeScales>> OmeReader::read()
+{
+    while (!m_xml.atEnd()) {
+        if (m_xml.readNext() != QXmlStreamReader::StartElement) {
+            continue;
+        }
+        if (isAt("OME")) {
+            m_uuid = attribute("UUID");
+        } else if (isAt("Pixels")) {
+            readPixels();
+        }
+    }
+    // Half a text may lack what it would have said of later pages.
+    if (m_xml.hasError()) {
+        m_scales.assign(m_scales.size(), nullptr);
+    }
+    return std::move(m_scales);
+}
+
+void OmeReader::readPixels()
+{
+    const auto scales = std::make_shared<const OmeScales>(OmeScales{
+        scale("X", Zt::ScalePreset::X), scale("Y", Zt::ScalePreset::Y), scale("Z", Zt::ScalePreset::Z)});
+    bool areListed = false;
+    while (m_xml.readNextStartElement()) {
+        if (isAt("TiffData")) {
+            areListed = true;
+            readPages(scales);
+        } else {
+            m_xml.skipCurrentElement();
+        }
+    }
+    if (!areListed) {
+        set(scales, 0, m_scales.size());
+    }
+}
+
+void OmeReader::readPages(const std::shared_ptr<const OmeScales>& scales)
+{
+    const QString first = attribute("IFD");
+    const QString count = attribute("PlaneCount");
+    bool isHere = true;
+    while (m_xml.readNextStartElement()) {
+        if (isAt("UUID")) {
+            const QString uuid = m_xml.readElementText();
+            isHere = m_uuid.isEmpty() || uuid == m_uuid;
+        } else {
+            m_xml.skipCurrentElement();
+        }
+    }
+    if (isHere) {
+        const unsigned long long usual = first.isEmpty() ? m_scales.size() : 1;
+        set(scales, first.toULongLong(), count.isEmpty() ? usual : count.toULongLong());
+    }
+}
+
+void OmeReader::set(const std::shared_ptr<const OmeScales>& scales, unsigned long long first,
+                    unsigned long long count)
+{
+    const unsigned long long begin = std::min<unsigned long long>(first, m_scales.size());
+    const unsigned long long end = begin + std::min<unsigned long long>(count, m_scales.size() - begin);
+    std::fill(m_scales.begin() + static_cast<std::ptrdiff_t>(begin),
+              m_scales.begin() + static_cast<std::ptrdiff_t>(end), scales);
+}
+
+std::optional<Zt::LinearScale> OmeReader::scale(const char* axis, Zt::ScalePreset preset) const
+{
+    const QByteArray name = QByteArray("PhysicalSize") + axis;
+    const double size = attribute(name).toDouble();
+    const QString unit = m_xml.attributes().hasAttribute(QLatin1String(name + "Unit"))
+                             ? attribute(name + "Unit")
+                             : QStringLiteral("\u00B5m");
+    const auto* found = std::find_if(std::begin(lengths), std::end(lengths), [&unit](const Length& length) {
+        return unit == QString::fromUtf16(length.ome);
+    });
+    if (!std::isnormal(size) || size < 0 || found == std::end(lengths)) {
+        return {};
+    }
+    return Zt::LinearScale(size, 0, unit, Zt::LinearScale(preset).getDescription());
+}
+
 QByteArray recordIn(const QByteArray& xml)
 {
     QXmlStreamReader reader(xml);
@@ -197,6 +304,13 @@ QByteArray omeXml(const std::vector<OmeImage>& images, const QString& name, cons
         }
     }
     return ascii;
+}
+
+std::vector<std::shared_ptr<const OmeScales>> scalesOfOmeXml(const QByteArray& xml, std::size_t pages)
+{
+    return xml.contains("openmicroscopy.org/Schemas/OME/")
+               ? OmeReader(xml, pages).read()
+               : std::vector<std::shared_ptr<const OmeScales>>(pages);
 }
 
 QByteArray recordOfOmeXml(const QByteArray& xml)

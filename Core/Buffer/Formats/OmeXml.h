@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -34,6 +35,19 @@ struct OmeImage
 /// with our own record among its annotations. Format: http://www.openmicroscopy.org/Schemas/OME/2016-06
 [[nodiscard]] QByteArray omeXml(const std::vector<OmeImage>& images, const QString& name,
                                 const QByteArray& record);
+
+/// What a description tells of the axes of an image; nothing where it gives no length.
+struct OmeScales
+{
+    std::optional<Zt::LinearScale> x;
+    std::optional<Zt::LinearScale> y;
+    std::optional<Zt::LinearScale> z;
+};
+
+/// The scales of each page by a description that another program wrote; null for pages of which it tells
+/// nothing.
+[[nodiscard]] std::vector<std::shared_ptr<const OmeScales>> scalesOfOmeXml(const QByteArray& xml,
+                                                                           std::size_t pages);
 
 /// Our own record; empty when the text has none.
 [[nodiscard]] QByteArray recordOfOmeXml(const QByteArray& xml);

@@ -137,6 +137,19 @@ private:
     unsigned int m_height;
 };
 
+void applyScales(const OmeScales& scales, I_Frame& frame)
+{
+    if (scales.x) {
+        frame.SetScaleX(*scales.x);
+    }
+    if (scales.y) {
+        frame.SetScaleY(*scales.y);
+    }
+    if (scales.z) {
+        frame.SetScaleZ(*scales.z);
+    }
+}
+
 /// The pages as frames, with what our own record tells of them: without it each page is a frame.
 class TiffFrames : public FrameSource
 {
@@ -148,9 +161,12 @@ public:
         library.openDirectory(m_directories.front());
         // A file of one page, the most common, proves here whether it can be taken.
         static_cast<void>(readTiffPage(library));
-        const QByteArray text = recordOfOmeXml(library.field<const char*>(TIFFTAG_IMAGEDESCRIPTION, nullptr));
+        const QByteArray description = library.field<const char*>(TIFFTAG_IMAGEDESCRIPTION, nullptr);
+        const QByteArray text = recordOfOmeXml(description);
         if (!text.isEmpty()) {
             m_record.emplace(text, path);
+        } else {
+            m_scales = scalesOfOmeXml(description, m_directories.size());
         }
         // Another program added or removed pages: nobody knows any more which frame the record tells of.
         if (m_record && m_record->planeCount() != m_directories.size()) {
@@ -178,6 +194,8 @@ public:
         auto frame = lazyImageFrame(page.type, page.width, page.height, std::move(planes));
         if (m_record) {
             m_record->applyTo(*frame, index);
+        } else if (!m_scales.empty() && m_scales[index]) {
+            applyScales(*m_scales[index], *frame);
         }
         return frame;
     }
@@ -200,6 +218,8 @@ private:
     std::shared_ptr<const InputFile> m_file;
     std::vector<unsigned long long> m_directories;
     std::optional<FrameRecord> m_record;
+    /// Of each page, when another program described them.
+    std::vector<std::shared_ptr<const OmeScales>> m_scales;
 };
 
 } // namespace
