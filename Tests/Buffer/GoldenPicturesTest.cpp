@@ -276,6 +276,7 @@ TEST(GoldenPicturesThatNoFrameHolds, AreRefusedWithAReason)
         {"rgba-transparent.png", "it has transparent pixels"},
         {"rgba-transparent.tif", "it has transparent pixels"},
         {"u64-refused.tif", "gray unsigned samples of 64 bits are not supported"},
+        {"u8-rle-refused.bmp", "compressed bitmaps (kind 1) are not supported; save it without compression"},
         {"u8-lzma-refused.tif", "compression LZMA is not supported; save it with deflate or LZW"}};
     for (const auto& [file, reason] : reasons) {
         SCOPED_TRACE(file);

@@ -142,7 +142,9 @@ void readChannels(const InputFile& file, const Headers& headers, Layout& layout)
         layout.green = Channel(headers.dword(58));
         layout.blue = Channel(headers.dword(62));
     } else if (compression != noCompression) {
-        file.refuse(QStringLiteral("compression %1 of bitmaps is not supported").arg(compression));
+        file.refuse(
+            QStringLiteral("compressed bitmaps (kind %1) are not supported; save it without compression")
+                .arg(compression));
     } else if (layout.bits == 16) {
         layout.red = Channel(0x7C00);
         layout.green = Channel(0x03E0);
