@@ -346,14 +346,17 @@ TEST_F(CommandLine, stopsWaitingForAPipeThatNobodyWritesTo)
 {
     ASSERT_EQ(mkfifo(path("camera.pipe").toUtf8().constData(), 0600), 0);
     const std::string before = files();
-    QProcess process;
-    process.setWorkingDirectory(path("."));
-    process.start(QF_PROGRAM, {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "camera.pipe"});
-    EXPECT_FALSE(process.waitForFinished(300));
-    ::kill(static_cast<pid_t>(process.processId()), SIGTERM);
-    ASSERT_TRUE(process.waitForFinished(20000));
-    EXPECT_EQ(process.exitCode(), 130);
-    EXPECT_EQ(files(), before);
+    for (const int signal : {SIGTERM, SIGHUP}) {
+        QProcess process;
+        process.setWorkingDirectory(path("."));
+        process.start(QF_PROGRAM, {"decode", "-f", "mono-12p", "-s", "4x2", "-o", "new.qfi", "camera.pipe"});
+        EXPECT_FALSE(process.waitForFinished(300));
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished(20000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(process.exitCode(), 130);
+        EXPECT_EQ(files(), before);
+    }
 }
 
 TEST_F(CommandLine, refusesAPipeThatEndsWithinAFrame)

@@ -34,6 +34,12 @@ void Session::listenToInterrupts()
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+    // The terminal is gone, which `nohup` had made of no account.
+    struct sigaction before = {};
+    sigaction(SIGHUP, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) {
+        sigaction(SIGHUP, &action, nullptr);
+    }
     // A limit on the size of files then is an error like a full disk, after which nothing half stays.
     std::signal(SIGXFSZ, SIG_IGN);
 }

@@ -50,7 +50,7 @@ public:
 class Session
 {
 public:
-    /// From now on SIGINT and SIGTERM ask to stop; a second one ends the process at once.
+    /// From now on SIGINT, SIGTERM and SIGHUP ask to stop; a second one ends the process at once.
     /// Files that grow beyond a limit are errors.
     static void listenToInterrupts();
     [[nodiscard]] static bool isStopRequested() noexcept;
