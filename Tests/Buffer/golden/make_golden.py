@@ -203,7 +203,7 @@ def make_bmp():
     Image.fromarray(rgb()).save(FOLDER / "rgb.bmp")
     Image.fromarray(np.dstack([rgb(), np.full((7, 13), 255, "u1")])).save(FOLDER / "rgb32.bmp")
     magick("u4.bmp", bits(4), "-depth", "4", "-colors", "16", "-type", "palette", maximum=15)
-    magick("u8-rle-refused.bmp", u8(), "-compress", "RLE")
+    magick("u8-rle-refused.bmp", u8(), "-type", "palette", "-compress", "RLE", maximum=255)
     content = bytearray((FOLDER / "u8.bmp").read_bytes())
     start = struct.unpack_from("<I", content, 10)[0]
     rows = [content[start + 16 * y:start + 16 * y + 16] for y in range(7)]
