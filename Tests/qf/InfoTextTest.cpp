@@ -85,6 +85,15 @@ TEST(InfoText, tellsVectors)
     EXPECT_EQ(json["grid"].toArray().at(0).toInt(), 16);
 }
 
+TEST(InfoText, writesJsonThatEveryReaderTakes)
+{
+    const std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());
+    buffer->SetName(QChar(0xD83D) + QStringLiteral("\\ud83d \x01 ") + QString::fromUtf8("\xF0\x9F\x98\x80") +
+                    QChar(0xDE00));
+    EXPECT_THAT(Qf::infoJson({infoOf(*buffer)}).toStdString(),
+                testing::HasSubstr("\"\\ufffd\\\\ud83d \\u0001 \xF0\x9F\x98\x80\\ufffd\""));
+}
+
 TEST(InfoText, countsWhatIsNoNumberApart)
 {
     const std::unique_ptr<I_Buffer> buffer(BufferApi::CreateBuffer());

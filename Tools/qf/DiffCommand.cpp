@@ -4,6 +4,7 @@
 #include "Tools/qf/Arguments.h"
 #include "Tools/qf/BufferDifference.h"
 #include "Tools/qf/FrameSlice.h"
+#include "Tools/qf/JsonText.h"
 #include "Tools/qf/ProgressBar.h"
 #include "Tools/qf/ReadAhead.h"
 
@@ -128,12 +129,11 @@ private:
     void finish(std::size_t frameCount) const
     {
         if (m_options.json) {
-            Session::print(
-                QString::fromUtf8(QJsonDocument(QJsonObject{{QStringLiteral("a"), m_pathA},
-                                                            {QStringLiteral("b"), m_pathB},
-                                                            {QStringLiteral("same"), !m_isDifferent},
-                                                            {QStringLiteral("differences"), m_differences}})
-                                      .toJson()));
+            Session::print(QString::fromUtf8(
+                portableJson(QJsonDocument(QJsonObject{{QStringLiteral("a"), m_pathA},
+                                                       {QStringLiteral("b"), m_pathB},
+                                                       {QStringLiteral("same"), !m_isDifferent},
+                                                       {QStringLiteral("differences"), m_differences}}))));
         } else if (m_options.brief && m_isDifferent) {
             Session::print(QStringLiteral("%1 and %2 differ\n").arg(printable(m_pathA), printable(m_pathB)));
         } else if (!m_isDifferent) {

@@ -2,6 +2,7 @@
 #include "Tools/qf/FormatsCommand.h"
 
 #include "Tools/qf/Arguments.h"
+#include "Tools/qf/JsonText.h"
 #include "Tools/qf/TextTable.h"
 
 #include "Core/Buffer/KnownFormats.h"
@@ -55,8 +56,8 @@ QString formatsJson()
                         {QStringLiteral("checksums"), format.hasChecksums}});
     }
     const QJsonArray raw = QJsonArray::fromStringList(DataObjects::FrameDecoder::frameDecoders().ids());
-    return QString::fromUtf8(
-        QJsonDocument(QJsonObject{{QStringLiteral("files"), files}, {QStringLiteral("raw"), raw}}).toJson());
+    return QString::fromUtf8(portableJson(
+        QJsonDocument(QJsonObject{{QStringLiteral("files"), files}, {QStringLiteral("raw"), raw}})));
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Tools/qf/InfoText.h"
 
+#include "Tools/qf/JsonText.h"
+
 #include "Core/Buffer/NameText.h"
 
 #include <QJsonArray>
@@ -136,7 +138,7 @@ QString infoJson(const std::vector<FileInfo>& infos)
     for (const FileInfo& info : infos) {
         array.append(toJson(info));
     }
-    return QString::fromUtf8(QJsonDocument(array).toJson());
+    return QString::fromUtf8(portableJson(QJsonDocument(array)));
 }
 
 } // namespace Qf

@@ -2,6 +2,7 @@
 #include "Tools/qf/PlaneText.h"
 
 #include "Tools/qf/BufferSummary.h"
+#include "Tools/qf/JsonText.h"
 #include "Tools/qf/NumberText.h"
 #include "Tools/qf/PlaneValues.h"
 #include "Tools/qf/Session.h"
@@ -93,7 +94,7 @@ QByteArray jsonHead(const PlaneExcerpt& excerpt)
                            {QStringLiteral("factor"), scale.getFactor()},
                            {QStringLiteral("offset"), scale.getOffset()},
                            {QStringLiteral("unit"), scale.getUnit()}};
-    QByteArray text = QJsonDocument(head).toJson(QJsonDocument::Compact);
+    QByteArray text = portableJson(QJsonDocument(head), QJsonDocument::Compact);
     text.chop(1);
     return text;
 }

@@ -2,6 +2,7 @@
 #include "Tools/qf/VerifyCommand.h"
 
 #include "Tools/qf/Arguments.h"
+#include "Tools/qf/JsonText.h"
 #include "Tools/qf/PlaneValues.h"
 #include "Tools/qf/ProgressBar.h"
 #include "Tools/qf/ReadAhead.h"
@@ -207,7 +208,7 @@ int verifyAll(const VerifyOptions& options, Session& session)
     }
     session.workOn({});
     if (options.json) {
-        Session::print(QString::fromUtf8(QJsonDocument(reports).toJson()));
+        Session::print(QString::fromUtf8(portableJson(QJsonDocument(reports))));
     }
     return worst;
 }
