@@ -12,6 +12,7 @@
 #include <hdf5.h>
 
 #include <atomic>
+#include <malloc.h>
 #include <thread>
 
 namespace
@@ -90,6 +91,26 @@ TEST_F(NativeFile, WorksOnWhenTheApplicationClosesHdf5)
         exportTo(*buffer, path(), packed);
         EXPECT_TRUE(buffersEqual(*import(path()), *buffer));
         ASSERT_GE(H5close(), 0);
+    }
+}
+
+TEST_F(NativeFile, NeitherShowsNorUsesWhatMemoryHeldBefore)
+{
+    for (const SampleBuffer& sample : TestSupport::sampleBuffers()) {
+        const BufferPointer buffer = sample.make();
+        for (const int packType : {packed, unpacked}) {
+            SCOPED_TRACE(sample.name + std::to_string(packType));
+            QByteArray contents[2];
+            for (const int round : {0, 1}) {
+                // What is allocated and what is freed is filled with other bytes each time.
+                mallopt(M_PERTURB, round == 0 ? 0x55 : 0xA9);
+                exportTo(*buffer, path(), packType);
+                EXPECT_TRUE(buffersEqual(*import(path()), *buffer));
+                mallopt(M_PERTURB, 0);
+                contents[round] = contentOf(path());
+            }
+            EXPECT_EQ(contents[0], contents[1]);
+        }
     }
 }
 

@@ -64,7 +64,8 @@ Handle accessProperties(const FileContext& file, const std::shared_ptr<FileBytes
         checkedHandle(file, "file access", H5Pclose, [] { return H5Pcreate(H5P_FILE_ACCESS); });
     checked(file, "file access", [&] {
         const hid_t id = properties.get();
-        return std::min(H5Pset_libver_bounds(id, H5F_LIBVER_V110, H5F_LIBVER_V110), useBytes(id, bytes));
+        return std::min(H5Pset_libver_bounds(id, H5F_LIBVER_V110, H5F_LIBVER_V110),
+                        useBytes(id, file.shared().driver.get(), bytes));
     });
     return properties;
 }
@@ -119,7 +120,8 @@ Handle openRoot(const FileContext& context, const Handle& file)
 } // namespace
 
 SharedObjects::SharedObjects(const FileContext& file)
-    : datasetAccess(
+    : driver(checkedHandle(file, "driver", H5FDunregister, registerDriver)),
+      datasetAccess(
           checkedHandle(file, "dataset access", H5Pclose, [] { return H5Pcreate(H5P_DATASET_ACCESS); })),
       scalarSpace(checkedHandle(file, "space", H5Sclose, [] { return H5Screate(H5S_SCALAR); })),
       text(checkedHandle(file, "text", H5Tclose, [] { return H5Tcopy(H5T_C_S1); }))

@@ -170,13 +170,15 @@ bool InputBytes::read(unsigned long long offset, void* destination, unsigned lon
     return m_failure.isNull();
 }
 
-herr_t useBytes(hid_t accessProperties, const BytesPointer& bytes)
+hid_t registerDriver()
 {
     static const H5FD_class_t driver = makeClass();
-    // Anew each time, as the application may have closed the library meanwhile; the properties keep it.
-    const hid_t id = H5FDregister(&driver);
-    const herr_t result = H5Pset_driver(accessProperties, id, &bytes);
-    return std::min(result, H5FDunregister(id));
+    return H5FDregister(&driver);
+}
+
+herr_t useBytes(hid_t accessProperties, hid_t driver, const BytesPointer& bytes)
+{
+    return H5Pset_driver(accessProperties, driver, &bytes);
 }
 
 } // namespace BufferApi::Hdf5

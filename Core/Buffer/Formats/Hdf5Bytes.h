@@ -88,9 +88,12 @@ private:
     std::optional<FilePiece> m_place;
 };
 
+/// Makes our driver known to the library; it leaves no trace in a file. The identifier is to outlive the
+/// files: the library frees a driver with its last reference, and when it closes a file it gives its own away
+/// before it calls the driver. To be called under the library's lock, as `useBytes`.
+[[nodiscard]] hid_t registerDriver();
 /// Lets the files that are opened or made with these properties have their bytes here, which they and the
-/// properties share from now on. The driver leaves no trace in the file. To be called under the library's
-/// lock.
-[[nodiscard]] herr_t useBytes(hid_t accessProperties, const std::shared_ptr<FileBytes>& bytes);
+/// properties share from now on.
+[[nodiscard]] herr_t useBytes(hid_t accessProperties, hid_t driver, const std::shared_ptr<FileBytes>& bytes);
 
 } // namespace BufferApi::Hdf5

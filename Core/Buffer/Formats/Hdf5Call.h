@@ -114,6 +114,7 @@ struct SharedObjects
 {
     explicit SharedObjects(const FileContext& file);
 
+    Handle driver;
     /// Chunks pass by the library's cache, so none is set aside for them.
     Handle datasetAccess;
     Handle scalarSpace;
