@@ -143,11 +143,11 @@ std::optional<PlacedChunk> Dataset::tryFindChunk(const Extents& offset) const
 {
     const Serial serial;
     std::optional<PlacedChunk> chunk;
-    if (lookUp(offset, chunk) >= 0) {
+    const herr_t result = lookUp(offset, chunk);
+    if (m_file->takeFailure().isNull() && result >= 0) {
         return chunk;
     }
-    static_cast<void>(m_file->takeFailure());
-    H5Eclear2(H5E_DEFAULT);
+    static_cast<void>(failureReason());
     return {};
 }
 

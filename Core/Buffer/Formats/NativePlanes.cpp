@@ -280,37 +280,31 @@ std::vector<Hdf5::PlacedChunk> PlaneReader::findChunks(const PlanePosition& posi
     m_next = plane + 1;
     if (plane - m_firstFound >= m_found.size()) {
         std::vector<Hdf5::PlacedChunk> chunks;
-        for (const Hdf5::Extents& offset : chunkOffsets(position)) {
-            chunks.push_back(checkedChunk(m_dataset, offset, m_file->bytes));
+        for (unsigned long long y = 0; y < rowsInChunks(); y += m_chunkRows) {
+            chunks.push_back(checkedChunk(m_dataset, m_geometry.offset(position, y), m_file->bytes));
         }
         m_found.assign(1, std::move(chunks));
         m_firstFound = plane;
-        if (isNext) {
-            findAhead(plane + 1);
-        }
+        m_ahead = isNext ? std::min(chunksAtOnce, 2 * std::max(1ULL, m_ahead)) : 0;
+        findAhead(plane + 1);
     }
     return m_found[plane - m_firstFound];
 }
 
-std::vector<Hdf5::Extents> PlaneReader::chunkOffsets(const PlanePosition& position) const
+unsigned long long PlaneReader::rowsInChunks() const noexcept
 {
     const ComponentStructure& component = m_geometry.component();
-    std::vector<Hdf5::Extents> offsets;
-    if (m_chunkRows > 0 && component.width > 0) {
-        for (unsigned long long y = 0; y < component.height; y += m_chunkRows) {
-            offsets.push_back(m_geometry.offset(position, y));
-        }
-    }
-    return offsets;
+    return m_chunkRows > 0 && component.width > 0 ? component.height : 0;
 }
 
 void PlaneReader::findAhead(unsigned long long plane) const
 {
     const unsigned long long end = m_geometry.indexOf({rows(), 0, 0});
-    for (unsigned long long count = m_found[0].size(); count < chunksAtOnce && plane < end; ++plane) {
+    for (unsigned long long count = 0; count < m_ahead && plane < end; ++plane) {
+        const PlanePosition position = m_geometry.positionOf(plane);
         std::vector<Hdf5::PlacedChunk> chunks;
-        for (const Hdf5::Extents& offset : chunkOffsets(m_geometry.positionOf(plane))) {
-            const auto chunk = m_dataset.tryFindChunk(offset);
+        for (unsigned long long y = 0; y < rowsInChunks(); y += m_chunkRows) {
+            const auto chunk = m_dataset.tryFindChunk(m_geometry.offset(position, y));
             if (!chunk || !hasPossibleSize(m_dataset, *chunk, m_file->bytes)) {
                 return;
             }

@@ -114,11 +114,13 @@ private:
     void checkChunks();
     /// The chunks of a plane; none when they are read through HDF5's own filters.
     ///
-    /// Once two planes in turn were asked for, the chunks of the next ones are found with them: after a plane
-    /// HDF5's code has left the cache, and what comes second takes a tenth of the time.
+    /// Once two planes in turn were asked for, the chunks of the next ones are found with them, twice as many
+    /// each time: after a plane HDF5's code has left the cache, and what comes second takes a tenth of the
+    /// time. Who takes the few planes of a frame from here and there pays for no more than these.
     [[nodiscard]] std::vector<Hdf5::PlacedChunk> findChunks(const PlanePosition& position) const;
-    [[nodiscard]] std::vector<Hdf5::Extents> chunkOffsets(const PlanePosition& position) const;
-    /// Adds the chunks of the planes from this one on, as far as they are found.
+    /// Rows of a plane that are found by chunks; 0 when there are no pixels, or HDF5's filters read them.
+    [[nodiscard]] unsigned long long rowsInChunks() const noexcept;
+    /// Adds `m_ahead` chunks of the planes from this one on, as far as they are found.
     void findAhead(unsigned long long plane) const;
     /// Where the values of a chunk go to.
     struct Target
@@ -145,6 +147,7 @@ private:
     /// Chunks of planes that follow each other; these are used under the lock of HDF5.
     mutable std::vector<std::vector<Hdf5::PlacedChunk>> m_found;
     mutable unsigned long long m_firstFound = 0;
+    mutable unsigned long long m_ahead = 0;
     mutable std::optional<unsigned long long> m_next;
 };
 
