@@ -292,6 +292,8 @@ class NativeFileTest(unittest.TestCase):
             "long pixels": (replace("PIXEL", shape=(5, 1, 600, 640), dtype="i8"), "unsupported element"),
             "fractions of frames": (replace("frame", shape=(5,), dtype="f8"), "does not hold integers"),
             "another rank": (replace("PIXEL", shape=(5, 600, 640), dtype="u2"), "3 dimensions where 4 are due"),
+            "a row to a chunk": (replace("PIXEL", shape=(5, 1, 10**8, 1), dtype="u1", chunks=(1, 1, 1, 1),
+                                         compression="gzip"), "a part of the data is missing"),
             "text for pixels": (replace("PIXEL", shape=(5, 1, 600, 640), dtype="S2"), "unsupported element"),
             "many planes": (attribute("/", "qf_size", [640, 600, 1 << 31]), "not those of the frames"),
             "many choices": (attribute("/", "qf_choices", (1 << 32) - 1), "impossible number of choices"),
