@@ -7,6 +7,7 @@ import glob
 import json
 import math
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -19,10 +20,15 @@ def run(*arguments):
     return subprocess.run(arguments, check=True, capture_output=True).stdout
 
 
+def printed(text):
+    """As qf prints texts: half a character, which JSON cannot hold, is replaced."""
+    return re.sub("[\ud800-\udfff]", "\ufffd", text)
+
+
 def listed(value):
     """As qf prints values: lists, colours as red, green, blue, null for what is no number."""
     if isinstance(value, str):
-        return value
+        return printed(value)
     values = numpy.atleast_1d([] if value is None else value)
     if values.dtype.names:
         values = numpy.stack([values[name] for name in ("red", "green", "blue")], -1)
@@ -31,11 +37,12 @@ def listed(value):
 
 def scale(values):
     factor, offset = listed([values.factor, values.offset])
-    return {"factor": factor, "offset": offset, "unit": values.unit, "description": values.description}
+    return {"factor": factor, "offset": offset, "unit": printed(values.unit),
+            "description": printed(values.description)}
 
 
 def described(attributes):
-    return {name: listed(value) for name, value in attributes.items()}
+    return {printed(name): listed(value) for name, value in attributes.items()}
 
 
 class ReadNativeTest(unittest.TestCase):
@@ -49,7 +56,7 @@ class ReadNativeTest(unittest.TestCase):
     def check(self, path):
         name, attributes, frames = read_native.read(path)
         theirs = json.loads(run(QF, "info", "-v", "--json", path))[0]
-        self.assertEqual(name, theirs["name"])
+        self.assertEqual(printed(name), theirs["name"])
         self.assertEqual(described(attributes), theirs["attributes"])
         self.assertEqual(len(frames), len(theirs["frames"]))
         for index, (frame, their) in enumerate(zip(frames, theirs["frames"])):
