@@ -290,9 +290,9 @@ QByteArray golden(const char* name)
     return TestSupport::contentOf(TestSupport::goldenFile(name));
 }
 
-QByteArray bitmap(quint32 width, quint32 height)
+QByteArray bitmap(quint32 width, quint32 height, const char* name = "rgb.bmp")
 {
-    return golden("rgb.bmp").replace(18, 4, little(width)).replace(22, 4, little(height));
+    return golden(name).replace(18, 4, little(width)).replace(22, 4, little(height));
 }
 
 /// With a header whose checksum is right.
@@ -347,6 +347,7 @@ TEST_F(FileFaults, PicturesThatPromiseTooMuchAreRefusedBeforeMemoryIsTaken)
         {"PGM, digits", QStringLiteral("pgm"), "P5 99999999999999999999 1 255\nx",
          QStringLiteral("is damaged")},
         {"BMP", QStringLiteral("bmp"), bitmap(huge, huge), ends},
+        {"BMP, runs", QStringLiteral("bmp"), bitmap(60000, 60000, "u8-rle.bmp"), ends},
         {"BMP, upside down", QStringLiteral("bmp"), bitmap(1, 0x80000000), ends},
         {"BMP, negative", QStringLiteral("bmp"), bitmap(0xFFFFFFFF, 1), QStringLiteral("damaged")},
         {"PNG", QStringLiteral("png"), png(60000, 60000), QStringLiteral("too small for 60000 x 60000")},

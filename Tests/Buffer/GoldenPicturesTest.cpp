@@ -143,6 +143,7 @@ const std::vector<Golden> pictures = {{"f32-big.tif", BufferApi::DT_FLOAT, eight
                                       {"u32-deflate-predictor-big.tif", BufferApi::DT_UINT32, spread, 37, 19},
                                       {"u32.tif", BufferApi::DT_UINT32, spread},
                                       {"u4-interlaced.png", BufferApi::DT_BYTE, unsignedBits<4, 17>},
+                                      {"u4-rle.bmp", BufferApi::DT_BYTE, unsignedBits<4, 17>},
                                       {"u4.bmp", BufferApi::DT_BYTE, unsignedBits<4, 17>},
                                       {"u4.png", BufferApi::DT_BYTE, unsignedBits<4, 17>},
                                       {"u4.tif", BufferApi::DT_BYTE, unsignedBits<4>},
@@ -150,6 +151,7 @@ const std::vector<Golden> pictures = {{"f32-big.tif", BufferApi::DT_FLOAT, eight
                                       {"u8-inverted.tif", BufferApi::DT_BYTE, byte},
                                       {"u8-lzw.tif", BufferApi::DT_BYTE, byte, 37, 19},
                                       {"u8-packbits.tif", BufferApi::DT_BYTE, byte, 37, 19},
+                                      {"u8-rle.bmp", BufferApi::DT_BYTE, byte},
                                       {"u8-topdown.bmp", BufferApi::DT_BYTE, byte},
                                       {"u8.bmp", BufferApi::DT_BYTE, byte},
                                       {"u8.pgm", BufferApi::DT_BYTE, byte},
@@ -276,7 +278,6 @@ TEST(GoldenPicturesThatNoFrameHolds, AreRefusedWithAReason)
         {"rgba-transparent.png", "it has transparent pixels"},
         {"rgba-transparent.tif", "it has transparent pixels"},
         {"u64-refused.tif", "gray unsigned samples of 64 bits are not supported"},
-        {"u8-rle-refused.bmp", "compressed bitmaps (kind 1) are not supported; save it without compression"},
         {"u8-lzma-refused.tif", "compression LZMA is not supported; save it with deflate or LZW"}};
     for (const auto& [file, reason] : reasons) {
         SCOPED_TRACE(file);
@@ -286,6 +287,27 @@ TEST(GoldenPicturesThatNoFrameHolds, AreRefusedWithAReason)
                 const auto buffer = readGolden(name);
                 static_cast<void>(buffer->GetFrame(0)->GetPlane(0, 0)->GetData());
             }));
+    }
+}
+
+TEST(BitmapsOfRuns, AreRefusedWhenTheirCodeIsDamaged)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("damaged.bmp"));
+    constexpr qsizetype height = 22;
+    for (const char* file : {"u4-rle.bmp", "u8-rle.bmp"}) {
+        const QByteArray content = TestSupport::contentOf(TestSupport::goldenFile(file));
+        const QByteArray withoutEnd = content.chopped(2);
+        const QByteArray tooManyRows = QByteArray(content).replace(height, 1, "\6");
+        const QByteArray cutWithin = withoutEnd.chopped(2) + QByteArray("\0\7a", 3);
+        for (const QByteArray& damaged : {withoutEnd, tooManyRows, cutWithin}) {
+            TestSupport::writeContent(path, damaged);
+            EXPECT_TRUE(TestSupport::raises<RTE::FileReadError>(
+                QStringLiteral("Cannot read '%1': the bitmap's runs are damaged").arg(path), [&] {
+                    const std::unique_ptr<BufferApi::I_Buffer> buffer(BufferApi::ImportBuffer(path));
+                    static_cast<void>(buffer->GetFrame(0)->GetPlane(0, 0)->GetData());
+                }));
+        }
     }
 }
 

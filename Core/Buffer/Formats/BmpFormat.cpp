@@ -2,6 +2,7 @@
 #include "Core/Buffer/Formats/BmpFormat.h"
 
 #include "Core/Buffer/BufferApi.h"
+#include "Core/Buffer/Formats/BmpRuns.h"
 #include "Core/Buffer/Formats/ImageFrame.h"
 #include "Core/Buffer/Formats/InputFile.h"
 
@@ -45,6 +46,8 @@ struct Layout
     bool topDown = false;
     unsigned int bits = 0;
     unsigned long long pixels = 0;
+    /// Bytes of run-length coded pixels; 0 when they are not.
+    unsigned long long coded = 0;
     /// Indices that the file's palette lacks are black.
     std::array<RgbQuad, 256> palette{};
     bool grayPalette = false;
@@ -55,6 +58,7 @@ struct Layout
     [[nodiscard]] E_DataType type() const { return grayPalette ? DT_BYTE : DT_RGB; }
     /// Rows are filled up to whole groups of four bytes.
     [[nodiscard]] unsigned long long rowBytes() const { return (1ULL * width * bits + 31) / 32 * 4; }
+    [[nodiscard]] BmpRuns runs() const { return {bits, width, height}; }
 };
 
 /// The fixed part of the headers, whatever their version.
@@ -131,13 +135,20 @@ void readPalette(const InputFile& file, const Headers& headers, Layout& layout)
                                      [](const RgbQuad& c) { return c.blue == c.green && c.green == c.red; });
 }
 
-void readChannels(const InputFile& file, const Headers& headers, Layout& layout)
+void readCompression(const InputFile& file, const Headers& headers, Layout& layout)
 {
     constexpr quint32 noCompression = 0;
+    constexpr quint32 runs8 = 1;
+    constexpr quint32 runs4 = 2;
     constexpr quint32 bitFields = 3;
     constexpr quint32 alphaBitFields = 6;
     const quint32 compression = headers.isCore() ? noCompression : headers.dword(30);
-    if (compression == bitFields || compression == alphaBitFields) {
+    if ((compression == runs8 && layout.bits == 8) || (compression == runs4 && layout.bits == 4)) {
+        layout.coded = file.size() - std::min(file.size(), layout.pixels);
+        if (layout.coded == 0) {
+            file.refuse(QStringLiteral("the file ends before its pixels"));
+        }
+    } else if (compression == bitFields || compression == alphaBitFields) {
         layout.red = Channel(headers.dword(54));
         layout.green = Channel(headers.dword(58));
         layout.blue = Channel(headers.dword(62));
@@ -165,7 +176,7 @@ Layout readLayout(const InputFile& file)
     if (std::find(known.begin(), known.end(), layout.bits) == known.end()) {
         file.refuse(QStringLiteral("bitmaps of %1 bits are not supported").arg(layout.bits));
     }
-    readChannels(file, headers, layout);
+    readCompression(file, headers, layout);
     if (layout.bits <= 8) {
         readPalette(file, headers, layout);
     }
@@ -173,7 +184,9 @@ Layout readLayout(const InputFile& file)
         file.refuse(QStringLiteral("it has no pixels"));
     }
     const unsigned long long left = file.size() - std::min(file.size(), layout.pixels);
-    if (layout.rowBytes() > left / layout.height) {
+    const bool fits =
+        layout.coded != 0 ? layout.runs().fitInto(left) : layout.rowBytes() <= left / layout.height;
+    if (!fits) {
         file.refuse(
             QStringLiteral("the file ends before its %1 x %2 pixels").arg(layout.width).arg(layout.height));
     }
@@ -220,22 +233,54 @@ public:
     void read(void* destination, unsigned long long /*bytes*/) const override
     {
         if (m_layout.type() == DT_BYTE) {
-            readRows(static_cast<unsigned char*>(destination));
+            readPixels(static_cast<unsigned char*>(destination));
         } else {
-            readRows(static_cast<RgbQuad*>(destination));
+            readPixels(static_cast<RgbQuad*>(destination));
         }
     }
 
 private:
+    template <typename T>
+    void readPixels(T* pixels) const
+    {
+        if (m_layout.coded != 0) {
+            readRuns(pixels);
+        } else {
+            readRows(pixels);
+        }
+    }
+
+    template <typename T>
+    void readRuns(T* pixels) const
+    {
+        std::vector<unsigned char> code(m_layout.coded);
+        m_file->read(m_layout.pixels, code.data(), code.size());
+        const std::vector<unsigned char> indices = m_layout.runs().decode(code);
+        if (indices.empty()) {
+            m_file->refuse(QStringLiteral("the bitmap's runs are damaged"));
+        }
+        Layout decoded = m_layout;
+        decoded.bits = 8;
+        for (unsigned int stored = 0; stored < m_layout.height; ++stored) {
+            convertRow(decoded, indices.data() + 1ULL * stored * m_layout.width, rowOf(pixels, stored));
+        }
+    }
+
     template <typename T>
     void readRows(T* pixels) const
     {
         std::vector<unsigned char> row(m_layout.rowBytes());
         for (unsigned int stored = 0; stored < m_layout.height; ++stored) {
             m_file->read(m_layout.pixels + stored * m_layout.rowBytes(), row.data(), row.size());
-            const unsigned int y = m_layout.topDown ? stored : m_layout.height - 1 - stored;
-            convertRow(m_layout, row.data(), pixels + 1ULL * y * m_layout.width);
+            convertRow(m_layout, row.data(), rowOf(pixels, stored));
         }
+    }
+
+    template <typename T>
+    [[nodiscard]] T* rowOf(T* pixels, unsigned int stored) const
+    {
+        const unsigned int y = m_layout.topDown ? stored : m_layout.height - 1 - stored;
+        return pixels + 1ULL * y * m_layout.width;
     }
 
     std::shared_ptr<const InputFile> m_file;

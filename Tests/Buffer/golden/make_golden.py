@@ -203,12 +203,28 @@ def make_bmp():
     Image.fromarray(rgb()).save(FOLDER / "rgb.bmp")
     Image.fromarray(np.dstack([rgb(), np.full((7, 13), 255, "u1")])).save(FOLDER / "rgb32.bmp")
     magick("u4.bmp", bits(4), "-depth", "4", "-colors", "16", "-type", "palette", maximum=15)
-    magick("u8-rle-refused.bmp", u8(), "-type", "palette", "-compress", "RLE", maximum=255)
+    subprocess.run(["convert", FOLDER / "u8.bmp", "-compress", "RLE", f"BMP3:{FOLDER / 'u8-rle.bmp'}"], check=True)
+    make_runs_of_4_bits("u4-rle.bmp")
     content = bytearray((FOLDER / "u8.bmp").read_bytes())
     start = struct.unpack_from("<I", content, 10)[0]
     rows = [content[start + 16 * y:start + 16 * y + 16] for y in range(7)]
     struct.pack_into("<i", content, 22, -7)
     (FOLDER / "u8-topdown.bmp").write_bytes(content[:start] + b"".join(reversed(rows)))
+
+
+def make_runs_of_4_bits(name):
+    """All kinds of code: four pixels as they are, a run of two values, jumps over 0, ends of rows early."""
+    code = b""
+    for row in reversed(bits(4).astype("u1")):
+        code += bytes([0, 4, row[0] << 4 | row[1], row[2] << 4 | row[3], 2, row[4] << 4 | row[5]])
+        for pixel in row[6:]:
+            code += bytes([1, pixel << 4]) if pixel else bytes([0, 2, 1, 0])
+        code += bytes([0, 0])
+    code += bytes([0, 1])
+    header = struct.pack("<IiiHHIIiiII", 40, 13, 7, 1, 4, 2, len(code), 0, 0, 16, 0)
+    colours = b"".join(bytes([17 * i] * 3 + [0]) for i in range(16))
+    start = 14 + len(header) + len(colours)
+    (FOLDER / name).write_bytes(struct.pack("<2sIII", b"BM", start + len(code), 0, start) + header + colours + code)
 
 
 def make_pgm():
