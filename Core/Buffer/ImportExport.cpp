@@ -20,8 +20,6 @@ namespace
 using Formats::FileFormat;
 using Formats::fileFormats;
 
-constexpr unsigned long long headBytes = 4096;
-
 /// Name and extensions of all formats.
 QString listOfFormats()
 {
@@ -35,7 +33,7 @@ QString listOfFormats()
 /// Index of the format in both lists.
 std::size_t indexOfContent(const QString& path)
 {
-    const QByteArray head = Formats::InputFile(path).readUpTo(0, headBytes);
+    const QByteArray head = Formats::InputFile(path).readUpTo(0, Formats::headBytes);
     const auto& formats = fileFormats();
     const auto found = std::find_if(formats.begin(), formats.end(),
                                     [&](const auto& format) { return format->recognises(head); });

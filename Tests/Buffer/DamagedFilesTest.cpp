@@ -101,13 +101,13 @@ std::vector<Sample> nativeFiles(int packType)
     return files;
 }
 
-/// Those made by other programs that we take, and those that our writer makes.
-std::vector<Sample> pictures(const char* extension)
+/// Those made by other programs that we take.
+std::vector<Sample> pictures(const char* extension, qint64 mostBytes = 1200)
 {
     const QStringList patterns(QStringLiteral("*.") + QLatin1String(extension));
     std::vector<Sample> files;
     for (const QFileInfo& file : QDir(TestSupport::goldenFile("")).entryInfoList(patterns, QDir::Files)) {
-        if (file.size() < 1200 && !file.baseName().endsWith(QStringLiteral("refused")) &&
+        if (file.size() < mostBytes && !file.baseName().endsWith(QStringLiteral("refused")) &&
             !file.baseName().endsWith(QStringLiteral("transparent"))) {
             BufferPointer buffer(ImportBuffer(file.filePath()));
             TestSupport::readEverything(*buffer);
@@ -115,6 +115,12 @@ std::vector<Sample> pictures(const char* extension)
         }
     }
     return files;
+}
+
+/// Of h5py, most of them without checksums.
+std::vector<Sample> nativeFilesOfOthers()
+{
+    return pictures("qfi", 1 << 16);
 }
 
 std::vector<Sample> picturesAndOurs(const char* extension)
@@ -142,6 +148,7 @@ struct DamagedFormat
 
 const DamagedFormat formats[] = {{"NativePacked", [] { return nativeFiles(packed); }, Shows::AnyDamage},
                                  {"NativeUnpacked", [] { return nativeFiles(unpacked); }, Shows::AnyDamage},
+                                 {"NativeOfOthers", nativeFilesOfOthers, Shows::Nothing},
                                  {"Tiff", [] { return picturesAndOurs("tif"); }, Shows::Cuts},
                                  {"Png", [] { return picturesAndOurs("png"); }, Shows::AnyDamage},
                                  {"Bmp", [] { return pictures("bmp"); }, Shows::Cuts},
@@ -337,20 +344,9 @@ QByteArray png(const QByteArray& rest)
            rest;
 }
 
-TEST(FoundFiles, AreRefusedQuicklyAndWithoutMuchMemory)
+void expectRefused(const std::vector<Finding>& findings)
 {
     constexpr std::size_t mostBytes = 1U << 25U;
-    const std::vector<Finding> findings{{"text of half a gigabyte",
-                                         png(QByteArray::fromHex("21000118") + "iTXtFrame record"),
-                                         "the file ends early"},
-                                        {"bitmap without width",
-                                         QByteArray("BM") + QByteArray(8, '\0') +
-                                             QByteArray::fromHex("3600000028000000"
-                                                                 "00000000"
-                                                                 "ffffff7f"
-                                                                 "01001800") +
-                                             QByteArray(24, '\0'),
-                                         "it has no pixels"}};
     for (const Finding& finding : findings) {
         SCOPED_TRACE(finding.name);
         const TestSupport::MemoryFile file(finding.content);
@@ -366,6 +362,55 @@ TEST(FoundFiles, AreRefusedQuicklyAndWithoutMuchMemory)
         EXPECT_LT(TestSupport::largestAllocation(), mostBytes);
         EXPECT_LT(cpuMilliseconds() - begin, 1000);
     }
+}
+
+/// A file of h5py with one byte changed, so far behind the name of an attribute, a filter or a part of the
+/// file.
+QByteArray changed(const char* file, const QByteArray& name, qsizetype distance, char byte)
+{
+    QByteArray content = TestSupport::contentOf(TestSupport::goldenFile(file));
+    const qsizetype at = content.indexOf(name) + name.size() + distance;
+    content[at] = byte;
+    return content;
+}
+
+TEST(FoundFiles, AreRefusedQuicklyAndWithoutMuchMemory)
+{
+    const std::vector<Finding> findings{{"text of half a gigabyte",
+                                         png(QByteArray::fromHex("21000118") + "iTXtFrame record"),
+                                         "the file ends early"},
+                                        {"bitmap without width",
+                                         QByteArray("BM") + QByteArray(8, '\0') +
+                                             QByteArray::fromHex("3600000028000000"
+                                                                 "00000000"
+                                                                 "ffffff7f"
+                                                                 "01001800") +
+                                             QByteArray(24, '\0'),
+                                         "it has no pixels"}};
+    expectRefused(findings);
+}
+
+/// HDF5 1.10 crashes, hangs or reads elsewhere with each of these.
+TEST(FoundFiles, ThatHdf5CannotTakeAreRefused)
+{
+    const char* old = "h5py-old.qfi";
+    const char* texts = "h5py-texts.qfi";
+    expectRefused(
+        {{"type of no class", changed(old, QByteArrayLiteral("qf_choices\0"), 5, '\x1f'),
+          "unknown datatype class"},
+         {"number wider than its bytes", changed(old, QByteArrayLiteral("qf_choices\0"), 15, '\x7f'),
+          "qf_choices: its type of numbers is damaged"},
+         {"values larger than their type", changed(old, QByteArrayLiteral("is_calibrated\0"), 17, '\x7f'),
+          "/: its header is damaged"},
+         {"names beyond the file", changed(old, "HEAP", 9, '\x7f'), "/: its header is damaged"},
+         {"chunks without dimensions", changed(old, QByteArrayLiteral("fletcher32\0"), 15, '\0'),
+          "PIXEL: its header is damaged"},
+         {"chunks larger than they are", changed(old, QByteArrayLiteral("fletcher32\0"), 37, '\1'),
+          "PIXEL: a chunk has the wrong size"},
+         {"packed chunks larger than they are", changed(texts, QByteArrayLiteral("shuffle\0"), 60, '\1'),
+          "PIXEL: packed bytes are damaged"},
+         {"text beyond its heap", changed(texts, "GCOL", 23, '\x7f'), "qf_format: its text is damaged"},
+         {"heap without end", changed(texts, "GCOL", 12, '\0'), "qf_format: its text is damaged"}});
 }
 
 } // namespace

@@ -95,6 +95,8 @@ const std::vector<Golden> pictures = {{"f32-big.tif", BufferApi::DT_FLOAT, eight
                                       {"f64-big.tif", BufferApi::DT_DOUBLE, third},
                                       {"gray-alpha-opaque.png", BufferApi::DT_BYTE, byte},
                                       {"h5py.qfi", BufferApi::DT_WORD, word, 13, 7, 3},
+                                      {"h5py-old.qfi", BufferApi::DT_WORD, word, 13, 7, 3},
+                                      {"h5py-texts.qfi", BufferApi::DT_WORD, word, 13, 7, 3},
                                       {"i16.tif", BufferApi::DT_INT32, wrapped<short>},
                                       {"i32-big.tif", BufferApi::DT_INT32, spreadSigned},
                                       {"i8.tif", BufferApi::DT_INT32, wrapped<signed char>},

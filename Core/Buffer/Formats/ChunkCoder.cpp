@@ -97,7 +97,7 @@ const char* ChunkCoder::decode(const Hdf5::DatasetLayout& layout, std::span<cons
         return "a chunk has the wrong size";
     }
     const auto size = filters.shuffle ? static_cast<unsigned>(Hdf5::elementSize(layout.element)) : 1U;
-    if (stored.data() != destination) {
+    if (bytes > 0 && stored.data() != destination) {
         unshuffleBytes(stored.data(), whole / size, bytes / size, size, destination);
     }
     return nullptr;

@@ -28,7 +28,8 @@ public:
     /// checksum behind them.
     [[nodiscard]] Hdf5::StoredChunk encode(const Hdf5::DatasetLayout& layout, const void* data,
                                            unsigned long long bytes);
-    /// Fills the destination with the leading `bytes` of the chunk. \param filterMask bit n set: the stored
+    /// Fills the destination with the leading `bytes` of the chunk; with none the chunk is only checked.
+    /// \param filterMask bit n set: the stored
     /// bytes did not go through filter n
     /// \returns the reason when the stored bytes are damaged, null otherwise
     [[nodiscard]] const char* decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,
@@ -48,6 +49,8 @@ private:
 };
 
 inline constexpr unsigned long long checksumBytes = 4;
+/// A byte of a deflate stream stands for so many bytes at most.
+inline constexpr unsigned long long mostPerPackedByte = 1032;
 
 /// What is left of the filters of a layout for a chunk that did not go through those of the mask.
 [[nodiscard]] Hdf5::Filters filtersOf(const Hdf5::DatasetLayout& layout, unsigned int filterMask) noexcept;

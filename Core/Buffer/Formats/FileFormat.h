@@ -48,7 +48,7 @@ public:
 
     /// Name, extensions, what it can hold.
     [[nodiscard]] virtual KnownFormat about() const = 0;
-    /// \param head the first bytes of the file, at most 4096
+    /// \param head the first bytes of the file, at most `headBytes`
     [[nodiscard]] virtual bool recognises(const QByteArray& head) const = 0;
     /// The content as a buffer whose planes may load lazily; errors name the file.
     [[nodiscard]] virtual std::unique_ptr<I_Buffer> read(const QString& path) const = 0;

@@ -3,6 +3,7 @@
 
 #include "Core/Buffer/Formats/Hdf5Bytes.h"
 #include "Core/Buffer/Formats/Hdf5Call.h"
+#include "Core/Buffer/Formats/Hdf5OldHeader.h"
 #include "Core/Buffer/Formats/Hdf5Storage.h"
 
 #include <QFile>
@@ -50,10 +51,10 @@ herr_t keepInnermost(unsigned position, const H5E_error2_t* error, void* reason)
     return 0;
 }
 
-herr_t collectName(hid_t, const char* name, const H5L_info_t* info, void* names)
+herr_t collectLink(hid_t, const char* name, const H5L_info_t* info, void* links)
 {
     if (info->type == H5L_TYPE_HARD) {
-        static_cast<std::set<std::string>*>(names)->emplace(name);
+        static_cast<std::map<std::string, unsigned long long>*>(links)->emplace(name, info->u.address);
     }
     return 0;
 }
@@ -219,18 +220,21 @@ hid_t typeOf(Element element)
     return H5I_INVALID_HID;
 }
 
-FoundElement findElement(hid_t fileType)
+namespace
 {
-    const auto find = [](hid_t type) -> std::optional<Element> {
-        const std::size_t bytes = H5Tget_size(type);
-        for (const Element element : elements) {
-            if (elementSize(element) == bytes && H5Tequal(type, typeOf(element)) > 0) {
-                return element;
-            }
-        }
-        return {};
-    };
-    if (const auto exact = find(fileType)) {
+
+std::optional<Element> elementEqualTo(hid_t type)
+{
+    const std::size_t bytes = H5Tget_size(type);
+    const auto* found = std::find_if(elements.begin(), elements.end(), [&](Element element) {
+        return elementSize(element) == bytes && H5Tequal(type, typeOf(element)) > 0;
+    });
+    return found == elements.end() ? std::nullopt : std::optional(*found);
+}
+
+FoundElement lookForElement(hid_t fileType)
+{
+    if (const auto exact = elementEqualTo(fileType)) {
         return {exact, true};
     }
     const H5T_class_t kind = H5Tget_class(fileType);
@@ -238,10 +242,53 @@ FoundElement findElement(hid_t fileType)
         return {};
     }
     const hid_t native = H5Tget_native_type(fileType, H5T_DIR_ASCEND);
-    const auto similar = find(native);
+    const auto similar = elementEqualTo(native);
     H5Tclose(native);
     const bool isSigned = kind == H5T_INTEGER && H5Tget_sign(fileType) == H5T_SGN_2;
     return {similar || !isSigned ? similar : std::optional(Element::I64), false};
+}
+
+/// A damaged type may say that its values reach beyond their bytes, and the library would convert what lies
+/// there.
+bool fitsIntoItsBytes(hid_t type)
+{
+    const H5T_class_t kind = H5Tget_class(type);
+    if (kind != H5T_INTEGER && kind != H5T_FLOAT && kind != H5T_ENUM) {
+        return true;
+    }
+    const std::size_t bits = 8 * H5Tget_size(type);
+    const int offset = H5Tget_offset(type);
+    const std::size_t precision = H5Tget_precision(type);
+    if (offset < 0 || precision == 0 || precision > bits ||
+        static_cast<std::size_t>(offset) > bits - precision) {
+        return false;
+    }
+    if (kind != H5T_FLOAT) {
+        return true;
+    }
+    std::size_t sign = 0;
+    std::size_t exponent = 0;
+    std::size_t exponentBits = 0;
+    std::size_t mantissa = 0;
+    std::size_t mantissaBits = 0;
+    return H5Tget_fields(type, &sign, &exponent, &exponentBits, &mantissa, &mantissaBits) >= 0 &&
+           sign < bits && exponentBits > 0 && exponentBits < bits && exponent <= bits - exponentBits &&
+           mantissaBits > 0 && mantissaBits < bits && mantissa <= bits - mantissaBits;
+}
+
+} // namespace
+
+FoundElement findElement(const FileContext& file, const std::string& what, hid_t type)
+{
+    FoundElement found;
+    const bool isSound = checked(file, what, [&] {
+        found = lookForElement(type);
+        return found.isExact || fitsIntoItsBytes(type) ? 1 : 0;
+    });
+    if (!isSound) {
+        file.fail(QString::fromStdString(what) + QStringLiteral(": its type of numbers is damaged"));
+    }
+    return found;
 }
 
 Handle creationProperties(const FileContext& file, hid_t (*propertyClass)())
@@ -328,25 +375,30 @@ Group::Group(Handle handle, ContextPointer file, std::string name, Handle twin)
 void Group::readLinks()
 {
     checked(*m_file, m_name, [&] {
-        return H5Literate(m_handle.get(), H5_INDEX_NAME, H5_ITER_NATIVE, nullptr, collectName, &m_links);
+        return H5Literate(m_handle.get(), H5_INDEX_NAME, H5_ITER_NATIVE, nullptr, collectLink, &m_links);
     });
 }
 
 Group Group::openGroup(const std::string& name) const
 {
-    if (!contains(name)) {
-        m_file->fail(QStringLiteral("there is no group '%1'").arg(QString::fromStdString(name)));
-    }
+    checkMember(name, QStringLiteral("there is no group '%1'"));
     return Group(checkedHandle(*m_file, name, H5Gclose,
                                [&] { return H5Gopen2(m_handle.get(), name.c_str(), H5P_DEFAULT); }),
                  m_file, name);
 }
 
+void Group::checkMember(const std::string& name, const QString& whatIsMissing) const
+{
+    const auto link = m_links.find(name);
+    if (link == m_links.end()) {
+        m_file->fail(whatIsMissing.arg(QString::fromStdString(name)));
+    }
+    checkHeader(*m_file, name, link->second);
+}
+
 Handle Group::openDatasetHandle(const std::string& name) const
 {
-    if (!contains(name)) {
-        m_file->fail(QStringLiteral("there is no dataset '%1'").arg(QString::fromStdString(name)));
-    }
+    checkMember(name, QStringLiteral("there is no dataset '%1'"));
     return checkedHandle(*m_file, name, H5Dclose, [&] {
         return H5Dopen2(m_handle.get(), name.c_str(), m_file->shared().datasetAccess.get());
     });
@@ -438,6 +490,7 @@ File File::open(const QString& path)
 {
     const auto bytes = std::make_shared<InputBytes>(path);
     auto context = std::make_shared<const FileContext>(path, bytes);
+    checkRootHeader(*context);
     const Handle access = accessProperties(*context, bytes);
     const QByteArray encoded = QFile::encodeName(path);
     QString reason;

@@ -13,10 +13,14 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <span>
 #include <string>
 #include <vector>
+
+namespace BufferApi::Formats
+{
+class ChunkCoder;
+}
 
 /// The part of the HDF5 C library that the store uses, each call wrapped once and checked once.
 ///
@@ -32,6 +36,10 @@ using Extents = std::vector<unsigned long long>;
 class InputBytes;
 struct SharedObjects;
 class Storage;
+
+/// Where the library's part of a file begins, behind what another program may have put before; nothing when
+/// there is none. \param head the first bytes of the file, in which it has to lie
+[[nodiscard]] std::optional<unsigned long long> findStart(const QByteArray& head);
 
 /// Where something lies in the file.
 struct FilePiece
@@ -279,7 +287,7 @@ public:
     void resize(const Extents& extents);
     /// Bytes of a chunk of any kind, which the library takes at once to read of it; 0 when there are no
     /// chunks.
-    [[nodiscard]] unsigned long long libraryChunkBytes() const noexcept { return m_libraryChunkBytes; }
+    [[nodiscard]] unsigned long long libraryChunkBytes() const noexcept { return m_chunkBytes; }
     /// True if its values and the index of its chunks are under checksums, as they are in files of ours.
     [[nodiscard]] bool hasChecksums() const;
 
@@ -314,10 +322,19 @@ private:
     void readLayout();
     /// To be called under the lock. \param chunk is set when the library got so far
     herr_t lookUp(const Extents& offset, std::optional<PlacedChunk>& chunk) const;
-    [[nodiscard]] Filters readFilters(hid_t properties, bool& onlyKnown) const;
+    [[nodiscard]] Filters readFilters(hid_t properties);
+    /// Raises unless the data, which is not in chunks, is as long as the extents say.
+    void checkOneBlock(unsigned long long elementBytes, bool maybeUnwritten) const;
+    [[nodiscard]] bool describesChunksSafely() const;
+    /// Raises unless all chunks that the block touches unpack to the bytes of a chunk.
+    void checkChunks(const Extents& offset, const Extents& count) const;
+    void checkChunk(const Extents& offset, Formats::ChunkCoder& coder) const;
 
     DatasetLayout m_layout;
-    unsigned long long m_libraryChunkBytes = 0;
+    /// Of a dataset that is read: its chunks, also such that the layout does not tell.
+    Extents m_chunk;
+    unsigned long long m_chunkBytes = 0;
+    bool m_hasKnownFilters = false;
 };
 
 /// A group of datasets and groups.
@@ -343,9 +360,11 @@ public:
 private:
     void readLinks();
     [[nodiscard]] Handle openDatasetHandle(const std::string& name) const;
+    /// Raises unless there is a member of this name that the library can read.
+    void checkMember(const std::string& name, const QString& whatIsMissing) const;
 
-    /// Hard links alone: others could lead to other files.
-    std::set<std::string> m_links;
+    /// The addresses of hard links alone: others could lead to other files.
+    std::map<std::string, unsigned long long> m_links;
     /// Many datasets are made alike, and a list takes as long to make as a dataset's header.
     std::map<Filters, Handle> m_datasetProperties;
 };

@@ -132,6 +132,22 @@ std::optional<unsigned long long> FileBytes::allocate(bool, unsigned long long b
     return address;
 }
 
+std::optional<unsigned long long> findStart(const QByteArray& head)
+{
+    static constexpr QByteArrayView signature("\x89HDF\r\n\x1a\n", 8);
+    for (qsizetype offset = 0; offset < head.size(); offset = offset == 0 ? 512 : offset * 2) {
+        if (QByteArrayView(head).sliced(offset).startsWith(signature)) {
+            return static_cast<unsigned long long>(offset);
+        }
+    }
+    return {};
+}
+
+InputBytes::InputBytes(const QString& path)
+    : m_file(path), m_start(findStart(m_file.readUpTo(0, Formats::headBytes)).value_or(0))
+{
+}
+
 std::optional<FilePiece> InputBytes::takePlace() noexcept
 {
     m_chunk = nullptr;

@@ -54,11 +54,13 @@ class InputBytes final : public FileBytes
 {
 public:
     /// \throws RTE::FileOpenError
-    explicit InputBytes(const QString& path) : m_file(path) {}
+    explicit InputBytes(const QString& path);
 
     [[nodiscard]] unsigned long long size() const noexcept override { return m_file.size(); }
     [[nodiscard]] bool read(unsigned long long offset, void* destination, unsigned long long bytes) override;
     void write(unsigned long long, const void*, unsigned long long) override {}
+    /// Where the library's file begins, from which its addresses count.
+    [[nodiscard]] unsigned long long start() const noexcept { return m_start; }
 
     /// The library's next read to this destination, which is that of a chunk, is only noted and nothing
     /// written there: it can be done without the lock. To be called under the lock, as `takePlace`.
@@ -81,6 +83,7 @@ private:
     [[nodiscard]] const char* findInBlock(unsigned long long offset, unsigned long long bytes);
 
     Formats::InputFile m_file;
+    unsigned long long m_start;
     std::optional<unsigned long long> m_blockOffset;
     std::vector<char> m_block;
     QString m_failure;

@@ -105,8 +105,8 @@ struct FoundElement
     bool isExact = false;
 };
 
-/// To be called under the lock.
-[[nodiscard]] FoundElement findElement(hid_t fileType);
+/// \param what names the numbers in an error, which there is when their type is damaged
+[[nodiscard]] FoundElement findElement(const FileContext& file, const std::string& what, hid_t type);
 
 /// Objects of the library that belong to no file. Still each file has its own, since the application may
 /// close the library (`H5close`) when no file is open, and all identifiers end with that.

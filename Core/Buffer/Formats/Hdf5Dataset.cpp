@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "Core/Buffer/Formats/ChunkCoder.h"
 #include "Core/Buffer/Formats/Hdf5.h"
 #include "Core/Buffer/Formats/Hdf5Bytes.h"
 #include "Core/Buffer/Formats/Hdf5Call.h"
@@ -41,7 +42,7 @@ Dataset::Dataset(Handle handle, ContextPointer file, std::string name)
 Dataset::Dataset(Handle handle, ContextPointer file, std::string name, DatasetLayout layout, Handle twin)
     : Object(std::move(handle), std::move(file), std::move(name), std::move(twin)),
       m_layout(std::move(layout)),
-      m_libraryChunkBytes(saturatingProduct(m_layout.chunk, elementSize(m_layout.element)))
+      m_chunkBytes(saturatingProduct(m_layout.chunk, elementSize(m_layout.element)))
 {
 }
 
@@ -58,11 +59,7 @@ void Dataset::readLayout()
     });
 
     const Handle type = checkedHandle(*m_file, m_name, H5Tclose, [&] { return H5Dget_type(m_handle.get()); });
-    FoundElement found;
-    checked(*m_file, m_name, [&] {
-        found = findElement(type.get());
-        return 0;
-    });
+    const FoundElement found = findElement(*m_file, m_name, type.get());
     if (!found.element) {
         fail(QStringLiteral("unsupported element type"));
     }
@@ -75,31 +72,50 @@ void Dataset::readLayout()
         checked(*m_file, m_name, [&] { return H5Pget_external_count(properties.get()); }) != 0) {
         fail(QStringLiteral("the data lies in other files"));
     }
-    bool onlyKnown = found.isExact && kind == H5D_CHUNKED;
-    m_layout.filters = readFilters(properties.get(), onlyKnown);
+    m_layout.filters = readFilters(properties.get());
+    const auto elementBytes =
+        checked(*m_file, m_name, [&] { return static_cast<long long>(H5Tget_size(type.get())); });
     if (kind == H5D_CHUNKED) {
-        Extents chunk(static_cast<std::size_t>(rank));
-        checked(*m_file, m_name, [&] { return H5Pget_chunk(properties.get(), rank, chunk.data()); });
-        m_libraryChunkBytes = saturatingProduct(chunk, elementSize(m_layout.element));
-        m_layout.chunk = onlyKnown ? std::move(chunk) : Extents();
+        m_chunk.resize(static_cast<std::size_t>(rank));
+        checked(*m_file, m_name, [&] { return H5Pget_chunk(properties.get(), rank, m_chunk.data()); });
+        m_chunkBytes = saturatingProduct(m_chunk, static_cast<unsigned long long>(elementBytes));
+        if (m_chunkBytes == 0) {
+            fail(QStringLiteral("its chunks are empty"));
+        }
+        m_layout.chunk = found.isExact && m_hasKnownFilters ? m_chunk : Extents();
+    } else {
+        checkOneBlock(static_cast<unsigned long long>(elementBytes), kind == H5D_CONTIGUOUS);
+    }
+}
+
+void Dataset::checkOneBlock(unsigned long long elementBytes, bool maybeUnwritten) const
+{
+    const unsigned long long stored = H5Dget_storage_size(m_handle.get());
+    const bool isUnwritten = stored == 0 && maybeUnwritten;
+    if (!isUnwritten && stored < saturatingProduct(m_layout.extents, elementBytes)) {
+        fail(QStringLiteral("its data is shorter than its extents"));
     }
 }
 
 bool Dataset::hasChecksums() const
 {
-    if (!m_layout.filters.deflate && !m_layout.filters.fletcher32) {
-        return false;
-    }
-    // Headers of the first format and the tree of chunks that belongs to it have none.
+    return (m_layout.filters.deflate || m_layout.filters.fletcher32) && describesChunksSafely();
+}
+
+bool Dataset::describesChunksSafely() const
+{
+    // Headers of the first format and the tree of chunks that belongs to it have no checksums.
     H5F_info2_t file;
+    H5O_info_t object;
     H5D_chunk_index_t index = H5D_CHUNK_IDX_BTREE;
     const Serial serial;
     checked(*m_file, m_name, [&] { return H5Fget_info2(m_handle.get(), &file); });
+    checked(*m_file, m_name, [&] { return H5Oget_info2(m_handle.get(), &object, H5O_INFO_HDR); });
     checked(*m_file, m_name, [&] { return H5Dget_chunk_index_type(m_handle.get(), &index); });
-    return file.super.version >= 2 && index != H5D_CHUNK_IDX_BTREE;
+    return file.super.version >= 2 && object.hdr.version >= 2 && index != H5D_CHUNK_IDX_BTREE;
 }
 
-Filters Dataset::readFilters(hid_t properties, bool& onlyKnown) const
+Filters Dataset::readFilters(hid_t properties)
 {
     const int count = checked(*m_file, m_name, [&] { return H5Pget_nfilters(properties); });
     std::vector<H5Z_filter_t> filters;
@@ -110,7 +126,7 @@ Filters Dataset::readFilters(hid_t properties, bool& onlyKnown) const
             return H5Pget_filter2(properties, index, &flags, &values, nullptr, 0, nullptr, nullptr);
         }));
     }
-    onlyKnown = onlyKnown && isKnownOrder(filters);
+    m_hasKnownFilters = isKnownOrder(filters);
     const auto has = [&](H5Z_filter_t filter) {
         return std::find(filters.begin(), filters.end(), filter) != filters.end();
     };
@@ -199,9 +215,51 @@ void Dataset::addChunk(const Extents& offset, const FilePiece& place,
     }
 }
 
+void Dataset::checkChunks(const Extents& offset, const Extents& count) const
+{
+    Formats::ChunkCoder coder;
+    Extents first = offset;
+    std::transform(first.begin(), first.end(), m_chunk.begin(), first.begin(),
+                   [](auto at, auto extent) { return at - at % extent; });
+    Extents next = first;
+    for (std::size_t dimension = next.size(); dimension > 0;) {
+        if (dimension == next.size()) {
+            checkChunk(next, coder);
+        }
+        const std::size_t i = dimension - 1;
+        next[i] += m_chunk[i];
+        const bool isWithin = next[i] < offset[i] + count[i];
+        next[i] = isWithin ? next[i] : first[i];
+        dimension = isWithin ? next.size() : i;
+    }
+}
+
+void Dataset::checkChunk(const Extents& offset, Formats::ChunkCoder& coder) const
+{
+    const auto chunk = findChunk(offset);
+    if (!chunk) {
+        return;
+    }
+    const DatasetLayout bytes{Element::U8, {}, {}, {m_chunkBytes}, m_layout.filters};
+    const unsigned long long size = chunk->piece.bytes;
+    if (size > m_file->input()->size() || m_chunkBytes / Formats::mostPerPackedByte > size) {
+        fail(QStringLiteral("a chunk has an impossible size"));
+    }
+    unsigned char* stored = coder.storedBytes(size);
+    readStored(chunk->piece, stored);
+    if (const char* reason = coder.decode(bytes, {stored, size}, chunk->filterMask, nullptr, 0)) {
+        fail(QLatin1String(reason));
+    }
+}
+
 void Dataset::readThroughLibrary(const Extents& offset, const Extents& count, Element element,
                                  void* destination) const
 {
+    // The library reads on behind a chunk that unpacks to fewer bytes than its header tells, which may be
+    // damage where nothing shows it.
+    if (!m_chunk.empty() && m_hasKnownFilters && !describesChunksSafely()) {
+        checkChunks(offset, count);
+    }
     const Handle space =
         checkedHandle(*m_file, m_name, H5Sclose, [&] { return H5Dget_space(m_handle.get()); });
     checked(*m_file, m_name, [&] {

@@ -11,6 +11,9 @@
 namespace BufferApi::Formats
 {
 
+/// So many bytes from the beginning of a file tell its format.
+inline constexpr unsigned long long headBytes = 4096;
+
 /// A regular file opened for reading at any place; several threads may read at once.
 ///
 /// It stays readable when its name is replaced or removed. When its content is changed reads are refused, as

@@ -13,9 +13,6 @@ namespace BufferApi::Formats::Native
 namespace
 {
 
-// No deflate stream unpacks to more than this multiple of its own length.
-constexpr unsigned long long mostPerPackedByte = 1032;
-
 Hdf5::Filters columnFilters(Hdf5::Element element)
 {
     return {Hdf5::elementSize(element) > 1, true, false};

@@ -35,14 +35,7 @@ public:
     }
     [[nodiscard]] bool recognises(const QByteArray& head) const override
     {
-        // HDF5 looks for its signature at 0, 512, 1024 ..., behind what another program may have put before.
-        static constexpr QByteArrayView signature("\x89HDF\r\n\x1a\n", 8);
-        for (qsizetype offset = 0; offset < head.size(); offset = offset == 0 ? 512 : offset * 2) {
-            if (QByteArrayView(head).sliced(offset).startsWith(signature)) {
-                return true;
-            }
-        }
-        return false;
+        return Hdf5::findStart(head).has_value();
     }
     [[nodiscard]] std::unique_ptr<I_Buffer> read(const QString& path) const override
     {

@@ -20,7 +20,6 @@ namespace
 
 // A chunk and what it is coded to should stay in the processor's second cache.
 constexpr unsigned long long mostChunkBytes = 1ULL << 20U;
-constexpr unsigned long long mostPerPackedByte = 1032;
 // So many chunks are made known to HDF5, or found, at once.
 constexpr unsigned long long chunksAtOnce = 64;
 

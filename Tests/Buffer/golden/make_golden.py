@@ -154,22 +154,23 @@ def make_ome():
         writer.write(np.stack([u16(frame=i) for i in range(3, 5)]), metadata={"axes": "ZYX"})
 
 
-def make_native(name, libver, **filters):
+def make_native(name, libver, text=np.bytes_, **layout):
     """What docs/FileFormat.md asks of a file of images, and no more."""
     with h5py.File(FOLDER / name, "w", libver=(libver, "v110")) as file:
-        file.attrs["qf_format"] = np.bytes_("qf-frames")
+        file.attrs["qf_format"] = text("qf-frames")
         file.attrs["qf_version"] = np.array([1, 0], "i4")
-        file.attrs["qf_frame"] = np.bytes_("image")
+        file.attrs["qf_frame"] = text("image")
         file.attrs["qf_size"] = np.array([13, 7, 1], "u4")
         file.attrs["qf_grid"] = np.array([1, 1, 1], "u4")
         file.attrs["qf_choices"] = np.uint32(1)
-        file.attrs["qf_datasets"] = np.bytes_(json.dumps(["PIXEL"]))
+        file.attrs["qf_datasets"] = text(json.dumps(["PIXEL"]))
+        file.attrs["is_calibrated"] = True
         frames = file.create_dataset("frame", data=np.arange(3), maxshape=(None,), chunks=(128,), compression=1)
         pixels = file.create_dataset("PIXEL", data=np.stack([u16(frame=i)[None] for i in range(3)]),
-                                     maxshape=(None, 1, 7, 13), chunks=(1, 1, 4, 13), **filters)
-        pixels.attrs["qf_components"] = np.bytes_(json.dumps(["PIXEL"]))
+                                     **({"maxshape": (None, 1, 7, 13), "chunks": (1, 1, 4, 13)} | layout))
+        pixels.attrs["qf_components"] = text(json.dumps(["PIXEL"]))
         pixels.attrs["qf_index"] = np.array([0], "u4")
-        pixels.attrs["qf_role"] = np.bytes_("data")
+        pixels.attrs["qf_role"] = text("data")
         frames.make_scale("frame")
         pixels.dims[0].attach_scale(frames)
 
@@ -242,6 +243,7 @@ if __name__ == "__main__":
     make_native("h5py.qfi", "v110", fletcher32=True)
     make_native("h5py-plain.qfi", "v110")
     make_native("h5py-old.qfi", "earliest", fletcher32=True)
+    make_native("h5py-texts.qfi", "earliest", text=str, chunks=(2, 1, 7, 5), compression=1, shuffle=True)
     make_png()
     make_bmp()
     make_pgm()
