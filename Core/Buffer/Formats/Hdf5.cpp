@@ -334,6 +334,21 @@ QString FileContext::takeFailure() const
     return m_storage ? m_storage->failure() : m_bytes->takeFailure();
 }
 
+void FileContext::read(const FilePiece& place, void* destination) const
+{
+    const QString reason =
+        m_bytes->tryReadStored({m_bytes->start() + place.address, place.bytes}, destination);
+    if (!reason.isNull()) {
+        fail(reason);
+    }
+}
+
+unsigned long long FileContext::bytesFrom(unsigned long long address) const noexcept
+{
+    const unsigned long long bytes = m_bytes->size() - m_bytes->start();
+    return bytes - std::min(address, bytes);
+}
+
 Handle::Handle(Handle&& other) noexcept
     : m_id(std::exchange(other.m_id, H5I_INVALID_HID)), m_close(other.m_close)
 {

@@ -91,6 +91,11 @@ public:
     /// What went wrong with the bytes of the file in the latest call, whose result does not always tell it;
     /// null if nothing did. To be called under the lock of that call.
     [[nodiscard]] QString takeFailure() const;
+    /// Reads of a file that is read what lies at an address of the library, without it but also under its
+    /// lock. \throws RTE::FileReadError
+    void read(const FilePiece& place, void* destination) const;
+    /// Bytes from an address of the library to the end of a file that is read.
+    [[nodiscard]] unsigned long long bytesFrom(unsigned long long address) const noexcept;
     /// What many calls for the file need alike, made at first use. To be called under the lock.
     [[nodiscard]] const SharedObjects& shared() const;
 
@@ -322,6 +327,8 @@ private:
     void readLayout();
     /// To be called under the lock. \param chunk is set when the library got so far
     herr_t lookUp(const Extents& offset, std::optional<PlacedChunk>& chunk) const;
+    /// True for a chunk that reaches beyond the extents.
+    [[nodiscard]] bool isOnEdge(const Extents& offset) const;
     [[nodiscard]] Filters readFilters(hid_t properties);
     /// Raises unless the data, which is not in chunks, is as long as the extents say.
     void checkOneBlock(unsigned long long elementBytes, bool maybeUnwritten) const;
@@ -335,6 +342,8 @@ private:
     Extents m_chunk;
     unsigned long long m_chunkBytes = 0;
     bool m_hasKnownFilters = false;
+    /// Chunks that reach beyond the extents go through no filters.
+    bool m_hasPlainEdges = false;
 };
 
 /// A group of datasets and groups.

@@ -73,6 +73,11 @@ public:
     {
         m_file.readPart(place.address, destination, place.bytes);
     }
+    /// Reads what has not changed since the file was opened. \returns the reason of a failure, null otherwise
+    [[nodiscard]] QString tryReadStored(const FilePiece& place, void* destination) const
+    {
+        return m_file.tryRead(place.address, destination, place.bytes);
+    }
     /// \throws RTE::FileReadError when the file was changed since it was opened
     void checkUnchanged() const { m_file.checkUnchanged(); }
     /// Why the bytes of the latest call could not be had; null if they could. To be called under the lock.

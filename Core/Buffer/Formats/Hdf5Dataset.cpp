@@ -82,6 +82,9 @@ void Dataset::readLayout()
         if (m_chunkBytes == 0) {
             fail(QStringLiteral("its chunks are empty"));
         }
+        unsigned options = 0;
+        checked(*m_file, m_name, [&] { return H5Pget_chunk_opts(properties.get(), &options); });
+        m_hasPlainEdges = (options & H5D_CHUNK_DONT_FILTER_PARTIAL_CHUNKS) != 0;
         m_layout.chunk = found.isExact && m_hasKnownFilters ? m_chunk : Extents();
     } else {
         checkOneBlock(static_cast<unsigned long long>(elementBytes), kind == H5D_CONTIGUOUS);
@@ -99,7 +102,8 @@ void Dataset::checkOneBlock(unsigned long long elementBytes, bool maybeUnwritten
 
 bool Dataset::hasChecksums() const
 {
-    return (m_layout.filters.deflate || m_layout.filters.fletcher32) && describesChunksSafely();
+    return (m_layout.filters.deflate || m_layout.filters.fletcher32) && !m_hasPlainEdges &&
+           describesChunksSafely();
 }
 
 bool Dataset::describesChunksSafely() const
@@ -175,9 +179,20 @@ herr_t Dataset::lookUp(const Extents& offset, std::optional<PlacedChunk>& chunk)
     file.expectChunk(&nowhere);
     const herr_t result = H5Dread_chunk(m_handle.get(), H5P_DEFAULT, offset.data(), &mask, &nowhere);
     if (const auto piece = file.takePlace()) {
-        chunk = PlacedChunk{*piece, mask};
+        constexpr unsigned int allFilters = ~0U;
+        chunk = PlacedChunk{*piece, m_hasPlainEdges && isOnEdge(offset) ? allFilters : mask};
     }
     return result;
+}
+
+bool Dataset::isOnEdge(const Extents& offset) const
+{
+    for (std::size_t i = 0; i < offset.size(); ++i) {
+        if (m_chunk[i] > m_layout.extents[i] - offset[i]) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void Dataset::readStored(const FilePiece& piece, void* destination) const
@@ -236,7 +251,9 @@ void Dataset::checkChunks(const Extents& offset, const Extents& count) const
 
 void Dataset::checkChunk(const Extents& offset, Formats::ChunkCoder& coder) const
 {
-    const auto chunk = findChunk(offset);
+    // One that was never written has the fill value; of one that cannot be found the library tells the
+    // reason.
+    const auto chunk = tryFindChunk(offset);
     if (!chunk) {
         return;
     }

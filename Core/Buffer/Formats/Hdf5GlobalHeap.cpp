@@ -2,7 +2,6 @@
 // The layouts are those of the "HDF5 File Format Specification Version 3.0", sections III.E and IV.A.2.d.
 #include "Core/Buffer/Formats/Hdf5GlobalHeap.h"
 
-#include "Core/Buffer/Formats/Hdf5Bytes.h"
 #include "Core/Buffer/Formats/Hdf5Call.h"
 
 #include <algorithm>
@@ -79,10 +78,10 @@ private:
 class GlobalHeap
 {
 public:
-    GlobalHeap(const InputBytes& file, unsigned long long address)
-        : m_file(file), m_address(address), m_size(file.size() - std::min(address, file.size()))
+    GlobalHeap(const FileContext& file, unsigned long long address)
+        : m_file(file), m_address(address), m_size(file.bytesFrom(address))
     {
-        const bool isHeap = readHeader(0) && std::memcmp(m_header.data(), "GCOL\1", 5) == 0;
+        const bool isHeap = readHeader(0) && std::memcmp(m_header, "GCOL\1", 5) == 0;
         m_size = isHeap ? std::min(m_size, sizeInHeader()) : 0;
     }
 
@@ -90,7 +89,7 @@ public:
     [[nodiscard]] std::optional<FilePiece> find(unsigned int object)
     {
         for (unsigned long long offset = headerBytes; readHeader(offset);) {
-            const unsigned int number = numberAt<unsigned short>(m_header.data());
+            const unsigned int number = numberAt<unsigned short>(m_header);
             const unsigned long long bytes = sizeInHeader();
             // Behind all objects the space that is left has the number 0.
             if (number == 0 || bytes > m_size - offset - headerBytes) {
@@ -114,18 +113,27 @@ private:
         if (offset > m_size || m_size - offset < headerBytes) {
             return false;
         }
-        m_file.readStored({m_address + offset, headerBytes}, m_header.data());
+        if (offset < m_blockOffset || offset + headerBytes > m_blockOffset + m_blockBytes) {
+            m_blockOffset = offset;
+            m_blockBytes = std::min<unsigned long long>(m_block.size(), m_size - offset);
+            m_file.read({m_address + offset, m_blockBytes}, m_block.data());
+        }
+        m_header = m_block.data() + (offset - m_blockOffset);
         return true;
     }
     [[nodiscard]] unsigned long long sizeInHeader() const
     {
-        return numberAt<unsigned long long>(m_header.data() + 8);
+        return numberAt<unsigned long long>(m_header + 8);
     }
 
-    const InputBytes& m_file;
+    const FileContext& m_file;
     unsigned long long m_address;
     unsigned long long m_size;
-    std::array<unsigned char, headerBytes> m_header{};
+    /// A part of the heap; most are as small.
+    std::array<unsigned char, 4096> m_block{};
+    unsigned long long m_blockOffset = 0;
+    unsigned long long m_blockBytes = 0;
+    const unsigned char* m_header = nullptr;
 };
 
 Reference readReference(const FileContext& file, const std::string& what, hid_t attribute)
@@ -150,14 +158,12 @@ QByteArray readVariableText(const FileContext& file, const std::string& what, hi
     if (reference.heap == 0) {
         return {};
     }
-    const InputBytes& input = *file.input();
-    const auto piece = GlobalHeap(input, reference.heap + input.start()).find(reference.object);
+    const auto piece = GlobalHeap(file, reference.heap).find(reference.object);
     if (!piece || piece->bytes < reference.bytes) {
         file.fail(QString::fromStdString(what) + QStringLiteral(": its text is damaged"));
     }
     QByteArray text(static_cast<qsizetype>(reference.bytes), Qt::Uninitialized);
-    input.readStored({piece->address, reference.bytes}, text.data());
-    input.checkUnchanged();
+    file.read({piece->address, reference.bytes}, text.data());
     text.truncate(static_cast<qsizetype>(qstrnlen(text.constData(), reference.bytes)));
     return text;
 }

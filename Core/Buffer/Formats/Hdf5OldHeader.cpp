@@ -2,11 +2,13 @@
 // The layouts are those of the "HDF5 File Format Specification Version 3.0", sections II.A, III.D and IV.A.1.
 #include "Core/Buffer/Formats/Hdf5OldHeader.h"
 
-#include "Core/Buffer/Formats/Hdf5Bytes.h"
 #include "Core/Buffer/Formats/Hdf5OldMessages.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <optional>
+#include <set>
 #include <span>
 #include <vector>
 
@@ -16,9 +18,8 @@ namespace BufferApi::Hdf5
 namespace
 {
 
-// No piece of a header is as large as this, and no list of names.
-constexpr unsigned long long mostHeaderBytes = 1ULL << 24U;
-constexpr unsigned long long mostNameBytes = 1ULL << 30U;
+// The library takes memory for a piece of a header, or for a list of names, at once.
+constexpr unsigned long long mostBytes = 1ULL << 30U;
 
 enum class MessageType : unsigned short
 {
@@ -48,14 +49,21 @@ public:
         const auto messages = prefix.number<unsigned short>();
         prefix.skip(4);
         m_pieces.push_back({address + prefixBytes, prefix.number<unsigned int>()});
-        // Each piece but the first is that of a message, so more of them go in a circle.
+        // Each piece but the first is that of a message, and no two overlap, so more of them go in a circle.
+        unsigned long long bytesLeft = m_file.bytesFrom(0);
         for (std::size_t i = 0; i < m_pieces.size(); ++i) {
-            prefix.require(i <= messages);
-            checkMessages(m_pieces[i]);
+            const FilePiece piece = m_pieces[i];
+            prefix.require(i <= messages && piece.bytes <= bytesLeft);
+            bytesLeft -= piece.bytes;
+            checkMessages(piece);
         }
         // The last dimension of chunks is that of the bytes of an element.
-        prefix.require(!m_chunkRank || *m_chunkRank == m_rank + 1);
+        prefix.require(!m_chunkRank || !m_rank || *m_chunkRank == *m_rank + 1);
+        // The library looks for the heap also where there is none.
+        prefix.require(!m_shared.areInHeap || mayHaveHeap());
     }
+    /// Other headers that hold a part of this one.
+    [[nodiscard]] const std::vector<unsigned long long>& shared() const noexcept { return m_shared.headers; }
 
 private:
     [[nodiscard]] Cursor cursor(std::span<const unsigned char> bytes) const
@@ -64,16 +72,20 @@ private:
     }
     [[nodiscard]] std::vector<unsigned char> read(const FilePiece& piece) const
     {
-        const InputBytes& input = *m_file.input();
-        cursor({}).require(piece.bytes <= mostHeaderBytes && isInFile(piece));
+        cursor({}).require(piece.bytes <= mostBytes && isInFile(piece));
         std::vector<unsigned char> bytes(piece.bytes);
-        input.readStored({input.start() + piece.address, piece.bytes}, bytes.data());
+        m_file.read(piece, bytes.data());
         return bytes;
     }
     [[nodiscard]] bool isInFile(const FilePiece& piece) const
     {
-        const unsigned long long end = m_file.input()->size() - m_file.input()->start();
-        return piece.address <= end && piece.bytes <= end - piece.address;
+        return piece.bytes <= m_file.bytesFrom(piece.address);
+    }
+    /// Superblocks of the first two versions have no place for the address of the heap.
+    [[nodiscard]] bool mayHaveHeap() const
+    {
+        constexpr unsigned long long versionOffset = 8;
+        return read({versionOffset, 1}).front() > 1;
     }
 
     void checkMessages(const FilePiece& piece)
@@ -90,6 +102,8 @@ private:
             Cursor message = header.part(size, false);
             if ((flags & shared) == 0) {
                 checkMessage(type, message);
+            } else {
+                addShared(message, m_shared);
             }
         }
     }
@@ -106,7 +120,7 @@ private:
             m_chunkRank = readChunkRank(message);
             break;
         case MessageType::Attribute:
-            checkAttribute(message);
+            checkAttribute(message, m_shared);
             break;
         case MessageType::Continuation: {
             const auto address = message.number<unsigned long long>();
@@ -130,13 +144,15 @@ private:
         header.skip(8);
         const auto size = header.number<unsigned long long>();
         header.skip(8);
-        header.require(size <= mostNameBytes && isInFile({header.number<unsigned long long>(), size}));
+        header.require(size <= mostBytes && isInFile({header.number<unsigned long long>(), size}));
     }
 
     const FileContext& m_file;
     const std::string& m_name;
     std::vector<FilePiece> m_pieces;
-    unsigned int m_rank = 0;
+    SharedMessages m_shared;
+    /// Nothing when it stands elsewhere.
+    std::optional<unsigned int> m_rank;
     std::optional<unsigned int> m_chunkRank;
 };
 
@@ -144,32 +160,45 @@ private:
 
 void checkHeader(const FileContext& file, const std::string& name, unsigned long long address)
 {
-    HeaderCheck(file, name).check(address);
+    std::set<unsigned long long> known{address};
+    std::vector<unsigned long long> left{address};
+    while (!left.empty()) {
+        HeaderCheck header(file, name);
+        header.check(left.back());
+        left.pop_back();
+        std::copy_if(header.shared().begin(), header.shared().end(), std::back_inserter(left),
+                     [&](auto shared) { return known.insert(shared).second; });
+    }
 }
 
 void checkRootHeader(const FileContext& file)
 {
-    const InputBytes& input = *file.input();
     const std::string name = "/";
     std::array<unsigned char, 96> bytes{};
-    if (input.start() + bytes.size() > input.size()) {
+    if (file.bytesFrom(0) < bytes.size()) {
         return;
     }
-    input.readStored({input.start(), bytes.size()}, bytes.data());
+    file.read({0, bytes.size()}, bytes.data());
     Cursor superblock(file, name, bytes);
     superblock.skip(8);
     const auto version = superblock.number<unsigned char>();
-    if (version > 1) {
-        return;
-    }
-    superblock.skip(4);
+    superblock.skip(version < 2 ? 4 : 0);
     const auto addressBytes = superblock.number<unsigned char>();
     const auto lengthBytes = superblock.number<unsigned char>();
-    // No program writes others, and the library refuses what is no superblock.
-    if (addressBytes == 8 && lengthBytes == 8) {
-        superblock.skip(version == 0 ? 49 : 53);
-        checkHeader(file, name, superblock.number<unsigned long long>());
+    if (addressBytes != 8 || lengthBytes != 8) {
+        RTE::raise(RTE::FileOpenError(
+            QStringLiteral("Cannot open '%1': its addresses or lengths do not have 8 bytes")
+                .arg(file.path())));
     }
+    superblock.skip(version == 0 ? 49 : version == 1 ? 53 : 9);
+    if (version > 1) {
+        const auto extension = superblock.number<unsigned long long>();
+        if (extension != unlimited) {
+            checkHeader(file, name, extension);
+        }
+        superblock.skip(8);
+    }
+    checkHeader(file, name, superblock.number<unsigned long long>());
 }
 
 } // namespace BufferApi::Hdf5

@@ -17,7 +17,9 @@ namespace BufferApi::Hdf5
 /// \throws RTE::FileReadError
 void checkHeader(const FileContext& file, const std::string& name, unsigned long long address);
 
-/// The same for the root group, to be called before the library opens the file.
+/// The same for the root group and what the file tells of itself, to be called before the library opens it.
+/// \throws RTE::FileOpenError for files with other addresses than all programs write unless told otherwise
+/// \throws RTE::FileReadError
 void checkRootHeader(const FileContext& file);
 
 } // namespace BufferApi::Hdf5

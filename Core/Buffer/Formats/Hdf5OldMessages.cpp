@@ -105,7 +105,20 @@ void checkType(Cursor& type)
     elementBytes(type, 0);
 }
 
-void checkAttribute(Cursor& attribute)
+void addShared(Cursor& message, SharedMessages& shared)
+{
+    constexpr unsigned char inHeap = 1;
+    const auto version = message.number<unsigned char>();
+    const auto kind = message.number<unsigned char>();
+    if (version > 1 && kind == inHeap) {
+        shared.areInHeap = true;
+        return;
+    }
+    message.skip(version == 1 ? 14 : 0);
+    shared.headers.push_back(message.number<unsigned long long>());
+}
+
+void checkAttribute(Cursor& attribute, SharedMessages& shared)
 {
     const auto version = attribute.number<unsigned char>();
     const auto flags = attribute.number<unsigned char>();
@@ -118,10 +131,16 @@ void checkAttribute(Cursor& attribute)
     Cursor type = attribute.part(bytesOfType, isPadded);
     Cursor space = attribute.part(bytesOfSpace, isPadded);
     // Type and space may stand elsewhere instead.
-    const bool isTypeHere = isPadded || (flags & 1U) == 0;
-    const bool isSpaceHere = isPadded || (flags & 2U) == 0;
-    const unsigned long long bytes = isTypeHere ? elementBytes(type, 0) : 0;
-    const unsigned long long count = isSpaceHere ? elementCount(space) : 0;
+    const bool isTypeShared = !isPadded && (flags & 1U) != 0;
+    const bool isSpaceShared = !isPadded && (flags & 2U) != 0;
+    if (isTypeShared) {
+        addShared(type, shared);
+    }
+    if (isSpaceShared) {
+        addShared(space, shared);
+    }
+    const unsigned long long bytes = isTypeShared ? 0 : elementBytes(type, 0);
+    const unsigned long long count = isSpaceShared ? 0 : elementCount(space);
     attribute.require(saturatingProduct({bytes}, count) <= attribute.left());
 }
 

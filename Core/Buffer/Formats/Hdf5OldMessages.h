@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 /// Messages of the headers of objects, as HDF5's first format has them without a checksum; checked here
 /// because the library believes much of what they say. "HDF5 File Format Specification Version 3.0", section
@@ -71,8 +72,20 @@ private:
 
 /// Raises unless the description of a type is whole.
 void checkType(Cursor& type);
-/// Raises unless an attribute has the name, type, space and values that it tells.
-void checkAttribute(Cursor& attribute);
+/// Where messages stand that several objects share.
+struct SharedMessages
+{
+    /// Addresses of headers, such as those of types with a name.
+    std::vector<unsigned long long> headers;
+    /// True if there are some in the heap that files may have for them.
+    bool areInHeap = false;
+};
+
+/// Adds the place that a message tells instead of its own content.
+void addShared(Cursor& message, SharedMessages& shared);
+/// Raises unless an attribute has the name, type, space and values that it tells. \param shared gets the
+/// places where its type or space stands instead
+void checkAttribute(Cursor& attribute, SharedMessages& shared);
 /// \returns the number of dimensions of a space
 unsigned int readRank(Cursor& space);
 /// Raises when chunks have no extent. \returns the number of their dimensions, nothing when there are none

@@ -3,6 +3,7 @@
 
 usage: native_file_test.py NativeFilePeer
 """
+import ctypes
 import glob
 import json
 import os
@@ -41,6 +42,28 @@ def datasets(path):
         file.visititems(lambda name, item: found.append(name) if isinstance(item, h5py.Dataset) else None)
         for name in found:
             yield file[name]
+
+
+# What h5py does not offer of the library that it uses.
+HDF5 = ctypes.CDLL(h5py.h5p.__file__)
+
+
+def hdf5(function, identifier, *numbers):
+    if getattr(HDF5, function)(ctypes.c_int64(identifier.id), *(ctypes.c_uint(number) for number in numbers)) < 0:
+        raise RuntimeError(function)
+
+
+def write_plain(file, pixels):
+    """What the page asks for besides the pixels. \\param pixels makes their dataset"""
+    values = dict(qf_format="qf-frames", qf_version=[1, 0], qf_frame="image", qf_size=[640, 600, 1],
+                  qf_grid=[1, 1, 1], qf_choices=1, qf_datasets='["PIXEL"]')
+    for name, value in values.items():
+        file.attrs[name] = value
+    file["frame"] = numpy.arange(5)
+    dataset = pixels(file)
+    dataset.attrs["qf_components"] = '["PIXEL"]'
+    dataset.attrs["qf_index"] = 0
+    return dataset
 
 
 class NativeFileTest(unittest.TestCase):
@@ -206,6 +229,92 @@ class NativeFileTest(unittest.TestCase):
             for name in ("frame_attributes", "frame_attributes_end", "x", "y", "z"):
                 del file[name]
         self.assertEqual(peer("check-plain", path), 0)
+
+    def test_files_with_old_headers_of_any_kind_come_back(self):
+        def simple(**layout):
+            return lambda file: file.create_dataset("PIXEL", data=self.pixels(), **layout)
+
+        def large_header(file):
+            dataset = simple()(file)
+            for index in range(300):
+                dataset.attrs[f"note {index}"] = numpy.bytes_(b"x" * 60000)
+            return dataset
+
+        def named_type(file):
+            file["type"] = numpy.dtype(">u2")
+            dataset = file.create_dataset("PIXEL", shape=(5, 1, 600, 640), dtype=file["type"], compression=1)
+            dataset[...] = self.pixels()
+            dataset.attrs.create("note", [3, 4], dtype=file["type"])
+            return dataset
+
+        def plain_edges(file, kind="<u2", chunk=(1, 1, 70, 640)):
+            properties = h5py.h5p.create(h5py.h5p.DATASET_CREATE)
+            properties.set_chunk(chunk)
+            properties.set_shuffle()
+            properties.set_deflate(1)
+            hdf5("H5Pset_chunk_opts", properties, 2)
+            space = h5py.h5s.create_simple((5, 1, 600, 640))
+            kind = h5py.h5t.py_create(numpy.dtype(kind))
+            dataset = h5py.Dataset(h5py.h5d.create(file.id, b"PIXEL", kind, space, dcpl=properties))
+            dataset[...] = self.pixels()
+            return dataset
+
+        def shared_space(file):
+            for name in "abc":
+                file.create_dataset(name, shape=(5, 1, 600, 640), dtype="u2", chunks=(1, 1, 600, 640))
+            return simple(chunks=(1, 1, 600, 640))(file)
+
+        forms = {"large header": large_header, "named type": named_type, "plain edges": plain_edges,
+                 "plain edges within": lambda file: plain_edges(file, ">u2", (2, 1, 70, 90)),
+                 "shared space": shared_space, "compressed": simple(compression=1)}
+        for name, pixels in forms.items():
+            for start in (0, 1024):
+                with self.subTest(form=name, start=start):
+                    path = self.path("old.made")
+                    creation = h5py.h5p.create(h5py.h5p.FILE_CREATE)
+                    creation.set_userblock(start)
+                    if name == "shared space":
+                        hdf5("H5Pset_shared_mesg_nindexes", creation, 1)
+                        spaces_and_types = 1 << 1 | 1 << 3
+                        hdf5("H5Pset_shared_mesg_index", creation, 0, spaces_and_types, 8)
+                    with h5py.File(h5py.h5f.create(path.encode(), fcpl=creation)) as file:
+                        write_plain(file, pixels)
+                    with open(path, "rb") as file:
+                        self.assertNotIn(b"OHDR", file.read())
+                    self.assertEqual(peer("check-plain", path), 0)
+
+    def test_chunks_that_were_never_written_have_the_fill_value(self):
+        # In the other byte order, since a part that is missing is refused where we read chunks ourselves.
+        def pixels(file):
+            dataset = file.create_dataset("PIXEL", shape=(5, 1, 600, 640), dtype=">u2", chunks=(1, 1, 100, 640),
+                                          compression=1, fillvalue=9)
+            dataset[4] = self.pixels()[4]
+            return dataset
+
+        path = self.path("unwritten.made")
+        with h5py.File(path, "w") as file:
+            write_plain(file, pixels)
+        self.assertEqual(peer("check-unwritten", path), 0)
+
+    def test_addresses_of_other_sizes_are_refused(self):
+        path = self.path("small.made")
+        creation = h5py.h5p.create(h5py.h5p.FILE_CREATE)
+        creation.set_sizes(4, 4)
+        with h5py.File(h5py.h5f.create(path.encode(), fcpl=creation)) as file:
+            write_plain(file, lambda file: file.create_dataset("PIXEL", data=self.pixels()))
+        self.assertEqual(peer("check-refused", path, "its addresses or lengths do not have 8 bytes"), 0)
+
+    def test_damage_of_a_type_with_a_name_is_refused(self):
+        path = self.path("damaged.made")
+        with h5py.File(path, "w") as file:
+            file["type"] = h5py.enum_dtype({"dark": 0, "bright": 1})
+            address = h5py.h5o.get_info(file["type"].id).addr
+            write_plain(file, lambda file: file.create_dataset("PIXEL", data=self.pixels()))
+            file.attrs.create("light", 1, dtype=file["type"])
+        with open(path, "r+b") as file:
+            file.seek(address + 16 + 8 + 1)
+            file.write(b"\xff\xff")
+        self.assertEqual(peer("check-refused", path, "/: its header is damaged"), 0)
 
     def test_a_copy_that_xarray_makes_comes_back(self):
         for name, check in (("images", "check-rewritten"), ("vectors", "check-vectors")):
