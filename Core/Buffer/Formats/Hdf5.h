@@ -342,6 +342,8 @@ private:
     Extents m_chunk;
     unsigned long long m_chunkBytes = 0;
     bool m_hasKnownFilters = false;
+    /// Elements of a chunk by what a filter says, which takes no others.
+    std::optional<unsigned long long> m_filteredElements;
     /// Chunks that reach beyond the extents go through no filters.
     bool m_hasPlainEdges = false;
 };

@@ -82,6 +82,10 @@ void Dataset::readLayout()
         if (m_chunkBytes == 0) {
             fail(QStringLiteral("its chunks are empty"));
         }
+        // The library reads on behind what such a filter gives.
+        if (m_filteredElements && *m_filteredElements != saturatingProduct(m_chunk, 1)) {
+            fail(QStringLiteral("its chunks are not those of its filters"));
+        }
         unsigned options = 0;
         checked(*m_file, m_name, [&] { return H5Pget_chunk_opts(properties.get(), &options); });
         m_hasPlainEdges = (options & H5D_CHUNK_DONT_FILTER_PARTIAL_CHUNKS) != 0;
@@ -124,11 +128,15 @@ Filters Dataset::readFilters(hid_t properties)
     const int count = checked(*m_file, m_name, [&] { return H5Pget_nfilters(properties); });
     std::vector<H5Z_filter_t> filters;
     for (unsigned index = 0; index < static_cast<unsigned>(count); ++index) {
+        std::array<unsigned, 3> numbers{};
         filters.push_back(checked(*m_file, m_name, [&] {
             unsigned flags = 0;
-            std::size_t values = 0;
-            return H5Pget_filter2(properties, index, &flags, &values, nullptr, 0, nullptr, nullptr);
+            std::size_t given = numbers.size();
+            return H5Pget_filter2(properties, index, &flags, &given, numbers.data(), 0, nullptr, nullptr);
         }));
+        if (filters.back() == H5Z_FILTER_SCALEOFFSET || filters.back() == H5Z_FILTER_NBIT) {
+            m_filteredElements = numbers[2];
+        }
     }
     m_hasKnownFilters = isKnownOrder(filters);
     const auto has = [&](H5Z_filter_t filter) {

@@ -57,8 +57,10 @@ public:
             bytesLeft -= piece.bytes;
             checkMessages(piece);
         }
-        // The last dimension of chunks is that of the bytes of an element.
-        prefix.require(!m_chunkRank || !m_rank || *m_chunkRank == *m_rank + 1);
+        if (m_chunk) {
+            prefix.require((!m_rank || m_chunk->rank == *m_rank + 1) &&
+                           (!m_elementBytes || m_chunk->elementBytes == *m_elementBytes));
+        }
         // The library looks for the heap also where there is none.
         prefix.require(!m_shared.areInHeap || mayHaveHeap());
     }
@@ -114,10 +116,10 @@ private:
             m_rank = readRank(message);
             break;
         case MessageType::Type:
-            checkType(message);
+            m_elementBytes = checkType(message);
             break;
         case MessageType::Layout:
-            m_chunkRank = readChunkRank(message);
+            m_chunk = readChunkShape(message);
             break;
         case MessageType::Attribute:
             checkAttribute(message, m_shared);
@@ -151,9 +153,10 @@ private:
     const std::string& m_name;
     std::vector<FilePiece> m_pieces;
     SharedMessages m_shared;
-    /// Nothing when it stands elsewhere.
+    /// Nothing when they stand elsewhere.
     std::optional<unsigned int> m_rank;
-    std::optional<unsigned int> m_chunkRank;
+    std::optional<unsigned long long> m_elementBytes;
+    std::optional<ChunkShape> m_chunk;
 };
 
 } // namespace

@@ -100,9 +100,9 @@ unsigned long long elementCount(Cursor& space)
 
 } // namespace
 
-void checkType(Cursor& type)
+unsigned long long checkType(Cursor& type)
 {
-    elementBytes(type, 0);
+    return elementBytes(type, 0);
 }
 
 void addShared(Cursor& message, SharedMessages& shared)
@@ -150,7 +150,7 @@ unsigned int readRank(Cursor& space)
     return space.number<unsigned char>();
 }
 
-std::optional<unsigned int> readChunkRank(Cursor& layout)
+std::optional<ChunkShape> readChunkShape(Cursor& layout)
 {
     constexpr unsigned char chunked = 2;
     const auto version = layout.number<unsigned char>();
@@ -163,12 +163,15 @@ std::optional<unsigned int> readChunkRank(Cursor& layout)
     const unsigned int rank = version < 3 ? second : version == 3 ? third : layout.number<unsigned char>();
     const unsigned int bytes = version < 4 ? 4 : layout.number<unsigned char>();
     layout.skip(version < 3 ? 5 + 8 : version == 3 ? 8 : 0);
+    ChunkShape shape{rank, 0};
     for (unsigned int i = 0; i < rank; ++i) {
         const auto extent = layout.bytes(bytes);
         // The library divides by it.
         layout.require(std::any_of(extent.begin(), extent.end(), [](auto byte) { return byte != 0; }));
+        shape.elementBytes = 0;
+        std::memcpy(&shape.elementBytes, extent.data(), std::min(extent.size(), sizeof(shape.elementBytes)));
     }
-    return rank;
+    return shape;
 }
 
 } // namespace BufferApi::Hdf5

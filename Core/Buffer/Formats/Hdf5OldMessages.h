@@ -70,8 +70,8 @@ private:
     Bytes m_bytes;
 };
 
-/// Raises unless the description of a type is whole.
-void checkType(Cursor& type);
+/// Raises unless the description of a type is whole. \returns the bytes of an element
+unsigned long long checkType(Cursor& type);
 /// Where messages stand that several objects share.
 struct SharedMessages
 {
@@ -88,7 +88,15 @@ void addShared(Cursor& message, SharedMessages& shared);
 void checkAttribute(Cursor& attribute, SharedMessages& shared);
 /// \returns the number of dimensions of a space
 unsigned int readRank(Cursor& space);
-/// Raises when chunks have no extent. \returns the number of their dimensions, nothing when there are none
-std::optional<unsigned int> readChunkRank(Cursor& layout);
+/// What the layout tells of chunks.
+struct ChunkShape
+{
+    /// The last dimension is that of the bytes of an element.
+    unsigned int rank = 0;
+    unsigned long long elementBytes = 0;
+};
+
+/// Raises when chunks have no extent. \returns nothing when there are no chunks
+std::optional<ChunkShape> readChunkShape(Cursor& layout);
 
 } // namespace BufferApi::Hdf5

@@ -316,6 +316,26 @@ class NativeFileTest(unittest.TestCase):
             file.write(b"\xff\xff")
         self.assertEqual(peer("check-refused", path, "/: its header is damaged"), 0)
 
+    def test_damage_of_chunks_under_filters_of_others_is_refused(self):
+        path = self.path("damaged.made")
+        chunk = (1, 1, 100, 640)
+        shape = struct.pack("<5I", *chunk, 2)
+        kind = struct.pack("<BBHIHH", 0x10, 0, 0, 2, 0, 16)
+        cases = {"longer chunks": (shape, 9, "PIXEL: its chunks are not those of its filters"),
+                 "larger elements": (shape, 16, "PIXEL: its header is damaged"),
+                 "larger numbers": (kind, 4, "PIXEL: its header is damaged")}
+        for name, (part, distance, reason) in cases.items():
+            with self.subTest(damage=name):
+                with h5py.File(path, "w") as file:
+                    write_plain(file, lambda file: file.create_dataset("PIXEL", data=self.pixels(), chunks=chunk,
+                                                                       scaleoffset=0))
+                with open(path, "r+b") as file:
+                    content = file.read()
+                    self.assertEqual(content.count(part), 1)
+                    file.seek(content.index(part) + distance)
+                    file.write(b"\xff")
+                self.assertEqual(peer("check-refused", path, reason), 0)
+
     def test_a_copy_that_xarray_makes_comes_back(self):
         for name, check in (("images", "check-rewritten"), ("vectors", "check-vectors")):
             for engine in ENGINES:
