@@ -409,6 +409,8 @@ TEST(FoundFiles, ThatHdf5CannotTakeAreRefused)
           "PIXEL: a chunk has the wrong size"},
          {"packed chunks larger than they are", changed(texts, QByteArrayLiteral("shuffle\0"), 60, '\1'),
           "PIXEL: packed bytes are damaged"},
+         {"a chunk beyond the file", changed(texts, QByteArrayLiteral("TREE\1\0\6"), 20, '\x7f'),
+          "PIXEL: addr overflow"},
          {"text beyond its heap", changed(texts, "GCOL", 23, '\x7f'), "qf_format: its text is damaged"},
          {"heap without end", changed(texts, "GCOL", 12, '\0'), "qf_format: its text is damaged"}});
 }

@@ -327,6 +327,8 @@ private:
     void readLayout();
     /// To be called under the lock. \param chunk is set when the library got so far
     herr_t lookUp(const Extents& offset, std::optional<PlacedChunk>& chunk) const;
+    /// True for a chunk that was never written. To be called under the lock.
+    [[nodiscard]] bool isMissing(const Extents& offset) const;
     /// True for a chunk that reaches beyond the extents.
     [[nodiscard]] bool isOnEdge(const Extents& offset) const;
     [[nodiscard]] Filters readFilters(hid_t properties);

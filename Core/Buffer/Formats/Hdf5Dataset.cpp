@@ -158,13 +158,20 @@ std::optional<PlacedChunk> Dataset::findChunk(const Extents& offset) const
     std::optional<PlacedChunk> chunk;
     checked(*m_file, m_name, [&] {
         const herr_t result = lookUp(offset, chunk);
-        hsize_t bytes = 0;
-        const bool isMissing = result < 0 && !chunk &&
-                               H5Dget_chunk_storage_size(m_handle.get(), offset.data(), &bytes) >= 0 &&
-                               bytes == 0;
-        return isMissing ? 0 : result;
+        if (result >= 0 || chunk) {
+            return result;
+        }
+        // The library tells the reason of its latest call alone.
+        return isMissing(offset) ? 0 : lookUp(offset, chunk);
     });
     return chunk;
+}
+
+bool Dataset::isMissing(const Extents& offset) const
+{
+    hsize_t bytes = 0;
+    return H5Dget_chunk_info_by_coord(m_handle.get(), offset.data(), nullptr, nullptr, &bytes) >= 0 &&
+           bytes == 0;
 }
 
 std::optional<PlacedChunk> Dataset::tryFindChunk(const Extents& offset) const
@@ -259,9 +266,8 @@ void Dataset::checkChunks(const Extents& offset, const Extents& count) const
 
 void Dataset::checkChunk(const Extents& offset, Formats::ChunkCoder& coder) const
 {
-    // One that was never written has the fill value; of one that cannot be found the library tells the
-    // reason.
-    const auto chunk = tryFindChunk(offset);
+    const auto chunk = findChunk(offset);
+    // One that was never written has the fill value.
     if (!chunk) {
         return;
     }
