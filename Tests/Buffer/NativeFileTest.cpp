@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Core/Buffer/BufferApi.h"
 #include "Core/Buffer/LazyPlane.h"
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Frames.h"
 #include "Tests/Support/InChild.h"
 #include "Tests/Support/ReadEverything.h"
@@ -21,7 +22,9 @@ namespace
 using namespace BufferApi;
 using TestSupport::BufferPointer;
 using TestSupport::buffersEqual;
+using TestSupport::contentOf;
 using TestSupport::SampleBuffer;
+using TestSupport::writeContent;
 
 constexpr int packed = 2;
 constexpr int unpacked = 0;
@@ -34,20 +37,6 @@ void exportTo(const I_Buffer& buffer, const QString& path, int packType)
 BufferPointer import(const QString& path)
 {
     return BufferPointer(ImportBuffer(path));
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-
-void writeContent(const QString& path, const QByteArray& content)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ASSERT_EQ(file.write(content), content.size());
 }
 
 class NativeFile : public testing::Test
@@ -278,8 +267,9 @@ TEST_F(NativeFile, RefusesWhatIsNoFileOfFrames)
         {"empty", "", QStringLiteral("the file is empty")},
         {"text", "x y u v\n1 2 3 4\n", QStringLiteral("unknown content; known are native (.qfi, .qfv)")},
         {"signature", QByteArray("\x89HDF\r\n\x1a\n", 8), QStringLiteral("Cannot open")},
-        {"zeros", QByteArray("\x89HDF\r\n\x1a\n", 8) + QByteArray(5000, '\0'),
-         QStringLiteral("Cannot open")}};
+        {"zeros", QByteArray("\x89HDF\r\n\x1a\n", 8) + QByteArray(5000, '\0'), QStringLiteral("Cannot open")},
+        {"cut off", contentOf(TestSupport::goldenFile("h5py-old.qfi")).left(1000),
+         QStringLiteral("truncated file")}};
     for (const BadFile& file : files) {
         SCOPED_TRACE(file.name);
         writeContent(path(), file.content);

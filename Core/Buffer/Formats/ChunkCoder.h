@@ -29,8 +29,7 @@ public:
     [[nodiscard]] Hdf5::StoredChunk encode(const Hdf5::DatasetLayout& layout, const void* data,
                                            unsigned long long bytes);
     /// Fills the destination with the leading `bytes` of the chunk; with none the chunk is only checked.
-    /// \param filterMask bit n set: the stored
-    /// bytes did not go through filter n
+    /// \param filterMask bit n set: the stored bytes did not go through filter n
     /// \returns the reason when the stored bytes are damaged, null otherwise
     [[nodiscard]] const char* decode(const Hdf5::DatasetLayout& layout, std::span<const unsigned char> stored,
                                      unsigned int filterMask, void* destination, unsigned long long bytes);

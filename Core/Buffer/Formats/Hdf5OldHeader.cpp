@@ -2,6 +2,7 @@
 // The layouts are those of the "HDF5 File Format Specification Version 3.0", sections II.A, III.D and IV.A.1.
 #include "Core/Buffer/Formats/Hdf5OldHeader.h"
 
+#include "Core/Buffer/Formats/Hdf5Bytes.h"
 #include "Core/Buffer/Formats/Hdf5OldMessages.h"
 
 #include <algorithm>
@@ -193,14 +194,16 @@ void checkRootHeader(const FileContext& file)
             QStringLiteral("Cannot open '%1': its addresses or lengths do not have 8 bytes")
                 .arg(file.path())));
     }
-    superblock.skip(version == 0 ? 49 : version == 1 ? 53 : 9);
-    if (version > 1) {
-        const auto extension = superblock.number<unsigned long long>();
-        if (extension != unlimited) {
-            checkHeader(file, name, extension);
-        }
-        superblock.skip(8);
+    superblock.skip(version == 0 ? 25 : version == 1 ? 29 : 9);
+    const auto extension = version < 2 ? unlimited : superblock.number<unsigned long long>();
+    // Of a file that was cut off the library tells just that.
+    if (superblock.number<unsigned long long>() > file.input()->size()) {
+        return;
     }
+    if (extension != unlimited) {
+        checkHeader(file, name, extension);
+    }
+    superblock.skip(version < 2 ? 16 : 0);
     checkHeader(file, name, superblock.number<unsigned long long>());
 }
 
